@@ -1,0 +1,135 @@
+# Everything that `./test` runs is registered here, so that ctest is the one runner and the one count.
+#
+# Labels: unit, scenario, demohost, check; wine for all that runs the Windows build (`./test --quick` leaves
+# those out).
+
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+set(checks "${CMAKE_SOURCE_DIR}/tools/checks")
+
+# qxterm_test(NAME LABEL SECONDS COMMAND...): a test that says, when it fails, how to run it alone.
+function(qxterm_test name label seconds)
+    add_test(NAME "${name}" COMMAND "${checks}/named-test.sh" "${name}" ${ARGN}
+             WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
+    )
+    set_tests_properties("${name}" PROPERTIES LABELS "${label}" TIMEOUT ${seconds} SKIP_RETURN_CODE 77)
+endfunction()
+
+# Unit tests
+
+if(TARGET unit-tests)
+    include(GoogleTest)
+    set_target_properties(unit-tests PROPERTIES CROSSCOMPILING_EMULATOR "${checks}/named-test.sh;--gtest")
+    gtest_discover_tests(
+        unit-tests
+        TEST_PREFIX "unit/"
+        NO_PRETTY_VALUES
+        DISCOVERY_MODE PRE_TEST
+        WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
+        PROPERTIES LABELS unit TIMEOUT 120
+    )
+endif()
+
+# Scenarios: one test a file
+
+file(GLOB_RECURSE scenarios CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests/scenarios"
+     "${CMAKE_SOURCE_DIR}/tests/scenarios/*.scn"
+)
+if(TARGET qxterm-scenario)
+    foreach(scenario IN LISTS scenarios)
+        string(REGEX REPLACE "\\.scn$" "" name "${scenario}")
+        qxterm_test(
+            "scenario/${name}"
+            scenario
+            120
+            "${Python3_EXECUTABLE}"
+            "${checks}/run-scenario.py"
+            --program
+            "$<TARGET_FILE:qxterm-scenario>"
+            "tests/scenarios/${scenario}"
+        )
+    endforeach()
+endif()
+
+# The demonstration host
+
+file(GLOB demohost_tests CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/demohost/test_*.py")
+foreach(file IN LISTS demohost_tests)
+    get_filename_component(name "${file}" NAME_WE)
+    qxterm_test(
+        "demohost/${name}"
+        demohost
+        300
+        "${Python3_EXECUTABLE}"
+        -m
+        unittest
+        discover
+        -s
+        tests/demohost
+        -p
+        ${name}.py
+    )
+endforeach()
+
+# Checks that keep the house in order
+
+foreach(check includes system-calls words format scenario-pairs)
+    qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
+endforeach()
+qxterm_test(
+    check/self-test check 120 "${Python3_EXECUTABLE}" -m unittest discover -s tools/checks -p "test_*.py"
+)
+
+if(NOT QXTERM_WINE_TESTS)
+    return()
+endif()
+
+# The Windows build under Wine, each test in a prefix of its own and alone on the machine: the Windows tests
+# watch timers and the mouse.
+
+set(windows_build "${CMAKE_SOURCE_DIR}/build/windows")
+set(with_prefix "${CMAKE_SOURCE_DIR}/tools/setup/with-prefix.sh")
+set(with_display "${CMAKE_SOURCE_DIR}/tools/setup/with-display.sh")
+
+function(qxterm_wine_test name seconds)
+    qxterm_test("${name}" wine ${seconds} ${ARGN})
+    set_tests_properties(
+        "${name}" PROPERTIES RUN_SERIAL ON ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED
+                             wine_prefix
+    )
+endfunction()
+
+# Made once, outside the time of any single test.
+qxterm_test(wine/prefix wine 300 "${with_prefix}" true)
+set_tests_properties(wine/prefix PROPERTIES RUN_SERIAL ON FIXTURES_SETUP wine_prefix)
+
+if(TARGET unit-tests)
+    qxterm_wine_test(
+        wine/unit-tests 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/unit-tests.exe"
+        --gtest_brief=1
+    )
+endif()
+if(TARGET qxterm-scenario AND scenarios)
+    qxterm_wine_test(
+        wine/scenarios
+        900
+        "${with_prefix}"
+        "${Python3_EXECUTABLE}"
+        "${checks}/run-scenario.py"
+        --program
+        "${checks}/wine-run.sh ${windows_build}/qxterm-scenario.exe"
+        --all
+        tests/scenarios
+    )
+endif()
+
+# Scripts whose name begins with "_" are there to be sourced by the others.
+file(GLOB_RECURSE window_tests CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests/windows"
+     "${CMAKE_SOURCE_DIR}/tests/windows/*.sh"
+)
+list(FILTER window_tests EXCLUDE REGEX "(^|/)(_[^/]*|lib/.*)$")
+foreach(script IN LISTS window_tests)
+    string(REGEX REPLACE "\\.sh$" "" name "${script}")
+    qxterm_wine_test(
+        "wine/${name}" 300 "${with_display}" "${with_prefix}" bash "${CMAKE_SOURCE_DIR}/tests/windows/${script}"
+    )
+endforeach()
