@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qxterm::program {
+
+/// The folder that holds the program file; a trailing backslash only for a drive's root.
+[[nodiscard]] std::string folder();
+/// The command-line text behind the program's name, leading and trailing blanks removed.
+[[nodiscard]] std::string commandLine();
+/// Ends the program without a window (a failed start-up).
+void end();
+
+/// Appends the text and CR LF to "output.txt" in the current directory. Error 70, 75 or 76 when it cannot be
+/// written.
+void appendTrace(std::string_view line);
+
+}  // namespace qxterm::program
