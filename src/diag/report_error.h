@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace qxterm {
+
+/// Result of reportError: repeat the failed operation.
+inline constexpr std::int16_t actionRetry = 2;
+/// Result of reportError: leave the routine.
+inline constexpr std::int16_t actionLeave = 1;
+/// Result of reportError for a local address in use: left to the caller.
+inline constexpr std::int16_t actionAddressInUse = 3;
+
+/// TRUE from start-up on: the message for an unexpected error names the routine and the error.
+extern bool g_bVerboseErrors;
+/// Set by error 10035 (would block).
+extern bool g_bWouldBlock;
+/// How many times error 10035 was reported; stays at 32767.
+extern std::int16_t g_iWouldBlockCount;
+
+/// What the reporter asks of the floors above; filled at start-up, nothing happens while they are empty.
+struct ErrorHooks {
+    void (*dropConnection)() = nullptr;      ///< after a lost connection was told: ends the session
+    std::string (*currentHost)() = nullptr;  ///< the current profile's host
+    void (*closeMainWindow)() = nullptr;     ///< after error 17
+};
+extern ErrorHooks errorHooks;
+
+/// Tells the user of a failure and says what the routine shall do: actionRetry, actionLeave,
+/// actionAddressInUse. Called by the error traps and, for an event handler that a failure ended, by the event
+/// loop. routine: the name to report under; number: run-time or socket error.
+[[nodiscard]] std::int16_t reportError(const char* routine, std::int16_t number);
+
+/// The run-time description of an error number; socket errors have the system's own words.
+[[nodiscard]] std::string errorDescription(std::int16_t number);
+
+}  // namespace qxterm
