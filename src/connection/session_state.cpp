@@ -1,0 +1,9 @@
+#include "connection/session_state.h"
+
+namespace qxterm {
+
+std::int16_t g_iConnectType = connectType::ssh;
+bool g_bConnectActive = false;
+bool g_bSSHMode = false;
+
+}  // namespace qxterm

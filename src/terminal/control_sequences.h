@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace qxterm {
+
+/// What doEsc, doEscBracket and doTelnet share with the interpreter: the bytes being interpreted, a 1-based
+/// position in them, and the places at which a repeat command has already sent the interpreter back.
+struct Interpretation {
+    std::string_view data;
+    std::int32_t position = 1;
+    /// The data begins with the sequence that the block before left over, whose parameters the parser has in
+    /// mind.
+    bool resumed = false;
+    /// Set by a repeat that goes back: the interpreter yields once.
+    bool wentBack = false;
+    /// Bit p: the repeat whose final character stands at position p has gone back in this block.
+    std::vector<bool> repeatedAt;
+
+    [[nodiscard]] std::int32_t length() const { return static_cast<std::int32_t>(data.size()); }
+};
+
+/// Parses and executes one control sequence; the position stands on the "[" on entry and on the last byte
+/// consumed on return. Returns true when the sequence's text, from its ESC to the position (or to the end of
+/// the data), must be carried: it is unfinished or its final character is unknown. Reports as "doEscBracket":
+/// error 6 for a parameter above 32767, 7 for a text of more than 1 MiB; the sequence is lost then.
+[[nodiscard]] bool doEscBracket(Interpretation& input);
+
+}  // namespace qxterm

@@ -1,0 +1,82 @@
+#include "terminal/cursor_commands.h"
+
+#include <algorithm>
+
+#include "diag/checked.h"
+#include "terminal/screen_store.h"
+#include "terminal/scrolling.h"
+#include "terminal/sequence_parser.h"
+#include "terminal/view/cell_size.h"
+
+namespace qxterm {
+namespace {
+
+std::int16_t count() { return escParams.empty() ? std::int16_t{1} : escParams[0]; }
+
+}  // namespace
+
+void cursorPosition() {
+    flushBuf();
+    curRow = 0;
+    curCol = 0;
+    if (!escParams.empty()) curRow = escParams[0] - 1;
+    if (escParams.size() >= 2) curCol = escParams[1] - 1;
+    if (curCol < 0) curCol = 0;
+    if (curCol > screenColumns) curCol = lastColumn;
+    if (modeSet(mode::origin)) {
+        curRow = std::clamp(curRow + regionTop, regionTop, regionBottom);
+    } else {
+        curRow = std::clamp(curRow, 0, pageRows - 1);
+    }
+}
+
+void setRegion() {
+    std::int16_t top = escParams.empty() ? std::int16_t{1} : escParams[0];
+    std::int16_t bottom = escParams.size() < 2 ? std::int16_t{24} : escParams[1];
+    if (top < 1 || top > 23) top = 1;
+    if (bottom < 1 || bottom > 24) bottom = 24;
+    if (top < bottom) {
+        flushBuf();
+        curCol = 0;
+        curRow = 0;
+        regionTop = top - 1;
+        regionBottom = bottom - 1;
+    }
+    setScrollRect();
+}
+
+void cursorUp() {
+    flushBuf();
+    if (curRow != statusRow) curRow = std::max(curRow - count(), regionTop);
+}
+
+void cursorDown() {
+    flushBuf();
+    if (curRow != statusRow) curRow = std::min(curRow + count(), regionBottom);
+}
+
+void cursorForward() {
+    flushBuf();
+    curCol += count();
+    if (curCol >= screenColumns) curCol = lastColumn;
+}
+
+void cursorBack() {
+    flushBuf();
+    curCol = std::max(curCol - count(), 0);
+}
+
+void toStatusRow() {
+    flushBuf();
+    curRow = statusRow;
+    if (escParams.size() >= 2) curCol = escParams[1] - 1;
+}
+
+void backTab() {
+    flushBuf();
+    if (curCol % 8 == 0) --curCol;
+    curCol = tabFloor(curCol);
+    curCol = std::max(curCol - toInt16((count() - 1) * 8), 0);
+}
+
+}  // namespace qxterm

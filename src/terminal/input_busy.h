@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdint>
+
+namespace qxterm {
+
+/// -1 while the interpreter runs, else 0: the hold flag of timers and receive events. Written by processInput
+/// only.
+inline std::int16_t inputBusy = 0;
+
+}  // namespace qxterm

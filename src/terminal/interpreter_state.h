@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "terminal/input_busy.h"
+
+namespace qxterm {
+
+/// The unfinished or unknown sequence at the end of what was interpreted, from its ESC or IAC on; parsed
+/// again in front of the next block. At most 1 MiB.
+inline std::string carryOver;
+/// The last printable character accepted, for the repeat command; empty until there was one.
+inline std::string lastChar;
+
+}  // namespace qxterm

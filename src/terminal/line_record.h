@@ -1,0 +1,34 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace qxterm {
+
+inline constexpr std::int32_t screenColumns = 80;
+inline constexpr std::int32_t screenRows = 25;
+inline constexpr std::int32_t pageRows = 24;   ///< rows 0..23 are the page
+inline constexpr std::int32_t statusRow = 24;  ///< never scrolls
+inline constexpr std::int32_t lastColumn = screenColumns - 1;
+
+/// Bits of ScreenLine::lineFlags.
+namespace lineFlag {
+inline constexpr std::int16_t draw = 1;   ///< the dirty span waits to be drawn
+inline constexpr std::int16_t whole = 2;  ///< the whole line must be redrawn cell by cell
+inline constexpr std::int16_t selected = 4;
+}  // namespace lineFlag
+
+/// One line of the screen, of the scrollback, or the blank template.
+struct ScreenLine {
+    std::array<char, screenColumns> text;               ///< one byte a cell
+    std::array<std::int16_t, screenColumns + 1> attrs;  ///< word of column c at c + 1; entry 0 is never used
+    std::int16_t dirtyFirst;                            ///< leftmost column written since the line was drawn
+    std::int16_t dirtyLast;                             ///< last such column, -1 when nothing is pending
+    std::int16_t selFirst;                              ///< selected columns, valid with lineFlag::selected
+    std::int16_t selLast;
+    std::int16_t
+        usedLength;  ///< rightmost column that held text since the line was blanked; -1 for a blank line
+    std::int16_t lineFlags;
+};
+
+}  // namespace qxterm

@@ -1,0 +1,83 @@
+#include "terminal/view/cursor.h"
+
+#include "diag/error_trap.h"
+#include "terminal/screen_store.h"
+#include "terminal/view/cell_size.h"
+#include "terminal/view/screen_controls.h"
+#include "timers/timer_registry.h"
+
+namespace qxterm {
+
+std::int16_t cursorShown = 0;
+bool cursorBlinkOff = false;
+std::int16_t cursorHiddenWord = 0;
+
+namespace {
+
+constexpr std::int16_t blinkPeriod = 250;  // ms
+constexpr std::int32_t barHeight = 2;      // pixels of the underline cursor
+
+// Where the cursor was drawn last.
+std::int32_t shownCol = 0;
+std::int32_t shownRow = 0;
+
+/// Column 80 stands behind the last cell and is drawn on it.
+std::int32_t drawnColumn(std::int32_t column) { return column == screenColumns ? lastColumn : column; }
+
+void invertCursor(std::int32_t column, std::int32_t row) {
+    PixelRect cell = cellRect(drawnColumn(column), row, 1);
+    if (modeSet(mode::underlineCursor)) cell.top = cell.bottom - barHeight;
+    picterm.invert(cell, Inversion::cursor);
+}
+
+}  // namespace
+
+std::int32_t cursorPixelX() { return drawnColumn(shownCol) * charWidth; }
+std::int32_t cursorPixelY() { return shownRow * lineHeight; }
+
+void toggleCursor(std::int16_t show) {
+    trapped("toggleCursor", [&] {
+        if (modeSet(mode::drawingSuspended | mode::cursorHidden) || cursorHiddenWord != 0) return;
+        if (show != 0 && cursorShown == 0) {
+            invertCursor(curCol, curRow);
+            cursorShown = -1;
+        } else if (show == 0 && cursorShown != 0) {
+            invertCursor(shownCol, shownRow);
+            cursorShown = 0;
+        }
+        shownCol = curCol;
+        shownRow = curRow;
+    });
+}
+
+void startCursorBlink() { addTimer(timerRepeated, timerAction::blinkCursor, blinkPeriod); }
+
+void stopCursorBlink() {
+    delTimer(timerRepeated, timerAction::blinkCursor, blinkPeriod);
+    cursorBlinkOff = false;
+}
+
+void blinkCursorStep() {
+    cursorBlinkOff = !cursorBlinkOff;
+    toggleCursor(cursorBlinkOff ? hideCursor : showCursor);
+}
+
+void mbResize(std::int16_t activation) {
+    trapped("mbResize", [&] {
+        if (activation == 0) {
+            stopCursorBlink();
+        } else if (modeSet(mode::cursorBlinking)) {
+            startCursorBlink();
+        }
+    });
+}
+
+void resetCursorView() {
+    cursorShown = 0;
+    cursorBlinkOff = false;
+    cursorHiddenWord = 0;
+    shownCol = 0;
+    shownRow = 0;
+}
+
+}  // namespace qxterm

@@ -1,0 +1,111 @@
+#include "terminal/view/drawing.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "diag/error_trap.h"
+#include "terminal/attributes.h"
+#include "terminal/str_routines.h"
+#include "terminal/view/cell_size.h"
+#include "terminal/view/screen_controls.h"
+
+namespace qxterm {
+
+bool textBlinkOff = false;
+std::int16_t dcBackIndex = -1;
+void (*lineDrawn)(std::int32_t row, std::int32_t first, std::int32_t last) = nullptr;
+
+namespace {
+
+Raster eraseRaster() { return modeSet(mode::reverseScreen) ? Raster::whiteness : Raster::blackness; }
+
+void setTextBackground(std::int16_t index) {
+    if (index == dcBackIndex) return;
+    picterm.setTextBackground(static_cast<std::uint8_t>(subscript(index, 0, 7)));
+    dcBackIndex = index;
+}
+
+void underline(std::int32_t column, std::int32_t count, std::int32_t row) {
+    const std::int32_t twips = (row + 1) * lineHeight * g_iTwipsY - lineHeight * g_iTwipsY / 8;
+    picterm.drawLine(column * charWidth, twips / g_iTwipsY, count * charWidth);
+}
+
+void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+    const AttrTriple attr = unpackAttr(line.attrs[static_cast<std::size_t>(first + 1)]);
+    if ((attr.flags & attrFlag::blink) != 0 && textBlinkOff) {
+        picterm.fill(cellRect(first, row, count), eraseRaster());
+        return;
+    }
+    doAttr(attr.flags, attr.fg, attr.bg);
+    setTextBackground(reversed(attr.flags) ? attr.fg : attr.bg);
+    if ((attr.flags & attrFlag::shiftOut) != 0) {
+        lineDraw(line, first, count, row);
+    } else {
+        picterm.drawText(cellRect(first, row, count),
+                         {line.text.data() + first, static_cast<std::size_t>(count)}, TextFont::normal,
+                         &charAdvances[1]);
+    }
+    if ((attr.flags & attrFlag::underline) != 0) underline(first, count, row);
+}
+
+}  // namespace
+
+void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+    trapped("lineDraw", [&] {
+        std::array<char, screenColumns> glyphs;
+        const std::int32_t end = first + count;
+        for (std::int32_t at = first; at < end;) {
+            const bool lines = isLineDrawing(line.text[static_cast<std::size_t>(at)]);
+            std::size_t length = 0;
+            std::int32_t next = at;
+            for (; next < end; ++next) {
+                const char c = line.text[static_cast<std::size_t>(next)];
+                if (isLineDrawing(c) != lines) break;
+                glyphs[length++] = lines ? lineDrawingGlyph(c) : c;
+            }
+            picterm.drawText(cellRect(at, row, next - at), {glyphs.data(), length},
+                             lines ? TextFont::terminal : TextFont::normal, &charAdvances[1]);
+            at = next;
+        }
+    });
+}
+
+void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {
+    first = std::max(first, 0);
+    last = std::min(last, lastColumn);
+    for (std::int32_t at = first; at <= last;) {
+        const auto begin = line.attrs.begin() + at + 1;
+        const auto end = line.attrs.begin() + last + 2;
+        const auto stop =
+            std::find_if(begin, end, [word = *begin](std::int16_t other) { return other != word; });
+        const auto count = static_cast<std::int32_t>(stop - begin);
+        drawRun(line, at, count, row);
+        at += count;
+    }
+    if (lineDrawn != nullptr && first <= last) lineDrawn(row, first, last);
+}
+
+void paintLine(const ScreenLine& line, std::int16_t start, std::int32_t row) {
+    trapped("paintLine", [&] { drawCells(line, start, line.usedLength, row); });
+}
+
+void paintWholeLine(const ScreenLine& line, std::int32_t row) {
+    paintLine(line, 0, row);
+    const std::int32_t behind = std::clamp(line.usedLength + 1, 0, screenColumns);
+    if (behind == screenColumns) return;
+    picterm.clear(cellRect(behind, row, screenColumns - behind));
+    if (lineDrawn != nullptr) lineDrawn(row, behind, lastColumn);
+}
+
+void blankArea(std::int32_t column, std::int32_t row, std::int32_t columns, std::int32_t rows) {
+    picterm.fill(
+        {column * charWidth, row * lineHeight, (column + columns) * charWidth, (row + rows) * lineHeight},
+        eraseRaster());
+    if (lineDrawn == nullptr) return;
+    for (std::int32_t at = row; at < row + rows; ++at) {
+        lineDrawn(at, std::max(column, 0), std::min(column + columns, screenColumns) - 1);
+    }
+}
+
+}  // namespace qxterm

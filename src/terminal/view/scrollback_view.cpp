@@ -1,0 +1,69 @@
+#include "terminal/view/scrollback_view.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "diag/error_trap.h"
+#include "terminal/input_busy.h"
+#include "terminal/screen_store.h"
+#include "terminal/view/cell_size.h"
+#include "terminal/view/cursor.h"
+#include "terminal/view/drawing.h"
+#include "terminal/view/paint.h"
+#include "terminal/view/screen_controls.h"
+
+namespace qxterm {
+namespace {
+
+/// Virtual line at the top of the view as it stands on the window.
+std::int16_t shownTop = liveView;
+
+void drawViewRows(std::int32_t first, std::int32_t last) {
+    for (std::int32_t row = first; row <= last; ++row)
+        paintWholeLine(virtualLine(vscterm.value() + row), row);
+}
+
+void moveView() {
+    const std::int16_t top = vscterm.value();
+    const std::int16_t before = shownTop;
+    const std::int32_t down = before - top;  // rows that the picture moves down
+    if (down == 0) return;
+    if (before == liveView) {
+        toggleCursor(hideCursor);
+        cursorHiddenWord = -1;
+    }
+    shownTop = top;
+    if (pendingScrolls > 0) {
+        // Output is half way: the window lags behind the records, so nothing on it can be moved into place.
+        pendingScrolls = 0;
+        drawViewRows(0, pageRows - 1);
+    } else if (std::abs(down) < pageRows) {
+        scrollWindow({0, 0, screenWidthPixels, pageRows * lineHeight}, down * lineHeight);
+        if (down > 0) {
+            drawViewRows(0, down - 1);
+        } else {
+            drawViewRows(pageRows + down, pageRows - 1);
+        }
+    } else {
+        drawViewRows(0, pageRows - 1);
+    }
+    if (top == liveView) {
+        cursorHiddenWord = 0;
+        if (inputBusy == 0) toggleCursor(showCursor);
+    }
+}
+
+}  // namespace
+
+void vscterm_Change() { trapped("vscterm_Change", moveView); }
+
+void vscterm_Scroll() { trapped("vscterm_Scroll", moveView); }
+
+void wheelView(short lines) {
+    const int wanted = std::clamp<int>(vscterm.value() + lines, vscterm.minimum(), vscterm.maximum());
+    vscterm.setValue(static_cast<std::int16_t>(wanted));
+}
+
+void resetScrollbackView() { shownTop = liveView; }
+
+}  // namespace qxterm

@@ -1,0 +1,123 @@
+#include "terminal/view/selection.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+#include "connection/session_state.h"
+#include "diag/checked.h"
+#include "diag/error_trap.h"
+#include "diag/format_msg.h"
+#include "platform/clipboard.h"
+#include "terminal/reset.h"
+#include "terminal/screen_store.h"
+#include "terminal/view/cell_size.h"
+#include "terminal/view/keyboard.h"
+#include "terminal/view/screen_controls.h"
+#include "terminal/view/selection_drag.h"
+#include "terminal/view/selection_marks.h"
+
+namespace qxterm {
+
+std::int32_t selStartCol = 0;
+std::int32_t selStartRow = 0;
+std::int32_t selEndCol = -1;
+std::int32_t selEndRow = 0;
+void (*enableEditItems)() = nullptr;
+
+void selFunc(std::int16_t operation, std::int16_t line, std::int32_t& first, std::int32_t& last,
+             std::string& text) {
+    trapped("selFunc", [&] {
+        ScreenLine& record = virtualLine(line);
+        if (operation == selOperation::setRange) {
+            record.selFirst = toInt16(first);
+            record.selLast = toInt16(last);
+            record.lineFlags = static_cast<std::int16_t>(record.lineFlags | lineFlag::selected);
+            return;
+        }
+        text.clear();
+        first = -1;
+        last = -1;
+        if ((record.lineFlags & lineFlag::selected) == 0) return;
+        if (operation == selOperation::clear) {
+            record.lineFlags = static_cast<std::int16_t>(record.lineFlags & ~lineFlag::selected);
+            return;
+        }
+        first = record.selFirst;
+        last = record.selLast;
+        if (operation != selOperation::getText) return;
+        const std::int32_t begin = std::clamp(first, 0, screenColumns);
+        const std::int32_t end = std::clamp(last + 1, begin, screenColumns);
+        text.assign(record.text.begin() + begin, record.text.begin() + end);
+        text.erase(text.find_last_not_of(' ') + 1);
+    });
+}
+
+std::string getSel() {
+    std::string result;
+    trapped("getSel", [&] {
+        std::int32_t lastColumnSeen = -1;
+        for (std::int16_t line = scrollbackTop; line <= lastVirtualLine; ++line) {
+            std::int32_t first = 0;
+            std::int32_t last = 0;
+            std::string text;
+            selFunc(selOperation::getText, line, first, last, text);
+            if (text.empty()) continue;
+            if (!result.empty()) result += g_sCrLf;
+            result += text;
+            lastColumnSeen = last;
+        }
+        if (lastColumnSeen == lastColumn) result += g_sCrLf;
+    });
+    return result;
+}
+
+void orderSel(std::int32_t& firstCol, std::int32_t& firstRow, std::int32_t& lastCol, std::int32_t& lastRow) {
+    auto start = std::pair{selStartRow, selStartCol};
+    auto end = std::pair{selEndRow, selEndCol};
+    if (end < start) std::swap(start, end);
+    firstRow = std::clamp(start.first, 0, lastVirtualLine);
+    firstCol = std::clamp(start.second, 0, screenColumns);
+    lastRow = std::clamp(end.first, 0, lastVirtualLine);
+    lastCol = std::clamp(end.second, 0, screenColumns);
+}
+
+bool hasSelection() { return selEndCol != -1 && !dragging(); }
+
+void removeSelection() {
+    stopDrag();
+    clearMarks();
+    selEndCol = -1;
+    showSel();
+}
+
+void mnueditItem_Click(std::int16_t index) {
+    trapped("mnueditItem_Click", [&] {
+        switch (index) {
+            case 0: {
+                const std::string text = getSel();
+                clipboard::clear();
+                clipboard::setText(text);
+                removeSelection();
+                break;
+            }
+            case 1:
+                if (g_bConnectActive) sendTyped(clipboard::text());
+                break;
+            case 2: clipboard::clear(); break;
+            default: break;
+        }
+    });
+}
+
+void initSelection() {
+    endSelection = removeSelection;
+    selStartCol = 0;
+    selStartRow = 0;
+    selEndCol = -1;
+    selEndRow = 0;
+    initDrag();
+    initMarks();
+}
+
+}  // namespace qxterm
