@@ -1,0 +1,6 @@
+"""Makes the host's own modules importable for tests of single parts."""
+
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools" / "demohost"))
