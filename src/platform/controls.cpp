@@ -42,6 +42,12 @@ void Control::setVisible(bool visible) {
     if (native != nullptr) backend::visibleChanged(*this);
 }
 
+void Control::setContainerShown(bool shown) {
+    if (containerShown_ == shown) return;
+    containerShown_ = shown;
+    if (native != nullptr) backend::visibleChanged(*this);
+}
+
 void Control::setCaption(std::string_view text) {
     if (caption_ == text) return;
     caption_ = text;
@@ -62,6 +68,7 @@ void Control::setFocus() {
 void Control::resetToDesign() {
     enabled_ = design_.enabled;
     visible_ = design_.visible;
+    containerShown_ = true;
     caption_ = design_.caption;
     switch (kind_) {
         case ControlKind::label: static_cast<Label*>(this)->coloured = false; break;

@@ -56,6 +56,10 @@ public:
     void setEnabled(bool enabled);
     [[nodiscard]] bool visible() const { return visible_; }
     void setVisible(bool visible);
+    /// Whether what the control stands on (a frame, a tab) is shown; leaves `visible` alone. Designed: true.
+    void setContainerShown(bool shown);
+    /// True when the control can be seen: it is visible itself, and so is what it stands on.
+    [[nodiscard]] bool seen() const { return visible_ && containerShown_; }
     [[nodiscard]] const std::string& caption() const { return caption_; }
     /// Buttons, labels, frames, option buttons, check boxes: the text on them, "&" before the mnemonic. CR LF
     /// breaks the line.
@@ -81,6 +85,7 @@ protected:
     Control* next_ = nullptr;
     bool enabled_ = true;
     bool visible_ = true;
+    bool containerShown_ = true;
     std::string caption_;
     TwipsRect place_;
 };

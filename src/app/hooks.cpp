@@ -1,0 +1,127 @@
+#include "app/hooks.h"
+
+#include "app/dialogs/options_dialog.h"
+#include "app/dialogs/profile_dialog.h"
+#include "app/dialogs/splash.h"
+#include "app/frmterm.h"
+#include "app/menus.h"
+#include "config/profile_hooks.h"
+#include "config/profile_record.h"
+#include "connection/connection_hooks.h"
+#include "connection/connection_manager.h"
+#include "connection/network.h"
+#include "connection/serial_line.h"
+#include "connection/status_dialog.h"
+#include "connection/transport_controls.h"
+#include "diag/report_error.h"
+#include "platform/main_form.h"
+#include "terminal/input_busy.h"
+#include "terminal/view/cell_size.h"
+#include "terminal/view/cursor.h"
+#include "terminal/view/keyboard.h"
+#include "terminal/view/paint.h"
+#include "terminal/view/scrollback_view.h"
+#include "terminal/view/selection.h"
+#include "terminal/view/selection_drag.h"
+#include "timers/timer_registry.h"
+
+namespace qxterm {
+namespace {
+
+void fillErrorHooks() {
+    handlerFault = [](const char* handler, std::int16_t number) { (void)reportError(handler, number); };
+    errorHooks.dropConnection = disconnectPort;
+    errorHooks.currentHost = [] { return CurrentProfile.host; };
+    errorHooks.closeMainWindow = [] { frmterm.unload(); };
+}
+
+void fillTimerActions() {
+    timerActions[timerAction::endBreak] = endBreak;
+    timerActions[timerAction::blinkCursor] = [] {
+        if (inputBusy == 0) blinkCursorStep();
+    };
+    timerActions[timerAction::blinkText] = [] {
+        if (inputBusy == 0) blinkTextStep();
+    };
+    timerActions[timerAction::dial] = [] { modemConnect(modemDial); };
+    timerActions[timerAction::pollSerial] = pollSerial;
+}
+
+void fillProfileHooks() {
+    configuredFontSize = [] { return CurrentProfile.fontSize; };
+    profileHooks.resizeScreen = [] {
+        calcSize(picterm, vscterm);
+        picterm.refresh();
+    };
+    profileHooks.setCaption = setCaption;
+    profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption, bool enabled) {
+        mnuprofitem.setCaption(index, caption);
+        mnuprofitem.setVisible(index, true);
+        mnuprofitem.setEnabled(index, enabled);
+    };
+}
+
+void fillConnectionHooks() {
+    connectionHooks.setConnItems = setConnItems;
+    connectionHooks.disconnectPort = disconnectPort;
+    managerHooks.unloadProfileDialog = [] { frmprof.unload(); };
+    managerHooks.showOptions = [] { frmOptions.showModal(); };
+    managerHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {
+        mnuconnitem.setEnabled(index, enabled);
+    };
+    managerHooks.enableProfileItems = enableProfileItems;
+    enableEditItems = [] { enableAllEditItems(true); };
+}
+
+void connectTransportEvents() {
+    comnet2.onConnect.connect("comnet2_Connect", comnet2_Connect);
+    comnet2.onDataArrival.connect("DataArrival", comnet2_DataArrival);
+    comnet2.onClose.connect("comnet2_Close", comnet2_Close);
+    comnet2.onError.connect("comnet2_Error", comnet2_Error);
+    comser.onComm.connect("comser_OnComm", comser_OnComm);
+    tmrGen.onTimer.connect("tmrGen_Timer", tmrGen_Timer);
+}
+
+void connectMenuEvents() {
+    mnuprofitem.onClick.connect("mnuprofItem_Click", mnuprofItem_Click);
+    mnueditItem.onOpen.connect("mnuedit_Click", mnuedit_Click);
+    mnueditItem.onClick.connect("mnueditItem_Click", mnueditItem_Click);
+    mnuconnitem.onClick.connect("mnuconnitem_Click", mnuconnitem_Click);
+    mnuhelpItem.onClick.connect("mnuhelpItem_Click", mnuhelpItem_Click);
+}
+
+void connectScreenEvents() {
+    frmterm.onKeyDown.connect("Form_KeyDown", Form_KeyDown);
+    frmterm.onKeyPress.connect("Form_KeyPress", Form_KeyPress);
+    frmterm.onActivateMessage.connect("mbResize", mbResize);
+    for (Button& key : CScmdfkey) key.onClickIndex.connect("CScmdfkey_Click", CScmdfkey_Click);
+    picterm.onPaint.connect("picterm_Paint", picterm_Paint);
+    picterm.onPaintMessage.connect("mbPaint", mbPaint);
+    picterm.onMouseDown.connect("picterm_MouseDown", picterm_MouseDown);
+    picterm.onMouseMove.connect("picterm_MouseMove", picterm_MouseMove);
+    picterm.onMouseUp.connect("picterm_MouseUp", picterm_MouseUp);
+    picterm.onWheel.connect("picterm_MouseWheel", wheelView);
+    tmrSelect.onTimer.connect("tmrSelect_Timer", tmrSelect_Timer);
+    vscterm.onChange.connect("vscterm_Change", vscterm_Change);
+    vscterm.onScroll.connect("vscterm_Scroll", vscterm_Scroll);
+}
+
+}  // namespace
+
+void connectModules() {
+    fillErrorHooks();
+    fillTimerActions();
+    fillProfileHooks();
+    fillConnectionHooks();
+    connectTransportEvents();
+    connectMenuEvents();
+    connectScreenEvents();
+    connectMainWindow();
+    connectStatusDialog();
+    connectProfileDialog();
+    connectOptionsDialog();
+    connectSplash();
+    initSelection();
+}
+
+}  // namespace qxterm

@@ -1,0 +1,88 @@
+#include "app/main.h"
+
+#include <string>
+
+#include "app/dialogs/splash.h"
+#include "app/hooks.h"
+#include "app/program_values.h"
+#include "config/ini_file.h"
+#include "config/profile_record.h"
+#include "config/user_profile.h"
+#include "connection/session_state.h"
+#include "diag/error_trap.h"
+#include "diag/format_msg.h"
+#include "diag/numbers.h"
+#include "diag/report_error.h"
+#include "platform/display.h"
+#include "platform/event_loop.h"
+#include "platform/main_form.h"
+#include "platform/profile_strings.h"
+#include "platform/program.h"
+#include "terminal/attributes.h"
+#include "terminal/function_keys.h"
+#include "terminal/reset.h"
+#include "terminal/view/cell_size.h"
+#include "timers/timer_registry.h"
+
+namespace qxterm {
+namespace {
+
+constexpr std::int32_t splashTime = 3000;  // milliseconds
+
+void findFolder() {
+    const std::string folder{trimmed(program::folder())};
+    g_sPathSep = folder.ends_with('\\') ? "" : "\\";
+    g_sHelpFile = besideProgram("enu_te.chm");
+}
+
+void showSplash() {
+    frmSplash.show();
+    eventLoop::doEvents();
+    eventLoop::sleep(splashTime);
+}
+
+void setTerminalStart() {
+    g_bVerboseErrors = true;
+    startTerminal();
+    g_sCrLf = "\r\n";
+}
+
+void readTwips() {
+    g_iTwipsX = display::twipsPerPixelX();
+    g_iTwipsY = display::twipsPerPixelY();
+}
+
+void startWithoutProfile() {
+    setCurrentProfile(DefaultProfile);
+    CurrentProfile.name = untitledName;
+    g_bProfileNew = false;
+    g_bConnectActive = false;
+}
+
+}  // namespace
+
+void main() {
+    connectModules();
+    bool started = false;
+    trapped("main", [&] {
+        g_bTrapErrors = false;
+        findFolder();
+        showSplash();
+        g_sLanguage = getProfileString("intl", "sLanguage", "enu");
+        setTerminalStart();
+        readIniFile();
+        readTwips();
+        initAttributes();
+        initFunctionKeys();
+        resetScreen();
+        initDefaults();
+        clearTimers();
+        startWithoutProfile();
+        readPortForwardStart();
+        frmterm.load();
+        started = true;
+    });
+    if (!started) program::end();
+}
+
+}  // namespace qxterm

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace qxterm {
+
+/// What the profiles ask of the floors above; filled at start-up, nothing happens while they are empty.
+struct ProfileHooks {
+    /// The current profile's font size was set: measures and lays out the screen anew.
+    void (*resizeScreen)() = nullptr;
+    /// The current profile's name was set.
+    void (*setCaption)() = nullptr;
+    /// Shows an entry of the Profile menu (index 5 to 8).
+    void (*showRecentProfile)(std::int16_t index, std::string_view caption, bool enabled) = nullptr;
+};
+inline ProfileHooks profileHooks;
+
+}  // namespace qxterm

@@ -1,0 +1,34 @@
+#include "config/profile_record.h"
+
+#include "diag/error_trap.h"
+#include "platform/display.h"
+
+namespace qxterm {
+
+ProfileRecord CurrentProfile;
+ProfileRecord DefaultProfile;
+
+namespace {
+
+float fontSizeForScreen() {
+    const std::int32_t pixels = display::height() / display::twipsPerPixelY();
+    if (pixels < 500) return 9;
+    return pixels < 700 ? 10.0F : 11.0F;
+}
+
+}  // namespace
+
+void initDefaults() {
+    trapped("initDefaults", [] {
+        DefaultProfile = ProfileRecord{};
+        DefaultProfile.fontSize = fontSizeForScreen();
+        setCurrentProfile(DefaultProfile);
+    });
+}
+
+void setCurrentProfile(const ProfileRecord& record) {
+    CurrentProfile = record;
+    g_iConnectType = record.connectType;
+}
+
+}  // namespace qxterm

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Types login name and password of an SSH session into the remote login dialogue, and keeps that dialogue
+/// off the screen.
+namespace qxterm {
+
+/// The remote "ogin:" prompt has been seen.
+extern bool g_bLoginPromptSeen;
+/// The login name has been sent.
+extern bool g_bLoginSent;
+/// The password has been sent; automatic login is over.
+extern bool g_bLoginDone;
+/// What the user typed into the local prompt; written by the SSH bridge.
+extern std::string g_sSSHLogin;
+extern std::string g_sSSHPassword;
+
+/// Clears the three flags. Called when a network or SSH connection starts and when an SSH session ends.
+void clearLoginFlags();
+
+/// Answers the prompts in a received block; returns false when the block is not to be shown. Called for SSH
+/// sessions until g_bLoginDone.
+[[nodiscard]] bool passLoginFilter(std::string_view text);
+
+}  // namespace qxterm

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+
+/// Opens and closes the one session that the terminal has at a time.
+namespace qxterm {
+
+/// The user chose Disconnect. Written by mnuconnitem_Click.
+extern bool userDisconnect;
+
+/// What the connection manager asks of the application above it; filled at start-up, nothing happens while
+/// they are empty.
+struct ManagerHooks {
+    void (*unloadProfileDialog)() = nullptr;
+    /// Opens the Options dialog and returns when it has closed.
+    void (*showOptions)() = nullptr;
+    void (*enableConnectionItem)(std::int16_t index, bool enabled) = nullptr;
+    /// The Profile menu's entries that must not be used during a session.
+    void (*enableProfileItems)(bool enabled) = nullptr;
+};
+inline ManagerHooks managerHooks;
+
+/// Entries of the Connection menu.
+namespace connectionItem {
+inline constexpr std::int16_t connect = 0;
+inline constexpr std::int16_t disconnect = 1;
+inline constexpr std::int16_t sendBreak = 2;
+inline constexpr std::int16_t options = 3;
+}  // namespace connectionItem
+
+/// Starts a connection of the current profile's type. Returns when the status dialog has closed or, for SSH,
+/// once the local login prompt is up; does nothing while a session is up. Error 6 for a port that is none,
+/// errors of the controls.
+void connectPort();
+/// Ends the session or attempt, resets the terminal (the function-key bar stays as it was) and clears
+/// g_bConnectActive.
+void disconnectPort();
+/// Enables and disables the entries of the Connection and Profile menus.
+void setConnItems(bool connected);
+/// The Connection menu; index as in connectionItem.
+void mnuconnitem_Click(std::int16_t index);
+
+}  // namespace qxterm

@@ -1,0 +1,55 @@
+#include "platform/event_loop.h"
+
+#include "platform/headless/clock.h"
+#include "platform/headless/event_loop.h"
+#include "platform/headless/modal.h"
+#include "platform/headless/picture_box.h"
+#include "platform/headless/recorder.h"
+
+namespace qxterm::headless {
+
+void (*yieldHook)() = nullptr;
+
+namespace {
+
+bool programEnding = false;
+bool endTold = false;
+
+}  // namespace
+
+void endProgram() {
+    programEnding = true;
+    announceEnd();
+}
+
+void announceEnd() {
+    if (!programEnding || endTold || !modalForms().empty()) return;
+    endTold = true;
+    record("exit");
+}
+
+void resetEventLoop() {
+    yieldHook = nullptr;
+    programEnding = false;
+    endTold = false;
+}
+
+}  // namespace qxterm::headless
+
+namespace qxterm::eventLoop {
+
+void run() {
+    while (!ending() && headless::runNextEvent()) {
+    }
+}
+
+void doEvents() {
+    if (headless::yieldHook != nullptr) headless::yieldHook();
+    if (headless::paintsWaiting) headless::deliverPaints();
+}
+
+void sleep(std::int32_t milliseconds) { headless::passTime(milliseconds); }
+
+bool ending() { return headless::programEnding; }
+
+}  // namespace qxterm::eventLoop

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/message_box.h"
+
+namespace qxterm::headless {
+
+/// Queues the answer of a message box to come. Each box takes one, also a box with OK alone; a box that has
+/// no such button, or finds the queue empty, is answered OK when OK is alone, else Cancel when it has that,
+/// else No.
+void queueAnswer(Answer answer);
+
+void resetAnswers();
+
+}  // namespace qxterm::headless

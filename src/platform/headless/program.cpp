@@ -1,0 +1,38 @@
+#include "platform/program.h"
+
+#include "platform/headless/event_loop.h"
+#include "platform/headless/program.h"
+#include "platform/headless/recorder.h"
+
+namespace qxterm::headless {
+namespace {
+
+std::string& commandLineText() {
+    static std::string text;
+    return text;
+}
+
+}  // namespace
+
+void setCommandLine(std::string_view text) {
+    constexpr std::string_view blanks = " \t";
+    const std::size_t first = text.find_first_not_of(blanks);
+    commandLineText() =
+        first == std::string_view::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+void resetProgramService() { commandLineText().clear(); }
+
+}  // namespace qxterm::headless
+
+namespace qxterm::program {
+
+std::string folder() { return "C:\\QXTERM"; }
+
+std::string commandLine() { return headless::commandLineText(); }
+
+void end() { headless::endProgram(); }
+
+void appendTrace(std::string_view line) { headless::record("trace", {{"line", std::string{line}}}); }
+
+}  // namespace qxterm::program

@@ -1,0 +1,63 @@
+#include "platform/headless/recorder.h"
+
+#include <set>
+
+namespace qxterm::headless {
+namespace {
+
+constexpr std::string_view drawKind = "draw";
+
+Sink currentSink = nullptr;
+bool drawingOn = false;
+
+std::set<std::string, std::less<>>& switchedOff() {
+    static std::set<std::string, std::less<>> kinds;
+    return kinds;
+}
+
+}  // namespace
+
+void setSink(Sink sink) { currentSink = sink; }
+
+Sink sink() { return currentSink; }
+
+void setRecording(std::string_view kind, bool on) {
+    if (kind == drawKind) {
+        drawingOn = on;
+    } else if (on) {
+        switchedOff().erase(std::string{kind});
+    } else {
+        switchedOff().emplace(kind);
+    }
+}
+
+bool recording(std::string_view kind) {
+    return kind == drawKind ? drawingOn : switchedOff().find(kind) == switchedOff().end();
+}
+
+bool recordsDrawing() { return drawingOn && currentSink != nullptr; }
+
+void record(std::string_view kind, Fields fields) {
+    if (currentSink == nullptr || !recording(kind)) return;
+    currentSink({std::string{kind}, std::move(fields)});
+}
+
+std::string hexText(std::string_view bytes) {
+    constexpr const char* digits = "0123456789abcdef";
+    std::string text;
+    text.reserve(bytes.size() * 2);
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += digits[byte >> 4U];
+        text += digits[byte & 15U];
+    }
+    return text;
+}
+
+void resetRecorder() {
+    currentSink = nullptr;
+    drawingOn = false;
+    switchedOff().clear();
+}
+
+}  // namespace qxterm::headless

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+/// The platform in memory: no screen, no network, no clock but the one that its user moves. Everything that
+/// the program does to the outside world is a record, in the order in which it happens.
+namespace qxterm::headless {
+
+using Value = std::variant<std::int64_t, bool, std::string>;
+using Fields = std::vector<std::pair<std::string, Value>>;
+
+/// One thing that the program did: "window", "send", "box" ... and what belongs to it, in a fixed order.
+struct Record {
+    std::string kind;
+    Fields fields;
+};
+
+using Sink = void (*)(const Record&);
+
+/// Where records go from now on; null drops them.
+void setSink(Sink sink);
+[[nodiscard]] Sink sink();
+
+/// Switches one kind of record on or off. All kinds are on at first but "draw".
+void setRecording(std::string_view kind, bool on);
+[[nodiscard]] bool recording(std::string_view kind);
+
+/// Hands a record to the sink when its kind is on. Called by the platform.
+void record(std::string_view kind, Fields fields = {});
+
+/// True while drawing calls have to be recorded: asked before a draw record is put together.
+[[nodiscard]] bool recordsDrawing();
+
+/// Lower-case hexadecimal digits, two a byte.
+[[nodiscard]] std::string hexText(std::string_view bytes);
+
+/// No sink, all kinds as at first.
+void resetRecorder();
+
+}  // namespace qxterm::headless

@@ -1,0 +1,25 @@
+#include "dump_lines.h"
+#include "dumps.h"
+#include "terminal/screen_store.h"
+#include "terminal/view/screen_controls.h"
+
+namespace qxterm::scenario {
+
+Json dumpScrollback() {
+    Json lines = Json::array();
+    for (std::int32_t position = scrollbackTop; position <= scrollbackLines; ++position) {
+        const ScreenLine& line = virtualLine(position);
+        lines.push_back({{"text", lineText(line)},
+                         {"attrs", lineAttrs(line)},
+                         {"used", line.usedLength},
+                         {"flags", line.lineFlags},
+                         {"sel", Json::array({line.selFirst, line.selLast})}});
+    }
+    return {{"dump", "scrollback"},
+            {"top", scrollbackTop},
+            {"min", vscterm.minimum()},
+            {"value", vscterm.value()},
+            {"lines", lines}};
+}
+
+}  // namespace qxterm::scenario

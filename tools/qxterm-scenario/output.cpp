@@ -1,0 +1,43 @@
+#include "output.h"
+
+#include <cstdio>
+
+namespace qxterm::scenario {
+
+std::string jsonText(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            text += c;
+        } else {
+            text += static_cast<char>(0xC0U | (byte >> 6U));
+            text += static_cast<char>(0x80U | (byte & 0x3FU));
+        }
+    }
+    return text;
+}
+
+void print(const Json& object) {
+    const std::string line = object.dump() + '\n';
+    std::fwrite(line.data(), 1, line.size(), stdout);
+}
+
+void printRecord(const headless::Record& record) {
+    Json object{{"event", record.kind}};
+    for (const auto& [name, value] : record.fields) {
+        if (const auto* text = std::get_if<std::string>(&value)) {
+            object[name] = jsonText(*text);
+        } else if (const auto* flag = std::get_if<bool>(&value)) {
+            object[name] = *flag;
+        } else {
+            object[name] = std::get<std::int64_t>(value);
+        }
+    }
+    print(object);
+}
+
+bool flushOutput() { return std::fflush(stdout) == 0; }
+
+}  // namespace qxterm::scenario

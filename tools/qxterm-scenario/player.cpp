@@ -1,0 +1,107 @@
+#include "player.h"
+
+#include <deque>
+#include <iostream>
+
+#include "commands.h"
+#include "output.h"
+#include "platform/form.h"
+#include "platform/headless/event_loop.h"
+#include "platform/headless/modal.h"
+#include "program.h"
+#include "script.h"
+#include "terminal/input_busy.h"
+
+namespace qxterm::scenario {
+namespace {
+
+constexpr int wrongLine = 2;
+
+Script* script = nullptr;
+
+struct Queued {
+    ReadCommand command;
+    std::string where;
+};
+
+std::deque<Queued>& queued() {
+    static std::deque<Queued> commands;
+    return commands;
+}
+
+/// Carries a command out; what is wrong with it is told with the place where it stands.
+void carryOutAt(const ReadCommand& command, const std::string& where) {
+    try {
+        carryOut(command);
+    } catch (ScriptFault& fault) {
+        if (fault.where.empty()) fault.where = where;
+        throw;
+    }
+}
+
+void runQueued() {
+    if (inputBusy == 0 || queued().empty()) return;
+    const Queued next = std::move(queued().front());
+    queued().pop_front();
+    if (queued().empty()) headless::yieldHook = nullptr;
+    carryOutAt(next.command, next.where);
+}
+
+bool runNextLine() {
+    std::string line;
+    if (!script->next(line)) return false;
+    const std::string where = script->where();
+    ReadCommand command;
+    try {
+        command = readCommand(line);
+    } catch (ScriptFault& fault) {
+        fault.where = where;
+        throw;
+    }
+    carryOutAt(command, where);
+    return true;
+}
+
+void tellOpenForms() {
+    const auto& open = headless::modalForms();
+    Json names = Json::array();
+    for (auto form = open.rbegin(); form != open.rend(); ++form) names.push_back((*form)->name());
+    print({{"event", "end"}, {"open", names}});
+}
+
+/// What a modal window asks for the next event.
+bool runNextLineInModal() {
+    if (runNextLine()) return true;
+    tellOpenForms();
+    return false;
+}
+
+}  // namespace
+
+void queueForYield(std::string_view line) {
+    queued().push_back({readCommand(line), script->where()});
+    headless::yieldHook = runQueued;
+}
+
+int play(std::vector<std::string> files) {
+    Script played{std::move(files)};
+    script = &played;
+    int status = 0;
+    prepareProgram();
+    headless::setNextEvent(runNextLineInModal);
+    try {
+        while (runNextLine()) {
+        }
+    } catch (const headless::EndOfScript&) {
+        // the open windows have been told
+    } catch (const ScriptFault& fault) {
+        flushOutput();
+        std::cerr << fault.where << ": " << fault.message << '\n';
+        status = wrongLine;
+    }
+    flushOutput();
+    script = nullptr;
+    return status;
+}
+
+}  // namespace qxterm::scenario

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qxterm::scenario {
+
+/// Plays the files one after another in one program. Returns the exit status: 0 at the end of the scenario, 2
+/// after a line that could not be carried out, which is told on standard error.
+int play(std::vector<std::string> files);
+
+/// Queues a command that was read for a yield to come; each yield that the interpreter makes carries one out.
+void queueForYield(std::string_view line);
+
+}  // namespace qxterm::scenario

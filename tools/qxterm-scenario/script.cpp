@@ -1,0 +1,57 @@
+#include "script.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+namespace qxterm::scenario {
+namespace {
+
+constexpr const char* standardInput = "<stdin>";
+
+bool saysNothing(const std::string& line) {
+    for (const char c : line) {
+        if (!isBlank(c)) return c == '#';
+    }
+    return true;
+}
+
+}  // namespace
+
+Script::Script(std::vector<std::string> files) : files_{std::move(files)} {
+    if (files_.empty()) files_.emplace_back(standardInput);
+}
+
+bool Script::openNext() {
+    if (nextFile_ == files_.size()) return false;
+    name_ = files_[nextFile_++];
+    position_ = 0;
+    line_ = 0;
+    if (name_ == standardInput) {
+        content_.assign(std::istreambuf_iterator<char>{std::cin}, {});
+        return true;
+    }
+    std::ifstream file{name_, std::ios::binary};
+    content_.assign(std::istreambuf_iterator<char>{file}, {});
+    if (!file.is_open() || file.bad()) throw ScriptFault{"the file cannot be read", name_};
+    return true;
+}
+
+bool Script::next(std::string& line) {
+    do {
+        while (position_ >= content_.size()) {
+            if (!openNext()) return false;
+        }
+        std::size_t end = content_.find('\n', position_);
+        if (end == std::string::npos) end = content_.size();
+        line.assign(content_, position_, end - position_);
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        position_ = end + 1;
+        ++line_;
+    } while (saysNothing(line));
+    return true;
+}
+
+std::string Script::where() const { return name_ + ":" + std::to_string(line_); }
+
+}  // namespace qxterm::scenario
