@@ -1,0 +1,181 @@
+#include "app/main.h"
+
+#include "app/menus.h"
+#include "app/program_fixture.h"
+#include "app/program_values.h"
+#include "config/ini_file.h"
+#include "config/profile_record.h"
+#include "config/user_profile.h"
+#include "connection/network.h"
+#include "connection/session_state.h"
+#include "connection/transport_controls.h"
+#include "diag/error_trap.h"
+#include "platform/event_loop.h"
+#include "platform/headless/display.h"
+#include "platform/headless/socket.h"
+#include "platform/main_form.h"
+#include "terminal/view/screen_controls.h"
+#include "timers/timer_registry.h"
+
+namespace qxterm::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Start : public ProgramTest {
+protected:
+    static Lines boxTexts() { return boxes(); }
+};
+
+TEST_F(Start, WithoutAFileTheProgramComesUpUntitledAndCentred) {
+    start();
+    EXPECT_EQ(headless::now(), 3000);
+    const Lines lines = happened();
+    ASSERT_EQ(lines.size(), 8U);
+    EXPECT_EQ(lines[0], "label lblVersion Version 19.2.NC.06");
+    EXPECT_EQ(lines[1].substr(0, 16), "label lblNotice ");
+    EXPECT_EQ(lines[2], "window frmSplash show");
+    EXPECT_EQ(lines[3], "ini Settings PortForwardRangeStart 3000");
+    EXPECT_EQ(lines[4], "caption frmterm Zentora Terminal Emulator - (untitled)");
+    EXPECT_EQ(lines[5], "apptitle QXTERM - (untitled)");
+    EXPECT_EQ(lines[6], "window frmterm show");
+    EXPECT_EQ(lines[7], "window frmSplash unload");
+    const TwipsRect place = frmterm.place();
+    EXPECT_EQ(place.left, (1024 * 15 - place.width) / 2 / 15 * 15);
+    EXPECT_EQ(place.top, (768 * 15 - place.height) / 2 / 15 * 15);
+}
+
+TEST_F(Start, TheProgramsValuesAreSet) {
+    headless::setLanguage("jpn");
+    headless::setDisplay(640, 480, 12);
+    start();
+    EXPECT_EQ(g_sHelpFile, "C:\\QXTERM\\enu_te.chm");
+    EXPECT_EQ(g_sLanguage, "jpn");
+    EXPECT_EQ(g_lPortForwardStart, 3000);
+    EXPECT_EQ(CurrentProfile.fontSize, 9);
+    EXPECT_EQ(CurrentProfile.name, "(untitled)");
+    EXPECT_EQ(g_iConnectType, connectType::ssh);
+    EXPECT_EQ(tmrGen.interval(), 250);
+    EXPECT_TRUE(tmrGen.enabled());
+    EXPECT_EQ(vscterm.minimum(), 501);
+    EXPECT_EQ(vscterm.maximum(), 501);
+    EXPECT_EQ(vscterm.value(), 501);
+    EXPECT_EQ(vscterm.largeChange(), 24);
+    EXPECT_EQ(vscterm.tag(), "501");
+}
+
+TEST_F(Start, TheSavedPlaceIsTakenAlsoAtTheCorner) {
+    putSettings({{"Window", "0 0"}});
+    start();
+    EXPECT_EQ(frmterm.place().left, 0);
+    EXPECT_EQ(frmterm.place().top, 0);
+}
+
+TEST_F(Start, AProfileOnTheCommandLineIsConnected) {
+    putSettings({{"Profiles", "one two "}});
+    putProfile("two", {{"connect", "net"}, {"host", "krv"}, {"netport", "23"}});
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(400);
+    start("two");
+    EXPECT_TRUE(g_bConnectActive);
+    EXPECT_EQ(CurrentProfile.name, "two");
+}
+
+TEST_F(Start, AnotherCommandLineIsIgnored) {
+    putSettings({{"Profiles", "two "}});
+    start("Two");
+    EXPECT_EQ(CurrentProfile.name, "(untitled)");
+    EXPECT_EQ(countOf("socket"), 0U);
+}
+
+TEST_F(Start, AFailureEndsTheProgramAfterItsReport) {
+    headless::putIni("Settings", "PortForwardRangeStart", "x");
+    start();
+    EXPECT_EQ(boxTexts(),
+              (Lines{"An unexpected error 13 has occurred\r\nroutine: main\r\nmessage: Type mismatch"}));
+    EXPECT_TRUE(eventLoop::ending());
+    EXPECT_FALSE(frmterm.loaded());
+}
+
+TEST_F(Start, AFailureOfTheMainWindowsLoadIsReportedUnderItsName) {
+    planFault("frmterm_Load", 5);
+    start();
+    EXPECT_EQ(boxTexts(),
+              (Lines{"An unexpected error 5 has occurred\r\nroutine: frmterm_Load\r\nmessage: Invalid "
+                     "procedure call or argument"}));
+    EXPECT_FALSE(eventLoop::ending());
+}
+
+TEST_F(Start, TheReceiveStateBeginsWithTheWindow) {
+    packetCount = 7;
+    firstDataSeen = true;
+    start();
+    EXPECT_EQ(packetCount, 0);
+    EXPECT_FALSE(firstDataSeen);
+}
+
+/// The program is up; its window closes.
+class Closing : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        putSettings({{"Window", "1200 900"}});
+        start();
+        records.clear();
+    }
+    static bool close() { return frmterm.unload(UnloadReason::formControlMenu); }
+};
+
+TEST_F(Closing, ThePlaceIsSaved) {
+    EXPECT_TRUE(close());
+    EXPECT_EQ(happened(), (Lines{"ini Settings Window 1200 900", "window frmterm unload", "exit"}));
+}
+
+TEST_F(Closing, ASessionIsDroppedOnlyWhenTheUserAgrees) {
+    g_bConnectActive = true;
+    EXPECT_FALSE(close());
+    EXPECT_EQ(
+        happened(),
+        (Lines{"box Zentora Terminal Emulator A connection is active, exit anyway? YesNo question No"}));
+    EXPECT_TRUE(tmrGen.enabled());
+    headless::queueAnswer(Answer::yes);
+    EXPECT_TRUE(close());
+    EXPECT_FALSE(g_bConnectActive);
+}
+
+TEST_F(Closing, CancelKeepsTheWindowButItsPlaceIsSavedAndItsTimerStopped) {
+    g_bProfileChanged = true;
+    headless::queueAnswer(Answer::cancel);
+    EXPECT_FALSE(close());
+    EXPECT_EQ(happened(),
+              (Lines{"ini Settings Window 1200 900",
+                     "box Zentora Terminal Emulator Save changes to profile: (untitled)? YesNoCancel "
+                     "question Cancel"}));
+    EXPECT_FALSE(tmrGen.enabled());
+    EXPECT_TRUE(frmterm.loaded());
+}
+
+TEST_F(Closing, YesSavesANamedProfile) {
+    CurrentProfile.name = "named";
+    g_bProfileChanged = true;
+    headless::queueAnswer(Answer::yes);
+    EXPECT_TRUE(close());
+    EXPECT_EQ(iniValue("named", "connect"), "ssh");
+}
+
+TEST_F(Closing, YesAsksForANameWhenTheProfileHasNone) {
+    g_bProfileChanged = true;
+    headless::queueAnswer(Answer::yes);
+    then([] { click(*visibleForms().back(), "cmd3Dcancel"); });
+    EXPECT_TRUE(close());
+    EXPECT_EQ(recorded("window", "name"), (Lines{"frmprof", "frmprof", "frmterm"}));
+}
+
+TEST_F(Closing, OpenHelpIsClosed) {
+    mnuhelpItem_Click(0);
+    EXPECT_TRUE(close());
+    EXPECT_EQ(recorded("help", "command"), (Lines{"1", "18"}));
+}
+
+}  // namespace
+}  // namespace qxterm::testing
