@@ -20,6 +20,8 @@ Menu::Menu(Form& form, const char* name, const char* caption, std::vector<MenuDe
     resetToDesign();
 }
 
+Menu::~Menu() { std::erase(menus(), this); }
+
 const std::vector<Menu*>& Menu::all() { return menus(); }
 
 void Menu::resetToDesign() {

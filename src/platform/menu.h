@@ -20,6 +20,7 @@ struct MenuDesign {
 class Menu {
 public:
     Menu(Form& form, const char* name, const char* caption, std::vector<MenuDesign> entries);
+    ~Menu();
     Menu(const Menu&) = delete;
     Menu& operator=(const Menu&) = delete;
 

@@ -36,8 +36,9 @@ public:
     [[nodiscard]] std::string getData(std::int32_t count);
     /// True from onConnect until close or until the peer is gone.
     [[nodiscard]] bool connected() const;
-    /// 4 or 6 for the host of the last connect, 0 when unknown.
-    [[nodiscard]] std::int16_t addressFamily() const;
+    /// 4 or 6 when the host is such an address itself; 0 for a name, whose look-up is left to whoever
+    /// connects.
+    [[nodiscard]] std::int16_t addressFamily(std::string_view host) const;
     [[nodiscard]] const char* name() const { return name_; }
     [[nodiscard]] Form& form() const { return form_; }
     /// Re-arms the socket's messages to the window (done at each activation). Loses nothing, repeats nothing.

@@ -1,0 +1,47 @@
+#include "platform/help.h"
+
+#include "platform/message_box.h"
+#include "platform/win32/native.h"
+
+namespace qxterm::help {
+namespace {
+
+using HtmlHelp = HWND(WINAPI*)(HWND owner, const char* file, UINT command, DWORD_PTR data);
+
+/// From the system's folder alone; loaded when it is first needed, for it starts threads of its own.
+HtmlHelp htmlHelp() {
+    static const HtmlHelp found = [] {
+        HMODULE const library = LoadLibraryExA("hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+        FARPROC const routine = library != nullptr ? GetProcAddress(library, "HtmlHelpA") : nullptr;
+        return reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(routine));
+    }();
+    return found;
+}
+
+bool everShown = false;
+
+void tell(const std::string& text) {
+    messageBox(text, "Zentora Terminal Emulator", Buttons::ok, Icon::information);
+}
+
+}  // namespace
+
+void show(const std::string& file, std::int32_t command, std::int32_t context) {
+    if (command == closeAll) {
+        if (everShown) htmlHelp()(nullptr, nullptr, static_cast<UINT>(command), 0);
+        return;
+    }
+    if (GetFileAttributesA(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
+        tell("The help file cannot be found:\r\n" + file);
+        return;
+    }
+    if (htmlHelp() == nullptr) {
+        tell("HTML Help is not installed on this computer. The help is in the file\r\n" + file);
+        return;
+    }
+    everShown = true;
+    htmlHelp()(win32::mainWindow(), file.c_str(), static_cast<UINT>(command),
+               static_cast<DWORD_PTR>(context));
+}
+
+}  // namespace qxterm::help

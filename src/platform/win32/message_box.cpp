@@ -1,0 +1,50 @@
+#include "platform/message_box.h"
+
+#include <string>
+
+#include "platform/win32/native.h"
+
+namespace qxterm {
+namespace {
+
+static_assert(static_cast<UINT>(Buttons::yesNoCancel) == MB_YESNOCANCEL &&
+              static_cast<UINT>(Buttons::retryCancel) == MB_RETRYCANCEL &&
+              static_cast<UINT>(Icon::information) == MB_ICONINFORMATION &&
+              static_cast<int>(Answer::cancel) == IDCANCEL && static_cast<int>(Answer::no) == IDNO);
+
+/// What a box means that was closed without an answer, with the window under it for example.
+Answer refusal(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::ok: return Answer::ok;
+        case Buttons::yesNo: return Answer::no;
+        case Buttons::okCancel:
+        case Buttons::yesNoCancel:
+        case Buttons::retryCancel: break;
+    }
+    return Answer::cancel;
+}
+
+HWND topmostWindow() {
+    const std::vector<Form*>& shown = visibleForms();
+    if (shown.empty()) return nullptr;
+    HWND const window = win32::windowOf(*shown.back());
+    // A box that is open already stays below the next one.
+    HWND const popup = window != nullptr ? GetLastActivePopup(window) : nullptr;
+    return popup != nullptr && IsWindowVisible(popup) != 0 ? popup : window;
+}
+
+}  // namespace
+
+Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
+    HWND const owner = topmostWindow();
+    const UINT kind =
+        static_cast<UINT>(buttons) | static_cast<UINT>(icon) | (owner == nullptr ? MB_TASKMODAL : 0U);
+    const std::string textCopy{text};
+    const std::string titleCopy{title};
+    win32::boxOpened();
+    const int pressed = MessageBoxA(owner, textCopy.c_str(), titleCopy.c_str(), kind);
+    win32::boxClosed();
+    return pressed == 0 ? refusal(buttons) : static_cast<Answer>(pressed);
+}
+
+}  // namespace qxterm

@@ -1,0 +1,56 @@
+#include "platform/win32/message_window.h"
+
+#include <vector>
+
+#include "platform/win32/native.h"
+
+namespace qxterm::win32 {
+namespace {
+
+constexpr const char* className = "QxtermApplication";
+
+struct Subscription {
+    UINT first;
+    UINT last;
+    MessageHandler handler;
+};
+
+std::vector<Subscription>& subscriptions() {
+    static std::vector<Subscription> all;
+    return all;
+}
+
+LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    bool handled = false;
+    // A handler may subscribe further ones.
+    for (std::size_t n = 0; n < subscriptions().size(); ++n) {
+        const Subscription one = subscriptions()[n];
+        if (message < one.first || message > one.last) continue;
+        one.handler(message, wParam, lParam);
+        handled = true;
+    }
+    return handled ? 0 : DefWindowProcA(window, message, wParam, lParam);
+}
+
+HWND create() {
+    WNDCLASSA description{};
+    description.lpfnWndProc = windowProcedure;
+    description.hInstance = instance();
+    description.lpszClassName = className;
+    RegisterClassA(&description);
+    return CreateWindowExA(WS_EX_TOOLWINDOW, className, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                           instance(), nullptr);
+}
+
+}  // namespace
+
+HWND messageWindow() {
+    static HWND const window = create();
+    return window;
+}
+
+void handleMessages(UINT first, UINT last, MessageHandler handler) {
+    subscriptions().push_back({first, last, handler});
+}
+
+}  // namespace qxterm::win32

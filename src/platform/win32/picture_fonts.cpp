@@ -1,0 +1,120 @@
+#include <cmath>
+#include <memory>
+#include <vector>
+
+#include "platform/win32/picture_state.h"
+#include "platform/win32/twips.h"
+
+namespace qxterm {
+namespace win32 {
+namespace {
+
+constexpr int pointsPerInch = 72;
+constexpr const char* terminalFace = "QXTERM";
+
+Font makeFont(const PictureState& state, int weight) {
+    const ScreenDc screen;
+    const auto dots = static_cast<float>(GetDeviceCaps(screen.get(), LOGPIXELSY));
+    // Negative: the height of the characters without what leads between lines.
+    const int height = -static_cast<int>(std::lround(state.points * dots / pointsPerInch));
+    return Font{CreateFontA(height, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                            CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
+                            state.fontName.c_str())};
+}
+
+int ascentOf(HDC dc, HFONT font) {
+    const Selected selected{dc, font};
+    TEXTMETRICA metrics{};
+    GetTextMetricsA(dc, &metrics);
+    return metrics.tmAscent;
+}
+
+void dropFonts(const PictureBox& box) {
+    deselectFonts(box);
+    PictureState& state = stateOf(box);
+    state.normalFont.reset();
+    state.boldFont.reset();
+}
+
+SIZE measure(const PictureBox& box, std::string_view text) {
+    const ScreenDc screen;
+    const Selected selected{screen.get(), normalFont(stateOf(box))};
+    SIZE size{};
+    GetTextExtentPoint32A(screen.get(), text.data(), static_cast<int>(text.size()), &size);
+    return size;
+}
+
+}  // namespace
+
+PictureState& stateOf(const PictureBox& box) {
+    if (box.native != nullptr) return nativeOf(box)->state;
+    static std::vector<std::unique_ptr<PictureState>> all;
+    for (const auto& state : all) {
+        if (state->box == &box) return *state;
+    }
+    all.push_back(std::make_unique<PictureState>());
+    all.back()->box = &box;
+    return *all.back();
+}
+
+HFONT normalFont(PictureState& state) {
+    if (!state.normalFont) state.normalFont = makeFont(state, FW_NORMAL);
+    return state.normalFont.get();
+}
+
+HFONT boldFont(PictureState& state) {
+    if (!state.boldFont) {
+        state.boldFont = makeFont(state, FW_BOLD);
+        const ScreenDc screen;
+        state.boldOffset =
+            ascentOf(screen.get(), normalFont(state)) - ascentOf(screen.get(), state.boldFont.get());
+    }
+    return state.boldFont.get();
+}
+
+void deselectFonts(const PictureBox& box) {
+    PictureNative* const native = nativeOf(box);
+    if (native == nullptr || native->font == nullptr) return;
+    SelectObject(native->dc, GetStockObject(SYSTEM_FONT));
+    native->font = nullptr;
+}
+
+}  // namespace win32
+
+void PictureBox::setFontName(std::string_view face) {
+    win32::PictureState& state = win32::stateOf(*this);
+    if (state.fontName == face) return;
+    win32::dropFonts(*this);
+    state.fontName = face;
+}
+
+void PictureBox::setFontSize(float points) {
+    win32::PictureState& state = win32::stateOf(*this);
+    const bool same = std::abs(state.points - points) < 0.01F;
+    if (same) return;
+    win32::dropFonts(*this);
+    state.points = points;
+}
+
+void PictureBox::setFontBold(bool bold) { win32::stateOf(*this).bold = bold; }
+
+std::int32_t PictureBox::textHeight(std::string_view text) const {
+    return win32::twipsY(win32::measure(*this, text).cy);
+}
+
+std::int32_t PictureBox::textWidth(std::string_view text) const {
+    return win32::twipsX(win32::measure(*this, text).cx);
+}
+
+void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {
+    deleteTerminalFont();
+    win32::stateOf(*this).terminalFont = win32::Font{
+        CreateFontA(height, width, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, win32::terminalFace)};
+}
+
+void PictureBox::deleteTerminalFont() {
+    win32::deselectFonts(*this);
+    win32::stateOf(*this).terminalFont.reset();
+}
+
+}  // namespace qxterm

@@ -1,0 +1,133 @@
+#include "platform/win32/picture_window.h"
+
+#include <algorithm>
+
+#include "platform/win32/keyboard.h"
+#include "platform/win32/picture_state.h"
+#include "platform/win32/twips.h"
+
+namespace qxterm::win32 {
+namespace {
+
+constexpr const char* className = "QxtermPicture";
+constexpr std::int16_t leftButton = 1;
+/// Lines that a whole page of the wheel setting "one screen at a time" moves.
+constexpr UINT pageLines = 24;
+constexpr UINT defaultWheelLines = 3;
+
+using MouseEvent = Event<std::int16_t, std::int16_t, std::int32_t, std::int32_t>;
+
+void raiseMouse(const MouseEvent& event, std::int16_t buttons, POINT at) {
+    event.raise(buttons, heldShifts(), twipsX(at.x), twipsY(at.y));
+}
+
+void paint(PictureBox& box, HWND window) {
+    PictureNative* native = nativeOf(box);
+    // First, while the window's update region still stands.
+    if (native->hooked) box.onPaintMessage.raise();
+    PAINTSTRUCT details{};
+    HDC const dc = BeginPaint(window, &details);
+    GetClipBox(dc, &native->clip);
+    native->painting = true;
+    box.onPaint.raise();
+    native = nativeOf(box);
+    if (native == nullptr) return;  // the form was unloaded meanwhile, and the window with it
+    native->painting = false;
+    EndPaint(window, &details);
+}
+
+void erase(PictureNative& native, HDC dc) {
+    RECT client{};
+    GetClientRect(native.window, &client);
+    const Brush brush{CreateSolidBrush(native.state.colour(native.state.background))};
+    FillRect(dc, &client, brush.get());
+}
+
+void buttonDown(PictureBox& box, HWND window, POINT at) {
+    PictureNative& native = *nativeOf(box);
+    HWND const parent = GetParent(window);
+    if (GetFocus() != parent) SetFocus(parent);
+    native.dragging = true;
+    native.lastMouse = at;
+    SetCapture(window);
+    raiseMouse(box.onMouseDown, leftButton, at);
+}
+
+void buttonUp(PictureBox& box, POINT at) {
+    PictureNative& native = *nativeOf(box);
+    if (!native.dragging) return;
+    native.dragging = false;
+    ReleaseCapture();
+    raiseMouse(box.onMouseUp, leftButton, at);
+}
+
+void mouseMoved(PictureBox& box, POINT at) {
+    PictureNative& native = *nativeOf(box);
+    native.lastMouse = at;
+    raiseMouse(box.onMouseMove, native.dragging ? leftButton : std::int16_t{0}, at);
+}
+
+LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto standard = [&] { return DefWindowProcA(window, message, wParam, lParam); };
+    const LONG_PTR stored = GetWindowLongPtrA(window, GWLP_USERDATA);
+    if (stored == 0) return standard();
+    PictureBox& box = *reinterpret_cast<PictureBox*>(stored);
+    if (box.native == nullptr) return standard();
+    switch (message) {
+        case WM_PAINT: paint(box, window); return 0;
+        case WM_ERASEBKGND: erase(*nativeOf(box), reinterpret_cast<HDC>(wParam)); return 1;
+        case WM_LBUTTONDOWN: buttonDown(box, window, pointOf(lParam)); return 0;
+        case WM_LBUTTONUP: buttonUp(box, pointOf(lParam)); return 0;
+        case WM_MOUSEMOVE: mouseMoved(box, pointOf(lParam)); return 0;
+        // Another window took the mouse, a message box perhaps: the drag ends where it was.
+        case WM_CAPTURECHANGED: buttonUp(box, nativeOf(box)->lastMouse); return 0;
+        default: return standard();
+    }
+}
+
+void registerClass() {
+    WNDCLASSA description{};
+    // The device context stays the window's own, with font and colours selected.
+    description.style = CS_OWNDC;
+    description.lpfnWndProc = windowProcedure;
+    description.hInstance = instance();
+    description.hCursor = LoadCursor(nullptr, IDC_IBEAM);
+    description.lpszClassName = className;
+    RegisterClassA(&description);
+}
+
+int wheelLines() {
+    UINT lines = defaultWheelLines;
+    SystemParametersInfoA(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
+    return static_cast<int>(std::min(lines, pageLines));
+}
+
+}  // namespace
+
+Control::Native* createPictureWindow(PictureBox& box, HWND parent) {
+    static const bool registered = (registerClass(), true);
+    (void)registered;
+    auto* const native = new PictureNative{stateOf(box)};
+    native->window =
+        CreateWindowExA(0, className, "", WS_CHILD | WS_CLIPSIBLINGS, 0, 0, 0, 0, parent,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(box.id())), instance(), nullptr);
+    native->dc = GetDC(native->window);
+    SetTextAlign(native->dc, TA_LEFT | TA_TOP | TA_NOUPDATECP);
+    SetBkMode(native->dc, native->state.opaque ? OPAQUE : TRANSPARENT);
+    SetWindowLongPtrA(native->window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&box));
+    return native;
+}
+
+void wheel(const Form& form, WPARAM wParam) {
+    Control* const control = firstOf(form, ControlKind::pictureBox);
+    if (control == nullptr || control->native == nullptr) return;
+    auto& box = static_cast<PictureBox&>(*control);
+    PictureNative& native = *nativeOf(box);
+    // Fine wheels turn by less than a notch (120) at a time.
+    native.wheelRest += static_cast<std::int16_t>(highWord(wParam)) * wheelLines();
+    const int lines = native.wheelRest / WHEEL_DELTA;
+    native.wheelRest -= lines * WHEEL_DELTA;
+    if (lines != 0) box.onWheel.raise(static_cast<std::int16_t>(-lines));
+}
+
+}  // namespace qxterm::win32

@@ -1,0 +1,166 @@
+#include "platform/process.h"
+
+#include <memory>
+
+#include "platform/event_loop.h"
+#include "platform/program.h"
+#include "platform/run_time_error.h"
+#include "platform/win32/handle.h"
+
+namespace qxterm {
+
+struct HelperProcess::Native {
+    win32::KernelHandle process;
+    win32::KernelHandle thread;
+    /// The program's ends of the pipes. Nobody reads or writes them: open, they keep the helper's ends whole.
+    win32::KernelHandle toHelper;
+    win32::KernelHandle fromHelper;
+};
+
+namespace win32 {
+namespace {
+
+constexpr UINT exitCodeOfTerminated = 1;
+
+/// All helpers belong to this job. The program's handle of it is the only one and is never closed: when the
+/// program is gone, the system closes it and ends what still runs.
+HANDLE jobOfHelpers() {
+    static HANDLE const job = [] {
+        HANDLE const created = CreateJobObjectA(nullptr, nullptr);
+        JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+        limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+        if (created != nullptr) {
+            SetInformationJobObject(created, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+        }
+        return created;
+    }();
+    return job;
+}
+
+/// A pipe whose ends a child process inherits.
+struct Pipe {
+    Pipe() {
+        SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+        HANDLE readEnd = nullptr;
+        HANDLE writeEnd = nullptr;
+        if (CreatePipe(&readEnd, &writeEnd, &inheritable, 0) == 0) throw RunTimeError{errors::outOfMemory};
+        read.reset(readEnd);
+        write.reset(writeEnd);
+    }
+
+    KernelHandle read;
+    KernelHandle write;
+};
+
+/// The end that stays with the program is not for the child.
+void keep(const KernelHandle& end) { SetHandleInformation(end.get(), HANDLE_FLAG_INHERIT, 0); }
+
+/// Puts values into the program's environment for as long as it takes to start a child.
+class Environment {
+public:
+    explicit Environment(std::span<const EnvironmentValue> values) : values_{values} {
+        for (const EnvironmentValue& one : values_) SetEnvironmentVariableA(one.name, one.value.c_str());
+    }
+    ~Environment() {
+        for (const EnvironmentValue& one : values_) SetEnvironmentVariableA(one.name, nullptr);
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+
+private:
+    std::span<const EnvironmentValue> values_;
+};
+
+std::string folderWithBackslash() {
+    std::string folder = program::folder();
+    if (!folder.ends_with('\\')) folder += '\\';
+    return folder;
+}
+
+STARTUPINFOA hiddenWindow() {
+    STARTUPINFOA info{};
+    info.cb = sizeof info;
+    info.dwFlags = STARTF_USESHOWWINDOW;
+    info.wShowWindow = SW_HIDE;
+    return info;
+}
+
+}  // namespace
+}  // namespace win32
+
+bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
+                          std::span<const EnvironmentValue> environment) {
+    using namespace win32;
+    auto started = std::make_unique<Native>();
+    STARTUPINFOA info = hiddenWindow();
+    KernelHandle helperInput;
+    KernelHandle helperOutput;
+    if (handles == StandardHandles::pipes) {
+        Pipe toHelper;
+        Pipe fromHelper;
+        keep(toHelper.write);
+        keep(fromHelper.read);
+        helperInput = std::move(toHelper.read);
+        helperOutput = std::move(fromHelper.write);
+        started->toHelper = std::move(toHelper.write);
+        started->fromHelper = std::move(fromHelper.read);
+        info.dwFlags |= STARTF_USESTDHANDLES;
+        info.hStdInput = helperInput.get();
+        info.hStdOutput = helperOutput.get();
+        info.hStdError = helperOutput.get();
+    }
+    const std::string folder = folderWithBackslash();
+    const std::string file = folder + name_ + ".exe";
+    std::string line{commandLine};  // the system may write into it
+    PROCESS_INFORMATION created{};
+    const Environment values{environment};
+    if (CreateProcessA(file.c_str(), line.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr,
+                       folder.c_str(), &info, &created) == 0) {
+        return false;
+    }
+    started->process.reset(created.hProcess);
+    started->thread.reset(created.hThread);
+    if (jobOfHelpers() != nullptr) AssignProcessToJobObject(jobOfHelpers(), created.hProcess);
+    native = started.release();
+    return true;
+}
+
+bool HelperProcess::ended() const {
+    return native == nullptr || WaitForSingleObject(native->process.get(), 0) == WAIT_OBJECT_0;
+}
+
+void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(milliseconds);
+    while (!ended() && !eventLoop::ending()) {
+        const ULONGLONG now = GetTickCount64();
+        if (now >= end) return;
+        HANDLE const process = native->process.get();
+        MsgWaitForMultipleObjectsEx(1, &process, static_cast<DWORD>(end - now), QS_ALLINPUT,
+                                    MWMO_INPUTAVAILABLE);
+        eventLoop::doEvents();  // at most once a tick of the clock
+        Sleep(1);
+    }
+}
+
+std::uint32_t HelperProcess::terminate() {
+    if (native == nullptr) return ERROR_INVALID_HANDLE;
+    return TerminateProcess(native->process.get(), win32::exitCodeOfTerminated) != 0 ? 0 : GetLastError();
+}
+
+bool HelperProcess::wait(std::int32_t milliseconds) {
+    return native == nullptr ||
+           WaitForSingleObject(native->process.get(), static_cast<DWORD>(milliseconds)) == WAIT_OBJECT_0;
+}
+
+std::uint32_t HelperProcess::exitCode() const {
+    DWORD code = 0;
+    if (native != nullptr) GetExitCodeProcess(native->process.get(), &code);
+    return code;
+}
+
+void HelperProcess::close() {
+    delete native;
+    native = nullptr;
+}
+
+}  // namespace qxterm

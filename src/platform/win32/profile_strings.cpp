@@ -1,0 +1,39 @@
+#include "platform/profile_strings.h"
+
+#include <array>
+
+#include "platform/win32/system.h"
+
+namespace qxterm {
+namespace {
+
+/// Without a folder: the system looks in its own, or where the user's settings are mapped to.
+constexpr const char* fileName = "qxterm.ini";
+
+using Buffer = std::array<char, profileBufferSize>;
+
+}  // namespace
+
+std::string getPrivateProfileString(std::string_view section, std::string_view key,
+                                    std::string_view fallback) {
+    Buffer buffer{};
+    const DWORD length = GetPrivateProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
+                                                  std::string{fallback}.c_str(), buffer.data(),
+                                                  static_cast<DWORD>(buffer.size()), fileName);
+    return {buffer.data(), length};
+}
+
+void writePrivateProfileString(std::string_view section, std::string_view key, std::string_view value) {
+    WritePrivateProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
+                               std::string{value}.c_str(), fileName);
+}
+
+std::string getProfileString(std::string_view section, std::string_view key, std::string_view fallback) {
+    Buffer buffer{};
+    const DWORD length =
+        GetProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
+                          std::string{fallback}.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
+    return {buffer.data(), length};
+}
+
+}  // namespace qxterm

@@ -1,0 +1,81 @@
+#include "platform/win32/resolver.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "platform/win32/message_window.h"
+
+namespace qxterm::win32 {
+namespace {
+
+/// All that the worker needs: it shares nothing with the window's thread.
+struct Question {
+    std::string host;
+    std::string port;
+    HWND receiver = nullptr;
+    std::unique_ptr<LookUp> answer;
+};
+
+void ask(const Question& question, LookUp& answer) {
+    addrinfo hints{};
+    hints.ai_family = AF_UNSPEC;
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_protocol = IPPROTO_TCP;
+    addrinfo* found = nullptr;
+    answer.error = getaddrinfo(question.host.c_str(), question.port.c_str(), &hints, &found);
+    if (answer.error != 0) return;
+    const std::unique_ptr<addrinfo, void(WSAAPI*)(addrinfo*)> owner{found, freeaddrinfo};
+    for (const addrinfo* one = found; one != nullptr; one = one->ai_next) {
+        if (one->ai_family != AF_INET && one->ai_family != AF_INET6) continue;
+        if (one->ai_addrlen > sizeof(sockaddr_storage)) continue;
+        HostAddress address;
+        address.length = static_cast<int>(one->ai_addrlen);
+        std::memcpy(&address.address, one->ai_addr, one->ai_addrlen);
+        answer.addresses.push_back(address);
+    }
+    if (answer.addresses.empty()) answer.error = WSANO_DATA;
+}
+
+void send(HWND receiver, std::unique_ptr<LookUp> answer) {
+    if (PostMessageA(receiver, wmResolved, 0, reinterpret_cast<LPARAM>(answer.get())) != 0)
+        (void)answer.release();
+}
+
+DWORD WINAPI worker(void* data) {
+    const std::unique_ptr<Question> question{static_cast<Question*>(data)};
+    try {
+        ask(*question, *question->answer);
+    } catch (const std::bad_alloc&) {
+        question->answer->addresses.clear();
+        question->answer->error = WSAENOBUFS;
+    }
+    send(question->receiver, std::move(question->answer));
+    return 0;
+}
+
+}  // namespace
+
+void lookUp(std::string_view host, std::uint16_t port, std::uint32_t token) {
+    auto question = std::make_unique<Question>();
+    question->host = host;
+    question->port = std::to_string(port);
+    question->receiver = messageWindow();
+    question->answer = std::make_unique<LookUp>();
+    question->answer->token = token;
+    // The system's call would read a name only up to a zero byte, and an empty one as this computer.
+    if (host.empty() || host.find('\0') != std::string_view::npos) {
+        question->answer->error = WSAHOST_NOT_FOUND;
+        send(question->receiver, std::move(question->answer));
+        return;
+    }
+    if (QueueUserWorkItem(worker, question.get(), WT_EXECUTELONGFUNCTION) != 0) {
+        (void)question.release();  // the worker's now
+        return;
+    }
+    question->answer->error = WSAENOBUFS;
+    send(question->receiver, std::move(question->answer));
+}
+
+}  // namespace qxterm::win32

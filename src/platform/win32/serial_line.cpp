@@ -1,0 +1,208 @@
+#include "platform/win32/serial_line.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/win32/message_window.h"
+
+namespace qxterm::win32 {
+namespace {
+
+constexpr std::size_t unsentLimit = std::size_t{16} * 1024 * 1024;
+/// Written at a time, so that closing has little to break off.
+constexpr std::size_t writeSize = 4096;
+constexpr DWORD lookPeriod = 30;      // milliseconds between looks for what is not announced
+constexpr DWORD stopPatience = 2000;  // milliseconds for a driver to give its calls back
+constexpr DWORD readPatience = 200;   // milliseconds for bytes that are there already
+
+KernelHandle makeEvent(bool manual) { return KernelHandle{CreateEventA(nullptr, manual, FALSE, nullptr)}; }
+
+}  // namespace
+
+SerialLine::SerialLine(KernelHandle port, std::uint32_t token)
+    : port_{std::move(port)},
+      token_{token},
+      stop_{makeEvent(true)},
+      wake_{makeEvent(false)},
+      waitEvent_{makeEvent(true)},
+      writeEvent_{makeEvent(true)},
+      readEvent_{makeEvent(true)} {
+    waiting_.hEvent = waitEvent_.get();
+    writing_.hEvent = writeEvent_.get();
+    lastCarrier_ = carrier();
+    thread_.reset(CreateThread(nullptr, 0, threadMain, this, 0, nullptr));
+}
+
+SerialLine::~SerialLine() {
+    SetEvent(stop_.get());
+    CancelIoEx(port_.get(), nullptr);
+    PurgeComm(port_.get(), PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
+    if (thread_ && WaitForSingleObject(thread_.get(), stopPatience) == WAIT_TIMEOUT) {
+        // A driver that keeps the thread must not keep the window: only closing the port can free it now.
+        port_.reset();
+        WaitForSingleObject(thread_.get(), INFINITE);
+    }
+}
+
+DWORD WINAPI SerialLine::threadMain(void* self) {
+    static_cast<SerialLine*>(self)->serve();
+    return 0;
+}
+
+void SerialLine::tell(LPARAM news) const { PostMessageA(messageWindow(), wmSerial, token_, news); }
+
+void SerialLine::serve() {
+    SetCommMask(port_.get(), EV_RXCHAR | EV_RLSD);
+    const std::array<HANDLE, 4> objects{stop_.get(), wake_.get(), waitEvent_.get(), writeEvent_.get()};
+    for (;;) {
+        beginWait();
+        if (!look() || !beginWrite()) break;
+        const DWORD patience = watch_ == Watch::allEvents ? INFINITE : lookPeriod;
+        const DWORD result =
+            WaitForMultipleObjects(static_cast<DWORD>(objects.size()), objects.data(), FALSE, patience);
+        if (result == WAIT_OBJECT_0 || result == WAIT_FAILED) return;
+        if (result == WAIT_OBJECT_0 + 2) waitEnded();
+        if (result == WAIT_OBJECT_0 + 3 && !writeEnded()) break;
+    }
+    if (WaitForSingleObject(stop_.get(), 0) != WAIT_OBJECT_0) tell(lineNews::gone);
+}
+
+void SerialLine::beginWait() {
+    // Some drivers answer "characters are waiting" for as long as they are: first they have to be fetched.
+    while (watch_ != Watch::looking && !waitPending_ && !receiveAnnounced_) {
+        ResetEvent(waitEvent_.get());
+        events_ = 0;
+        if (WaitCommEvent(port_.get(), &events_, &waiting_) != 0) {
+            lineEvents(events_);
+        } else if (GetLastError() == ERROR_IO_PENDING) {
+            waitPending_ = true;
+        } else {
+            watchLess();
+        }
+    }
+}
+
+void SerialLine::waitEnded() {
+    waitPending_ = false;
+    ResetEvent(waitEvent_.get());
+    DWORD ignored = 0;
+    if (GetOverlappedResult(port_.get(), &waiting_, &ignored, FALSE) != 0) {
+        lineEvents(events_);
+    } else {
+        watchLess();
+    }
+}
+
+/// A wait failed: the driver does not announce the signals, or nothing at all.
+void SerialLine::watchLess() {
+    watch_ = watch_ == Watch::allEvents ? Watch::characters : Watch::looking;
+    SetCommMask(port_.get(), watch_ == Watch::characters ? EV_RXCHAR : 0);
+    ResetEvent(waitEvent_.get());
+}
+
+/// Looks for what is not announced. False when the port is gone.
+bool SerialLine::look() {
+    if (watch_ == Watch::allEvents) return true;
+    const bool now = carrier();
+    if (now != lastCarrier_) {
+        lastCarrier_ = now;
+        lineEvents(EV_RLSD);
+    }
+    if (watch_ == Watch::characters || receiveAnnounced_) return true;
+    DWORD errors = 0;
+    COMSTAT status{};
+    if (ClearCommError(port_.get(), &errors, &status) == 0) return false;
+    if (status.cbInQue > 0) lineEvents(EV_RXCHAR);
+    return true;
+}
+
+bool SerialLine::beginWrite() {
+    if (writePending_) return true;
+    {
+        const std::lock_guard lock{mutex_};
+        if (unsent_.empty()) {
+            ResetEvent(writeEvent_.get());
+            return true;
+        }
+        const std::size_t count = std::min(unsent_.size(), writeSize);
+        block_.assign(unsent_, 0, count);
+        unsent_.erase(0, count);
+    }
+    ResetEvent(writeEvent_.get());
+    // Also when it is done at once the event tells so.
+    writePending_ = true;
+    const BOOL done =
+        WriteFile(port_.get(), block_.data(), static_cast<DWORD>(block_.size()), nullptr, &writing_);
+    return done != 0 || GetLastError() == ERROR_IO_PENDING;
+}
+
+bool SerialLine::writeEnded() {
+    writePending_ = false;
+    DWORD written = 0;
+    if (GetOverlappedResult(port_.get(), &writing_, &written, FALSE) == 0) return false;
+    if (written < block_.size()) {
+        const std::lock_guard lock{mutex_};
+        unsent_.insert(0, block_, written);
+    }
+    return true;
+}
+
+void SerialLine::lineEvents(DWORD events) {
+    LPARAM news = 0;
+    if ((events & EV_RXCHAR) != 0) {
+        receiveAnnounced_ = true;
+        news |= lineNews::received;
+    }
+    if ((events & EV_RLSD) != 0) news |= lineNews::carrier;
+    if (news != 0) tell(news);
+}
+
+void SerialLine::write(std::string_view bytes) {
+    {
+        const std::lock_guard lock{mutex_};
+        if (unsent_.size() + bytes.size() > unsentLimit) return;
+        unsent_.append(bytes);
+    }
+    SetEvent(wake_.get());
+}
+
+bool SerialLine::readWaiting(std::string& to) {
+    DWORD errors = 0;
+    COMSTAT status{};
+    if (ClearCommError(port_.get(), &errors, &status) == 0) return false;
+    if (status.cbInQue == 0) return true;
+    const std::size_t before = to.size();
+    to.resize(before + status.cbInQue);
+    OVERLAPPED reading{};
+    reading.hEvent = readEvent_.get();
+    ResetEvent(readEvent_.get());
+    DWORD count = 0;
+    bool done = ReadFile(port_.get(), to.data() + before, status.cbInQue, nullptr, &reading) != 0;
+    if (!done && GetLastError() == ERROR_IO_PENDING) {
+        if (WaitForSingleObject(readEvent_.get(), readPatience) == WAIT_TIMEOUT)
+            CancelIoEx(port_.get(), &reading);
+        done = true;
+    }
+    const bool fetched = done && GetOverlappedResult(port_.get(), &reading, &count, TRUE) != 0;
+    to.resize(before + count);
+    return fetched || count == 0;
+}
+
+void SerialLine::receiveHandled() {
+    if (receiveAnnounced_.exchange(false)) SetEvent(wake_.get());
+}
+
+bool SerialLine::carrier() const {
+    DWORD status = 0;
+    return GetCommModemStatus(port_.get(), &status) != 0 && (status & MS_RLSD_ON) != 0;
+}
+
+void SerialLine::setBreak(bool on) {
+    if (on) {
+        SetCommBreak(port_.get());
+    } else {
+        ClearCommBreak(port_.get());
+    }
+}
+
+}  // namespace qxterm::win32
