@@ -11,6 +11,8 @@
 #include "connection/connection_manager.h"
 #include "connection/network.h"
 #include "connection/serial_line.h"
+#include "connection/ssh_connect.h"
+#include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
 #include "diag/report_error.h"
@@ -38,7 +40,7 @@ void fillErrorHooks() {
 void fillTimerActions() {
     timerActions[timerAction::endBreak] = endBreak;
     timerActions[timerAction::blinkCursor] = [] {
-        if (inputBusy == 0) blinkCursorStep();
+        if (inputBusy == 0 && !localTextUp()) blinkCursorStep();
     };
     timerActions[timerAction::blinkText] = [] {
         if (inputBusy == 0) blinkTextStep();
@@ -54,16 +56,18 @@ void fillProfileHooks() {
         picterm.refresh();
     };
     profileHooks.setCaption = setCaption;
-    profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption, bool enabled) {
+    profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption, bool inSession) {
         mnuprofitem.setCaption(index, caption);
         mnuprofitem.setVisible(index, true);
-        mnuprofitem.setEnabled(index, enabled);
+        if (inSession) mnuprofitem.setEnabled(index, false);
     };
 }
 
 void fillConnectionHooks() {
     connectionHooks.setConnItems = setConnItems;
     connectionHooks.disconnectPort = disconnectPort;
+    connectionHooks.showStatusDialog = [] { frmConn.showModal(); };
+    connectSshBridge();
     managerHooks.unloadProfileDialog = [] { frmprof.unload(); };
     managerHooks.showOptions = [] { frmOptions.showModal(); };
     managerHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {

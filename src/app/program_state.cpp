@@ -10,6 +10,7 @@
 #include "connection/connection_manager.h"
 #include "connection/network.h"
 #include "connection/session_state.h"
+#include "connection/ssh_prompt.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
 #include "diag/report_error.h"
@@ -54,8 +55,7 @@ void resetConnections() {
     userDisconnect = false;
     clearReceiveState();
     clearLoginFlags();
-    g_sSSHLogin.clear();
-    g_sSSHPassword.clear();
+    resetLocalPrompt();
 }
 
 void resetApplication() {

@@ -73,7 +73,7 @@ void setFiles() {
             const std::string& name = mruNames[n - 1];
             if (name.empty() || profileHooks.showRecentProfile == nullptr) continue;
             const auto index = static_cast<std::int16_t>(recentMenuBase + static_cast<std::int16_t>(n));
-            profileHooks.showRecentProfile(index, "&" + std::to_string(n) + " " + name, !g_bConnectActive);
+            profileHooks.showRecentProfile(index, "&" + std::to_string(n) + " " + name, g_bConnectActive);
         }
     });
 }

@@ -1,6 +1,8 @@
 #include "diag/error_trap.h"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 namespace qxterm {
 
@@ -8,8 +10,15 @@ bool g_bTrapErrors = false;
 
 namespace {
 
-std::string plannedRoutine;
-std::int16_t plannedNumber = 0;
+struct PlannedFault {
+    std::string routine;
+    std::int16_t number;
+};
+
+std::vector<PlannedFault>& plannedFaults() {
+    static std::vector<PlannedFault> faults;
+    return faults;
+}
 
 }  // namespace
 
@@ -18,19 +27,26 @@ namespace detail {
 bool faultPlanned = false;
 
 void meetPlannedFault(const char* routine) {
-    if (!faultPlanned || plannedRoutine != routine) return;
-    faultPlanned = false;
-    throw RunTimeError{plannedNumber};
+    auto& faults = plannedFaults();
+    const auto at = std::find_if(faults.begin(), faults.end(),
+                                 [&](const PlannedFault& fault) { return fault.routine == routine; });
+    if (at == faults.end()) return;
+    const std::int16_t number = at->number;
+    faults.erase(at);
+    faultPlanned = !faults.empty();
+    throw RunTimeError{number};
 }
 
 }  // namespace detail
 
 void planFault(std::string_view routine, std::int16_t number) {
-    plannedRoutine = routine;
-    plannedNumber = number;
-    detail::faultPlanned = !routine.empty();
+    plannedFaults().push_back({std::string{routine}, number});
+    detail::faultPlanned = true;
 }
 
-void clearPlannedFault() { planFault({}, 0); }
+void clearPlannedFaults() {
+    plannedFaults().clear();
+    detail::faultPlanned = false;
+}
 
 }  // namespace qxterm

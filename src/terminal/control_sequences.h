@@ -17,7 +17,7 @@ struct Interpretation {
     /// Set by a repeat that goes back: the interpreter yields once.
     bool wentBack = false;
     /// Bit p: the repeat whose final character stands at position p has gone back in this block.
-    std::vector<bool> repeatedAt;
+    std::vector<bool> repeatedAt{};
 
     [[nodiscard]] std::int32_t length() const { return static_cast<std::int32_t>(data.size()); }
 };

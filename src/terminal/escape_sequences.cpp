@@ -54,6 +54,7 @@ void reverseIndex() {
 }
 
 void fillWithE() {
+    putBuf();
     for (std::int32_t row = 0; row < pageRows; ++row) {
         blankRecord(rowMap[static_cast<std::size_t>(row)]);
         ScreenLine& line = lineOnRow(row);

@@ -39,10 +39,13 @@ void apply(std::int16_t parameter) {
         case 28: clearFlags(attrFlag::invisible); break;
         case 39: curFg = defaultAttrTriple.fg; break;
         case 49: curBg = defaultAttrTriple.bg; break;
-        default:
-            if (parameter >= 30 && parameter <= 37) curFg = static_cast<std::int16_t>(parameter - 30);
-            if (parameter >= 40 && parameter <= 47) curBg = static_cast<std::int16_t>(parameter - 40);
+        default: {
+            const int tens = parameter / 10;
+            const int index = parameter % 10;
+            if ((tens != 3 && tens != 4) || index > 7) break;
+            (tens == 3 ? curFg : curBg) = static_cast<std::int16_t>(index);
             break;
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "terminal/interpreter.h"
 
 #include <algorithm>
+#include <cstring>
 #include <deque>
 #include <string>
 
@@ -55,8 +56,16 @@ void yield(Interpretation& input) {
     if (eventLoop::ending()) input.position = input.length();
 }
 
+void keepLast(char c) {
+    if (lastChar.size() == 1) {
+        lastChar[0] = c;
+    } else {
+        lastChar.assign(1, c);
+    }
+}
+
 void acceptPrintable(std::string_view run) {
-    lastChar.assign(1, run.back());
+    keepLast(run.back());
     while (!run.empty()) {
         if (curCol + pendingCount >= screenColumns && !modeSet(mode::wrapDisabled)) {
             putBuf();
@@ -71,7 +80,11 @@ void acceptPrintable(std::string_view run) {
         const auto waiting = static_cast<std::size_t>(pendingCount);
         const std::size_t count = std::min(room, run.size());
         (void)subscript(static_cast<std::int64_t>(waiting + count), 0, pendingCapacity);
-        std::copy_n(run.begin(), count, pendingText.begin() + static_cast<std::ptrdiff_t>(waiting));
+        if (count == 1) {  // frequent, and not worth a call
+            pendingText[waiting] = run.front();
+        } else {
+            std::memcpy(pendingText.data() + waiting, run.data(), count);
+        }
         pendingCount = static_cast<std::int16_t>(waiting + count);
         run.remove_prefix(count);
     }
@@ -126,13 +139,14 @@ void actOn(Interpretation& input, unsigned char byte, std::int32_t& carryFrom, s
 void interpret(Interpretation& input, std::int32_t& carryFrom, std::int32_t& carryTo) {
     while (input.position <= input.length()) {
         const auto at = static_cast<std::size_t>(input.position - 1);
-        const std::size_t run = printableRun(input.data.data() + at, input.data.size() - at);
-        if (run > 0) {
-            acceptPrintable(input.data.substr(at, run));
+        const auto byte = static_cast<unsigned char>(input.data[at]);
+        if (isPrintable(byte)) {
+            const std::size_t run = printableRun(input.data.data() + at, input.data.size() - at);
+            acceptPrintable({input.data.data() + at, run});
             input.position += static_cast<std::int32_t>(run);
             continue;
         }
-        actOn(input, static_cast<unsigned char>(input.data[at]), carryFrom, carryTo);
+        actOn(input, byte, carryFrom, carryTo);
         if (input.wentBack) {
             input.wentBack = false;
             yield(input);

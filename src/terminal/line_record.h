@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace qxterm {
 
@@ -18,8 +20,9 @@ inline constexpr std::int16_t whole = 2;  ///< the whole line must be redrawn ce
 inline constexpr std::int16_t selected = 4;
 }  // namespace lineFlag
 
-/// One line of the screen, of the scrollback, or the blank template.
-struct ScreenLine {
+/// One line of the screen, of the scrollback, or the blank template. Lines are copied for every line that
+/// scrolls, hence the alignment: each fills four cache lines exactly.
+struct alignas(64) ScreenLine {
     std::array<char, screenColumns> text;               ///< one byte a cell
     std::array<std::int16_t, screenColumns + 1> attrs;  ///< word of column c at c + 1; entry 0 is never used
     std::int16_t dirtyFirst;                            ///< leftmost column written since the line was drawn
@@ -30,5 +33,15 @@ struct ScreenLine {
         usedLength;  ///< rightmost column that held text since the line was blanked; -1 for a blank line
     std::int16_t lineFlags;
 };
+
+/// to = from. Compilers copy a record of this length with a string instruction, which takes several times as
+/// long as these fixed pieces.
+inline void copyLine(ScreenLine& to, const ScreenLine& from) {
+    constexpr std::size_t piece = 64;
+    static_assert(sizeof(ScreenLine) % piece == 0);
+    auto* target = reinterpret_cast<std::byte*>(&to);
+    const auto* source = reinterpret_cast<const std::byte*>(&from);
+    for (std::size_t at = 0; at < sizeof(ScreenLine); at += piece) std::memcpy(target + at, source + at, piece);
+}
 
 }  // namespace qxterm

@@ -61,9 +61,38 @@ void dropPending() {
     pendingFailed = false;
 }
 
+ScreenLine* lineOfOrdinaryRun() {
+    if (pendingCount <= 0 || modeSet(mode::insert) || (curAttr & attrFlag::invisible) != 0) return nullptr;
+    if (curRow < 0 || curRow >= screenRows || curCol < 0 || curCol + pendingCount > screenColumns)
+        return nullptr;
+    if (curAttr > UINT8_MAX || curFg > 7 || curBg > 7 || detail::faultPlanned) return nullptr;
+    return &screenLines[static_cast<std::size_t>(rowMap[static_cast<std::size_t>(curRow)])];
+}
+
+void storeOrdinaryRun(ScreenLine& line) {
+    char* text = line.text.data() + curCol;
+    std::int16_t* words = line.attrs.data() + curCol + 1;
+    const auto word = static_cast<std::int16_t>(curAttr + curFg * 256 + curBg * 4096);
+    if (pendingCount == 1) {  // frequent, and not worth the calls
+        *text = pendingText[0];
+        *words = word;
+    } else {
+        std::memcpy(text, pendingText.data(), static_cast<std::size_t>(pendingCount));
+        std::fill_n(words, pendingCount, word);
+    }
+    curCol += pendingCount;
+    dropPending();
+}
+
 void putBuf() {
     if (pendingCount == 0) return;
     trapped("putBuf", [] {
+        if (ScreenLine* line = lineOfOrdinaryRun()) {
+            markForDrawing(rowMap[static_cast<std::size_t>(curRow)], curCol);
+            storeOrdinaryRun(*line);
+            line->dirtyLast = std::max(line->dirtyLast, static_cast<std::int16_t>(curCol - 1));
+            return;
+        }
         const bool lastTry = pendingFailed;
         pendingFailed = true;
         try {
@@ -81,7 +110,8 @@ void insChars(std::string_view text, std::int16_t count, std::int16_t word) {
         ScreenLine& line = screenLines[static_cast<std::size_t>(record)];
         if (curCol < 0) throw RunTimeError{errors::invalidProcedureCall};
         const std::int32_t column = std::min(curCol, screenColumns);
-        const auto inserted = std::min(static_cast<std::int32_t>(text.size()), screenColumns - column);
+        const auto room = static_cast<std::size_t>(screenColumns - column);
+        const auto inserted = static_cast<std::int32_t>(std::min(text.size(), room));
         std::memmove(line.text.data() + column + inserted, line.text.data() + column,
                      static_cast<std::size_t>(screenColumns - column - inserted));
         if (inserted > 0)
@@ -96,6 +126,8 @@ void insChars(std::string_view text, std::int16_t count, std::int16_t word) {
                  curCol < screenColumns ? std::min<std::int32_t>(count, screenColumns - curCol) : count,
                  word);
         if (line.usedLength >= curCol) line.usedLength = toInt16(line.usedLength + count);
+        // Text that waits to be drawn moves along, or the window would miss its end.
+        if (line.dirtyLast >= curCol) line.dirtyLast = toInt16(line.dirtyLast + count);
     });
 }
 
@@ -106,7 +138,7 @@ void delChars(std::int16_t count) {
         const std::int32_t last = std::max(line.usedLength, line.dirtyLast);
         if (curCol < 0) throw RunTimeError{errors::invalidProcedureCall};
         const std::int32_t column = std::min(curCol, screenColumns);
-        const std::int32_t kept = std::max(screenColumns - column - count, 0);
+        const std::int32_t kept = std::clamp(screenColumns - column - count, 0, screenColumns - column);
         std::memmove(line.text.data() + column, line.text.data() + screenColumns - kept,
                      static_cast<std::size_t>(kept));
         std::fill(line.text.begin() + column + kept, line.text.end(), ' ');

@@ -43,7 +43,7 @@ ScreenLine& virtualLine(std::int32_t number) {
 }
 
 void blankRecord(std::int32_t record) {
-    screenLines[static_cast<std::size_t>(record)] = blankLine;
+    copyLine(screenLines[static_cast<std::size_t>(record)], blankLine);
     recordsToDraw &= ~(1U << static_cast<std::uint32_t>(record));
 }
 

@@ -1,7 +1,6 @@
 #include "terminal/scrolling.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "diag/error_trap.h"
 #include "terminal/attributes.h"
@@ -12,6 +11,25 @@
 #include "terminal/view/screen_controls.h"
 
 namespace qxterm {
+namespace {
+
+/// The ordinary flush: one run waits for a line that is drawn up to date, and there is nothing else to do.
+bool onlyRunWaits(const ScreenLine& line) {
+    return pendingScrolls == 0 && recordsToDraw == 0 && line.dirtyLast == -1 &&
+           (line.lineFlags & lineFlag::whole) == 0 && !modeSet(mode::drawingSuspended);
+}
+
+/// putBuf and lineOut in one.
+void storeAndDraw(ScreenLine& line) {
+    const std::int32_t first = curCol;
+    const std::int32_t count = pendingCount;
+    storeOrdinaryRun(line);
+    line.dirtyFirst = 0;
+    line.usedLength = std::max(line.usedLength, static_cast<std::int16_t>(curCol - 1));
+    drawRun(line, first, count, curRow);
+}
+
+}  // namespace
 
 void lineFeed() {
     trapped("lineFeed", [] {
@@ -58,17 +76,24 @@ void insBuf(std::int16_t record) {
             --scrollbackTop;
             vscterm.setMinimum(scrollbackTop);
         } else {
-            scrollbackTurns = static_cast<std::int16_t>((scrollbackTurns + 1) % scrollbackLines);
+            const std::int32_t turns = scrollbackTurns + 1;
+            scrollbackTurns = static_cast<std::int16_t>(turns == scrollbackLines ? 0 : turns);
         }
+        const ScreenLine& line = screenLines[subscript(record, 0, screenRows - 1)];
         ScreenLine& stored = scrollback[static_cast<std::size_t>(scrollbackMap(scrollbackLines))];
-        stored = screenLines[subscript(record, 0, screenRows - 1)];
+        copyLine(stored, line);
         // A line that was not drawn yet still shows all that it held.
-        stored.usedLength = std::max(stored.usedLength, stored.dirtyLast);
+        stored.usedLength = std::max(line.usedLength, line.dirtyLast);
     });
 }
 
 void flushBuf() {
     trapped("flushBuf", [] {
+        ScreenLine* ordinary = lineOfOrdinaryRun();
+        if (ordinary != nullptr && onlyRunWaits(*ordinary)) {
+            storeAndDraw(*ordinary);
+            return;
+        }
         putBuf();
         if (pendingScrolls > 0) {
             const std::int32_t lines = pendingScrolls;
@@ -76,7 +101,8 @@ void flushBuf() {
             pendingScrolls = 0;
         }
         if (recordsToDraw == 0) return;
-        if (std::has_single_bit(recordsToDraw) && curRow >= 0 && curRow < screenRows) {
+        const bool single = (recordsToDraw & (recordsToDraw - 1)) == 0;
+        if (single && curRow >= 0 && curRow < screenRows) {
             // the ordinary case: only the cursor's line was written
             const std::int32_t record = rowMap[static_cast<std::size_t>(curRow)];
             if ((recordsToDraw & (1U << static_cast<std::uint32_t>(record))) != 0) {

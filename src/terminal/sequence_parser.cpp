@@ -26,12 +26,17 @@ void SequenceParser::start() {
 
 bool SequenceParser::readParameters(std::string_view data, std::size_t& position) {
     for (; position < data.size(); ++position) {
-        const char c = data[position];
+        char c = data[position];
         if (isDigit(c)) {
-            const std::int16_t before = state_ == State::inNumber ? value_ : std::int16_t{0};
-            value_ = toInt16(before * 10 + (c - '0'));
+            std::int32_t value = state_ == State::inNumber ? value_ : 0;
+            do {
+                value = toInt16(value * 10 + (c - '0'));
+                if (++position == data.size()) break;
+                c = data[position];
+            } while (isDigit(c));
+            value_ = static_cast<std::int16_t>(value);
             state_ = State::inNumber;
-            continue;
+            if (position == data.size()) break;
         }
         if (state_ == State::inNumber) escParams.push_back(value_);
         if (state_ == State::behindBracket && c == '?') {

@@ -152,6 +152,7 @@ void lstprof_KeyPress(std::int16_t& key) {
 void layOutForOpen() {
     txtprof.setEnabled(false);
     txtprof.setVisible(false);
+    lblprofiles.setVisible(false);
     TwipsRect list = lstprof.place();
     list.top = txtprof.place().top;
     list.height += lblname.place().height;

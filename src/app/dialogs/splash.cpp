@@ -23,7 +23,8 @@ struct Spot {
     std::int32_t top;
 };
 constexpr Spot versionSpot{55, 283};
-constexpr Spot okSpot{390, 280};
+constexpr Spot noticeSpot{55, 301};
+constexpr Spot okSpot{390, 275};
 
 Image picSplash{frmSplash, "picSplash", IDC_PICSPLASH};
 Label lblVersion{frmSplash, "lblVersion", IDC_LBLVERSION};
@@ -45,6 +46,7 @@ void Form_Load() {
         moveTo(lblVersion, versionSpot);
         lblVersion.setTextColour(textColour);
         lblNotice.setTextColour(textColour);
+        moveTo(lblNotice, noticeSpot);
         moveTo(cmdOK, okSpot);
         Glb_CentreForm(frmSplash);
         lblVersion.setCaption(formatMsg("Version %1.%2.%3.%4", "19", "2", "NC", "06"));

@@ -14,12 +14,7 @@ std::string& commandLineText() {
 
 }  // namespace
 
-void setCommandLine(std::string_view text) {
-    constexpr std::string_view blanks = " \t";
-    const std::size_t first = text.find_first_not_of(blanks);
-    commandLineText() =
-        first == std::string_view::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+void setCommandLine(std::string_view text) { commandLineText() = text; }
 
 void resetProgramService() { commandLineText().clear(); }
 

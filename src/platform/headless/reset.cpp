@@ -8,10 +8,11 @@
 #include "platform/headless/display.h"
 #include "platform/headless/event_loop.h"
 #include "platform/headless/forms.h"
-#include "platform/headless/help.h"
 #include "platform/headless/message_box.h"
 #include "platform/headless/modal.h"
 #include "platform/headless/picture_box.h"
+#include "platform/headless/port_table.h"
+#include "platform/headless/process.h"
 #include "platform/headless/profile_strings.h"
 #include "platform/headless/program.h"
 #include "platform/headless/recorder.h"
@@ -42,7 +43,7 @@ void endRun() {
     setSink(current);
     resetSockets();
     resetSerialPorts();
-    resetHelp();
+    dropHelpers();
     resetEventLoop();
     resetClock();
     resetDrawing();
@@ -56,6 +57,8 @@ void reset() {
     resetAnswers();
     resetClipboard();
     resetDisplay();
+    resetHelpers();
+    resetPortTables();
     resetProfileStrings();
     resetProgramService();
     resetRecorder();

@@ -143,7 +143,7 @@ std::string Socket::getData(std::int32_t count) {
 
 bool Socket::connected() const { return native != nullptr && native->phase == Phase::connected; }
 
-std::int16_t Socket::addressFamily() const { return headless::family; }
+std::int16_t Socket::addressFamily(std::string_view /*host*/) const { return headless::family; }
 
 void Socket::rearmEvents() {}
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
 
 #include "diag/error_trap.h"
@@ -31,7 +32,7 @@ void underline(std::int32_t column, std::int32_t count, std::int32_t row) {
     picterm.drawLine(column * charWidth, twips / g_iTwipsY, count * charWidth);
 }
 
-void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
     const AttrTriple attr = unpackAttr(line.attrs[static_cast<std::size_t>(first + 1)]);
     if ((attr.flags & attrFlag::blink) != 0 && textBlinkOff) {
         picterm.fill(cellRect(first, row, count), eraseRaster());
@@ -47,6 +48,25 @@ void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std
                          &charAdvances[1]);
     }
     if ((attr.flags & attrFlag::underline) != 0) underline(first, count, row);
+}
+
+/// True when all words of a span are equal: each equals the one behind it.
+bool oneWord(const ScreenLine& line, std::int32_t first, std::int32_t last) {
+    const std::int16_t* words = line.attrs.data() + first + 1;
+    const auto bytes = static_cast<std::size_t>(last - first) * sizeof(std::int16_t);
+    return bytes == 0 || std::memcmp(words, words + 1, bytes) == 0;
+}
+
+void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {
+    const auto end = line.attrs.begin() + last + 2;
+    for (std::int32_t at = first; at <= last;) {
+        const auto begin = line.attrs.begin() + at + 1;
+        const auto stop =
+            std::find_if(begin, end, [word = *begin](std::int16_t other) { return other != word; });
+        const auto count = static_cast<std::int32_t>(stop - begin);
+        drawCellsOfRun(line, at, count, row);
+        at += count;
+    }
 }
 
 }  // namespace
@@ -71,19 +91,21 @@ void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count, st
     });
 }
 
+void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+    drawCellsOfRun(line, first, count, row);
+    if (lineDrawn != nullptr) lineDrawn(row, first, first + count - 1);
+}
+
 void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {
     first = std::max(first, 0);
     last = std::min(last, lastColumn);
-    for (std::int32_t at = first; at <= last;) {
-        const auto begin = line.attrs.begin() + at + 1;
-        const auto end = line.attrs.begin() + last + 2;
-        const auto stop =
-            std::find_if(begin, end, [word = *begin](std::int16_t other) { return other != word; });
-        const auto count = static_cast<std::int32_t>(stop - begin);
-        drawRun(line, at, count, row);
-        at += count;
+    if (first > last) return;
+    if (oneWord(line, first, last)) {
+        drawRun(line, first, last - first + 1, row);
+        return;
     }
-    if (lineDrawn != nullptr && first <= last) lineDrawn(row, first, last);
+    drawRuns(line, first, last, row);
+    if (lineDrawn != nullptr) lineDrawn(row, first, last);
 }
 
 void paintLine(const ScreenLine& line, std::int16_t start, std::int32_t row) {

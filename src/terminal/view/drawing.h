@@ -23,6 +23,8 @@ void paintWholeLine(const ScreenLine& line, std::int32_t row);
 /// Draws columns first..last (held within the line) in runs of equal attribute words; each run with its own
 /// colours and font.
 void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row);
+/// The same for columns that lie within the line and have one word.
+void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row);
 /// Draws a shift-out run: the line-drawing characters with the terminal font, the others with the normal one.
 /// Reports as "lineDraw".
 void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row);

@@ -62,7 +62,9 @@ void Form_KeyDown(std::int16_t code, std::int16_t shift) {
     trapped("Form_KeyDown", [&] {
         if (!g_bConnectActive) return;
         if (code == key::f5 && (shift & shiftState::control) != 0) {
-            sendBreak();
+            const bool hasLine =
+                g_iConnectType == connectType::serial || g_iConnectType == connectType::modem;
+            if (hasLine) sendBreak();
             return;
         }
         const std::string text = translated(code);

@@ -13,6 +13,7 @@ namespace qxterm {
 std::int16_t scrollInProgress = 0;
 bool (*paintLocalPrompt)() = nullptr;
 void (*windowScrolled)(const PixelRect& area, std::int32_t dy) = nullptr;
+void (*scrollSettled)() = nullptr;
 
 namespace {
 
@@ -58,6 +59,7 @@ void scrollWindow(const PixelRect& area, std::int32_t dy) {
     if (windowScrolled != nullptr) windowScrolled(area, dy);
     picterm.update();
     scrollInProgress = 0;
+    if (scrollSettled != nullptr) scrollSettled();
 }
 
 }  // namespace qxterm

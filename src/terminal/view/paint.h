@@ -15,6 +15,8 @@ extern bool (*paintLocalPrompt)();
 
 /// Told of every scroll of the window while a selection is shown; else empty.
 extern void (*windowScrolled)(const PixelRect& area, std::int32_t dy);
+/// Told when the paint that follows such a scroll is done; empty likewise.
+extern void (*scrollSettled)();
 
 /// Repaints all 25 rows of the view and shows the cursor. Paint event, and called wherever the whole window
 /// changes; scrolls still pending for the window are dropped, since every line is drawn in place.

@@ -79,11 +79,10 @@ void picterm_MouseMove(std::int16_t /*button*/, std::int16_t /*shift*/, std::int
         if (!buttonHeld) return;
         const bool above = y < 0;
         const bool below = y / (g_iTwipsY * lineHeight) >= pageRows;
+        // Once auto-scroll runs its steps set the end point, until the mouse is back on the page.
+        const bool stepping = (above && autoScrollUp) || (below && autoScrollDown);
         setAutoScroll(above, below);
-        if (!above && !below) {
-            const Cell cell = cellAt(x, y);
-            if (cell.column != selEndCol || cell.row != selEndRow) setEnd(cell);
-        }
+        if (!stepping) setEnd(cellAt(x, y));
         showSel();
     });
 }

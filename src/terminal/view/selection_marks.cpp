@@ -7,6 +7,7 @@
 
 #include "diag/error_trap.h"
 #include "terminal/screen_store.h"
+#include "terminal/scrolling.h"
 #include "terminal/view/cell_size.h"
 #include "terminal/view/drawing.h"
 #include "terminal/view/paint.h"
@@ -80,21 +81,35 @@ void moved(const PixelRect& area, std::int32_t dy) {
     }
 }
 
+/// Inverts what is inverted and should not be, and the other way round. True when anything is inverted now.
+bool bringInLine() {
+    bool any = false;
+    for (std::int32_t row = 0; row < pageRows; ++row) {
+        RowCells& shown = inverted[static_cast<std::size_t>(row)];
+        const RowCells now = wanted(row);
+        invertCells(row, shown ^ now);
+        shown = now;
+        any = any || now.any();
+    }
+    return any;
+}
+
+/// A drag selects places of the view, not lines: what it covers stays where it is while the lines move.
+void settled() {
+    if (dragging()) (void)bringInLine();
+}
+
 }  // namespace
 
 void showSel() {
     trapped("showSel", [] {
-        bool any = false;
-        for (std::int32_t row = 0; row < pageRows; ++row) {
-            RowCells& shown = inverted[static_cast<std::size_t>(row)];
-            const RowCells now = wanted(row);
-            invertCells(row, shown ^ now);
-            shown = now;
-            any = any || now.any();
-        }
-        const bool watch = any || dragging() || selEndCol != -1;
+        // In the middle of output the window lags behind the records: inverted cells would be scrolled away
+        // from the lines that they belong to.
+        if (pendingScrolls > 0) flushBuf();
+        const bool watch = bringInLine() || dragging() || selEndCol != -1;
         lineDrawn = watch ? redrawn : nullptr;
         windowScrolled = watch ? moved : nullptr;
+        scrollSettled = watch ? settled : nullptr;
     });
 }
 
@@ -120,6 +135,7 @@ void initMarks() {
     inverted.fill({});
     lineDrawn = nullptr;
     windowScrolled = nullptr;
+    scrollSettled = nullptr;
 }
 
 }  // namespace qxterm

@@ -1,8 +1,0 @@
-#pragma once
-
-namespace qxterm::headless {
-
-/// No help window is open.
-void resetHelp();
-
-}  // namespace qxterm::headless
