@@ -7,6 +7,8 @@ namespace qxterm {
 struct ConnectionHooks {
     void (*setConnItems)(bool connected) = nullptr;
     void (*disconnectPort)() = nullptr;
+    /// Shows the status dialog and returns when it has closed.
+    void (*showStatusDialog)() = nullptr;
 };
 inline ConnectionHooks connectionHooks;
 

@@ -16,9 +16,11 @@
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/function_keys.h"
+#include "terminal/interpreter_state.h"
 #include "terminal/reset.h"
 #include "terminal/screen_operations.h"
 #include "terminal/screen_store.h"
+#include "terminal/view/screen_controls.h"
 
 namespace qxterm {
 
@@ -118,6 +120,8 @@ void resetKeepingKeyBar() {
     resetTerminal();
     setMode(mode::keyBarShown, barShown);
     layOutKeyBar();
+    // The reset blanks the window where the cursor, or older lines, may be shown just now.
+    picterm.refresh();
 }
 
 void endSsh() {
@@ -154,7 +158,9 @@ void connectPort() {
     ErrorTrap trap{"connectPort"};
     trap.run([&] {
         if (managerHooks.unloadProfileDialog != nullptr) managerHooks.unloadProfileDialog();
-        if (g_bConnectActive || !startTransport(trap)) return;
+        if (g_bConnectActive) return;
+        carryOver.clear();  // what the last session left unfinished is no beginning of this one's output
+        if (!startTransport(trap)) return;
         if (g_iConnectType == connectType::modem) {
             trace("modemConnect - MODEM_RESET");
             modemConnect(modemReset);
@@ -172,6 +178,7 @@ void disconnectPort() {
         setConnItems(false);
         resetKeepingKeyBar();
         scrErase(0, lastColumn, 0, statusRow);
+        runSshHook(sshHooks.endLocalLogin);
         closeTransport();
         g_bConnectActive = false;
     });

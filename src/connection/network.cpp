@@ -3,6 +3,7 @@
 #include "connection/auto_login.h"
 #include "connection/connection_hooks.h"
 #include "connection/session_state.h"
+#include "connection/ssh_hooks.h"
 #include "connection/transport_controls.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
@@ -34,7 +35,10 @@ void drainSocket() {
         const std::string data = GetNetworkBytes(pendingBytes);
         logBytes("BYTES>>", data);
         const bool shown = !g_bSSHMode || g_bLoginDone || passLoginFilter(data);
-        if (shown) processInput(data);
+        if (shown) {
+            tellHostText(data);
+            processInput(data);
+        }
         pendingBytes -= static_cast<std::int32_t>(data.size());
         if (!shown || data.empty()) return;
     } while (pendingBytes > 0);

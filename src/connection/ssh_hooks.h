@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 namespace qxterm {
 
 /// What the other connection modules ask of the SSH bridge, which fills them at start-up; nothing happens
@@ -15,11 +17,18 @@ struct SshHooks {
     bool (*helperRunning)() = nullptr;
     /// Ends the helper processes and forgets them.
     void (*endHelpers)() = nullptr;
+    /// A session of any type ends: takes the local prompt down and gives up an attempt that still waits.
+    void (*endLocalLogin)() = nullptr;
+    /// The host's output is about to be shown.
+    void (*hostTextShown)(std::string_view text) = nullptr;
 };
 inline SshHooks sshHooks;
 
 inline void runSshHook(void (*hook)()) {
     if (hook != nullptr) hook();
+}
+inline void tellHostText(std::string_view text) {
+    if (sshHooks.hostTextShown != nullptr) sshHooks.hostTextShown(text);
 }
 [[nodiscard]] inline bool sshHelperRunning() {
     return sshHooks.helperRunning != nullptr && sshHooks.helperRunning();

@@ -2,6 +2,7 @@
 // is started.
 
 #include <array>
+#include <bitset>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,8 @@
 #include "platform/headless/clipboard.h"
 #include "platform/headless/display.h"
 #include "platform/headless/message_box.h"
+#include "platform/headless/port_table.h"
+#include "platform/headless/process.h"
 #include "platform/headless/profile_strings.h"
 #include "platform/headless/recorder.h"
 #include "platform/headless/serial.h"
@@ -89,6 +92,63 @@ Action serialBusy(Arguments& arguments) {
     return [=] { headless::setPortsBusy(busy); };
 }
 
+using PortSet = std::bitset<PortTables::ports>;
+
+std::int32_t portNumber(const std::string& text) {
+    Arguments number{text};
+    const std::int32_t port = number.number("N", 1, static_cast<std::int32_t>(PortTables::ports) - 1);
+    number.end();
+    return port;
+}
+
+/// Ports, and ranges of them ("3000-3005").
+PortSet portSet(Arguments& arguments) {
+    PortSet ports;
+    while (arguments.more()) {
+        const std::string text = arguments.word("N");
+        const std::size_t hyphen = text.find('-', 1);
+        const std::int32_t first = portNumber(text.substr(0, hyphen));
+        const std::int32_t last = hyphen == std::string::npos ? first : portNumber(text.substr(hyphen + 1));
+        for (std::int32_t port = first; port <= last; ++port) ports.set(static_cast<std::size_t>(port));
+    }
+    return ports;
+}
+
+Action tcpPorts(Arguments& arguments) {
+    return [ports = portSet(arguments)] { headless::setTcpPorts(ports); };
+}
+
+Action udpPorts(Arguments& arguments) {
+    return [ports = portSet(arguments)] { headless::setUdpPorts(ports); };
+}
+
+std::string helperName(Arguments& arguments) {
+    const std::string name = arguments.word("NAME");
+    if (name != "zpt_ssh" && name != "zpt_tnetd") {
+        throw ScriptFault{"a helper is zpt_ssh or zpt_tnetd, not " + name};
+    }
+    return name;
+}
+
+Action helperFail(Arguments& arguments) {
+    return [name = helperName(arguments)] { headless::failHelper(name); };
+}
+
+Action helperExit(Arguments& arguments) {
+    return [name = helperName(arguments)] { headless::exitHelper(name); };
+}
+
+/// MS milliseconds after its start, or never, the client opens its forwarded port.
+Action helperForward(Arguments& arguments) {
+    constexpr std::int64_t never = -1;
+    if (arguments.peek() == "never") {
+        (void)arguments.word("");
+        return [] { headless::setForwardDelay(never); };
+    }
+    const std::int32_t milliseconds = arguments.number("MS", 0, INT32_MAX);
+    return [=] { headless::setForwardDelay(milliseconds); };
+}
+
 Action draw(Arguments& arguments) {
     const bool on = arguments.onOff();
     return [=] { headless::setRecording("draw", on); };
@@ -100,7 +160,7 @@ Action onYield(Arguments& arguments) {
     return [=] { queueForYield(line); };
 }
 
-constexpr std::array<Command, 10> commands{{
+constexpr std::array<Command, 15> commands{{
     {"ini", true, ini},
     {"screen", true, screen},
     {"language", true, language},
@@ -109,6 +169,11 @@ constexpr std::array<Command, 10> commands{{
     {"fault", true, fault},
     {"socket family", true, socketFamily},
     {"serial busy", true, serialBusy},
+    {"ports tcp", true, tcpPorts},
+    {"ports udp", true, udpPorts},
+    {"helper fail", true, helperFail},
+    {"helper exit", true, helperExit},
+    {"helper forward", true, helperForward},
     {"draw", true, draw},
     {"onyield", true, onYield},
 }};

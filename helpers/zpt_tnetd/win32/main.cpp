@@ -1,0 +1,29 @@
+#include <string>
+
+#include "common/win32/console.h"
+#include "common/win32/system.h"
+#include "zpt_tnetd/request.h"
+#include "zpt_tnetd/win32/relay.h"
+
+namespace {
+
+constexpr const char* helperName = "zpt_tnetd";
+constexpr int wrongCommandLine = 2;
+constexpr int cannotListen = 3;
+
+}  // namespace
+
+int main(int count, char** values) {
+    zpt::hardenProcess();
+    const auto parsed = zpt::parseRelayRequest(zpt::argumentsOf(count, values));
+    if (!parsed.good()) {
+        zpt::complain(helperName, parsed.complaint);
+        return wrongCommandLine;
+    }
+    // It lives until the terminal ends it, as the record of a session that is up.
+    if (parsed.request.idle()) Sleep(INFINITE);
+    WSADATA data{};
+    if (WSAStartup(MAKEWORD(2, 2), &data) == 0) zpt::relayConnections(parsed.request);
+    zpt::complain(helperName, "port " + std::to_string(parsed.request.localPort) + " cannot be listened on");
+    return cannotListen;
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "zpt_tnetd/request.h"
+
+namespace zpt {
+
+/// Listens on the local port of 127.0.0.1 and relays one connection after the other to the forwarded port of
+/// this machine's loopback. Returns only when it cannot listen.
+void relayConnections(const RelayRequest& request);
+
+}  // namespace zpt

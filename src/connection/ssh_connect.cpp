@@ -1,0 +1,87 @@
+#include "connection/ssh_connect.h"
+
+#include <string>
+
+#include "config/ini_file.h"
+#include "config/profile_record.h"
+#include "connection/auto_login.h"
+#include "connection/connection_hooks.h"
+#include "connection/ssh_fields.h"
+#include "connection/ssh_helpers.h"
+#include "connection/ssh_hooks.h"
+#include "connection/ssh_ports.h"
+#include "connection/ssh_prompt.h"
+#include "connection/transport_controls.h"
+#include "diag/error_trap.h"
+#include "diag/format_msg.h"
+#include "platform/event_loop.h"
+#include "platform/message_box.h"
+#include "terminal/view/keyboard.h"
+#include "terminal/view/paint.h"
+
+namespace qxterm {
+namespace {
+
+/// The first search may find a port up to this far above its start.
+constexpr std::int64_t portRange = 500;
+
+/// Port of the connection to the tunnel's local end; 0 when none was free. The profile keeps its own.
+std::int32_t localPort = 0;
+/// Counts the attempts, and the ends of attempts.
+std::uint32_t attempt = 0;
+
+std::int32_t findLocalPort() {
+    const std::int32_t start = g_lPortForwardStart;
+    std::int32_t port = CN_NetStat(start);
+    if (port > start + portRange || port < start) port = CN_NetStat(start);
+    return port;
+}
+
+/// False after the user was told which field cannot be used, and the attempt was given up.
+bool fieldsUsable() {
+    const std::string complaint = sshFieldComplaint(CurrentProfile.host, g_sSSHLogin, profileSshPort());
+    if (complaint.empty()) return true;
+    messageBox(complaint, programTitle, Buttons::ok, Icon::information);
+    askDisconnect();
+    return false;
+}
+
+bool takeKey(std::int16_t character) {
+    if (!localPromptActive()) return false;
+    ProcessSSHKeyStrokes(character);
+    return true;
+}
+
+}  // namespace
+
+void localConnect() {
+    ErrorTrap trap{"localConnect"};
+    trap.run([&] {
+        const std::uint32_t own = ++attempt;
+        if (!fieldsUsable()) return;
+        localPort = findLocalPort();
+        StartSSH(CurrentProfile.host, g_sSSHLogin, localPort);
+        if (own != attempt || eventLoop::ending()) return;
+        trap.step([] { comnet2.connect("localhost", static_cast<std::uint16_t>(localPort)); });
+        if (connectionHooks.showStatusDialog != nullptr) connectionHooks.showStatusDialog();
+    });
+}
+
+void abandonLocalConnect() { ++attempt; }
+
+void connectSshBridge() {
+    sshHooks.DisplayBanner = DisplayBanner;
+    sshHooks.doFakeLogin = doFakeLogin;
+    sshHooks.ClearSSHText = ClearSSHText;
+    sshHooks.helperRunning = sshHelperRecorded;
+    sshHooks.endHelpers = endSshHelpers;
+    sshHooks.endLocalLogin = [] {
+        abandonLocalConnect();
+        endLocalPrompt();
+    };
+    sshHooks.hostTextShown = giveWayToHost;
+    localPromptKey = takeKey;
+    paintLocalPrompt = paintLocalText;
+}
+
+}  // namespace qxterm

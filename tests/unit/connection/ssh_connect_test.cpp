@@ -1,0 +1,183 @@
+#include "connection/ssh_connect.h"
+
+#include "app/program_fixture.h"
+#include "connection/auto_login.h"
+#include "connection/connection_manager.h"
+#include "connection/session_state.h"
+#include "connection/ssh_helpers.h"
+#include "connection/ssh_prompt.h"
+#include "connection/status_dialog.h"
+#include "connection/transport_controls.h"
+#include "platform/headless/event_loop.h"
+#include "platform/headless/port_table.h"
+#include "platform/headless/process.h"
+#include "platform/headless/socket.h"
+#include "platform/main_form.h"
+#include "terminal/view/keyboard.h"
+
+namespace qxterm::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr const char* clientLine =
+    "process start zpt_ssh zpt_ssh -no-antispoof  -P 22 -4 -ssh -L 3000:localhost:23 host1";
+constexpr const char* relayLine = "process start zpt_tnetd zpt_tnetd 2 3000 3000 4 bob";
+
+/// The local prompt of an SSH session is up.
+class SshConnect : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        putSettings({{"Profiles", "office "}, {"timeout", "45"}});
+        putProfile("office", {{"connect", "ssh"}, {"host", "host1"}});
+        start("office");
+        records.clear();
+    }
+
+    static void type(std::string_view text) {
+        for (const char c : text) Form_KeyPress(static_cast<unsigned char>(c));
+    }
+    static void enterBob() { type("bob\rsecret\r"); }
+    /// Closes the status dialog by its button, which abandons the attempt.
+    static void thenCancel() {
+        then([] { click(frmConn, "cmdCancel"); });
+    }
+    static Lines processes() {
+        Lines lines;
+        for (const std::string& line : happened()) {
+            if (line.starts_with("process") || line.starts_with("socket")) lines.push_back(line);
+        }
+        return lines;
+    }
+    /// Runs a step in the first yield to the message loop while the bridge waits for its client.
+    static void whileWaiting(void (*step)()) {
+        waitingStep = step;
+        headless::yieldHook = [] {
+            headless::yieldHook = nullptr;
+            waitingStep();
+        };
+    }
+
+    static inline void (*waitingStep)() = nullptr;
+};
+
+TEST_F(SshConnect, AForwardThatAnswersIsNotWaitedFor) {
+    const std::int64_t before = headless::now();
+    thenCancel();
+    enterBob();
+    EXPECT_EQ(headless::now(), before);
+}
+
+TEST_F(SshConnect, ASlowClientIsWaitedFor) {
+    headless::setForwardDelay(4000);
+    const std::int64_t before = headless::now();
+    then([=] {
+        EXPECT_EQ(headless::now() - before, 4000);
+        EXPECT_EQ(processes(), (Lines{clientLine, relayLine, "socket connect localhost 3000"}));
+        headless::socketConnects(comnet2);
+    });
+    thenWait(350);
+    enterBob();
+    EXPECT_TRUE(g_bConnectActive);
+}
+
+TEST_F(SshConnect, TheWaitEndsAfterTenSeconds) {
+    headless::setForwardDelay(-1);
+    const std::int64_t before = headless::now();
+    then([=] { EXPECT_EQ(headless::now() - before, 10000); });
+    thenCancel();
+    enterBob();
+}
+
+TEST_F(SshConnect, AClientThatEndsDuringTheWaitTakesTheRelayWithIt) {
+    headless::setForwardDelay(-1);
+    whileWaiting([] { headless::exitHelper("zpt_ssh"); });
+    const std::int64_t before = headless::now();
+    then([=] {
+        EXPECT_EQ(headless::now() - before, 100);
+        EXPECT_TRUE(g_bLoginDone);
+        EXPECT_FALSE(sshHelperRecorded());
+        EXPECT_EQ(processes(), (Lines{clientLine, relayLine, "process terminate zpt_tnetd",
+                                      "socket connect localhost 3000"}));
+    });
+    thenCancel();
+    enterBob();
+}
+
+TEST_F(SshConnect, DisconnectDuringTheWaitEndsTheAttempt) {
+    headless::setForwardDelay(-1);
+    whileWaiting([] { mnuconnitem_Click(connectionItem::disconnect); });
+    enterBob();
+    EXPECT_EQ(processes(),
+              (Lines{clientLine, relayLine, "process terminate zpt_ssh", "process terminate zpt_tnetd"}));
+    EXPECT_FALSE(frmConn.loaded());
+    EXPECT_FALSE(localPromptActive());
+}
+
+TEST_F(SshConnect, ClosingTheWindowDuringTheWaitEndsTheAttempt) {
+    headless::setForwardDelay(-1);
+    whileWaiting([] { frmterm.unload(); });
+    enterBob();
+    EXPECT_EQ(processes(),
+              (Lines{clientLine, relayLine, "process terminate zpt_ssh", "process terminate zpt_tnetd"}));
+    EXPECT_FALSE(frmConn.loaded());
+}
+
+TEST_F(SshConnect, KeysTypedDuringTheWaitAreNobodys) {
+    headless::setForwardDelay(300);
+    whileWaiting([] { type("xyz\r"); });
+    thenCancel();
+    enterBob();
+    EXPECT_EQ(g_sSSHLogin, "bob");
+}
+
+TEST_F(SshConnect, AnotherLoginDuringTheWaitReplacesTheAttempt) {
+    headless::setForwardDelay(200);
+    whileWaiting([] {
+        mnuconnitem_Click(connectionItem::disconnect);
+        mnuconnitem_Click(connectionItem::connect);
+        type("amy\rother\r");
+    });
+    thenCancel();
+    enterBob();
+    EXPECT_EQ(
+        processes(),
+        (Lines{clientLine, relayLine, "process terminate zpt_ssh", "process terminate zpt_tnetd", clientLine,
+               "process start zpt_tnetd zpt_tnetd 2 3000 3000 4 amy", "socket connect localhost 3000",
+               "process terminate zpt_ssh", "process terminate zpt_tnetd", "socket close"}));
+}
+
+TEST_F(SshConnect, ThePasswordIsForgottenWithTheSession) {
+    then([] { EXPECT_EQ(g_sSSHPassword, "secret"); });
+    thenCancel();
+    enterBob();
+    EXPECT_EQ(g_sSSHPassword, "");
+}
+
+TEST_F(SshConnect, ALongLoginNameIsKeptWhole) {
+    type(std::string(200, 'b'));
+    EXPECT_EQ(g_sSSHLogin, std::string(200, 'b'));
+    type(std::string(199, '\b'));
+    EXPECT_EQ(g_sSSHLogin, "b");
+    type(std::string(300, 'b') + "\rsecret\r");
+    EXPECT_EQ(boxes(), (Lines{"The login name is too long.  It may have up to 255 characters."}));
+    EXPECT_EQ(processes(), Lines{});
+}
+
+TEST(SshCommandLines, KeepTheDoubledBlank) {
+    const SshRoute route{"22", 4, 3000, 3001, "host1", "bob"};
+    EXPECT_EQ(sshClientCommand(route), "zpt_ssh -no-antispoof  -P 22 -4 -ssh -L 3001:localhost:23 host1");
+    EXPECT_EQ(relayCommand(route), "zpt_tnetd 2 3000 3001 4 bob");
+}
+
+TEST_F(SshConnect, TheTunnelsClientFindsTheLoginNameInItsEnvironment) {
+    HelperProcess helper{"zpt_ssh"};
+    const std::vector<EnvironmentValue> environment{{sshLoginVariable, "bob"}};
+    ASSERT_TRUE(helper.start("zpt_ssh", StandardHandles::pipes, environment));
+    EXPECT_EQ(headless::helperEnvironment(helper, "ZPT_SSH_LOGIN"), "bob");
+    helper.close();
+}
+
+}  // namespace
+}  // namespace qxterm::testing

@@ -1,0 +1,309 @@
+#include <chrono>
+#include <random>
+#include <string>
+
+#include "connection/session_state.h"
+#include "platform/headless/event_loop.h"
+#include "terminal/function_keys.h"
+#include "terminal/random_output.h"
+#include "terminal/sequence_parser.h"
+#include "terminal/terminal_fixture.h"
+#include "terminal/view/keyboard.h"
+#include "terminal/view/selection.h"
+
+namespace qxterm {
+namespace {
+
+/// Host output that means harm: whatever it is and however it is cut, the program goes on, nothing is sent,
+/// and what comes next is shown rightly.
+class HostileOutput : public testing::TerminalTest, public ::testing::WithParamInterface<std::size_t> {
+protected:
+    void SetUp() override {
+        TerminalTest::SetUp();
+        start_ = std::chrono::steady_clock::now();
+    }
+    void TearDown() override {
+        headless::yieldHook = nullptr;
+        EXPECT_EQ(testing::countOf("send"), 0U);
+        expectOrdinaryOutputIsShown();
+        EXPECT_LT(std::chrono::steady_clock::now() - start_, std::chrono::seconds{30});
+        TerminalTest::TearDown();
+    }
+    static void play(std::string_view bytes) { hostInBlocks(bytes, GetParam()); }
+
+    static void expectOrdinaryOutputIsShown() {
+        // An unfinished key definition takes what follows as its label and string, an announced 32767 bytes
+        // at the most; what is left unfinished after that is ended by a reset.
+        host(std::string(32800, '.'));
+        host(
+            "\x1b"
+            "c\x1b"
+            "c\x1b[2p\x1b[?7h\x1b[?11l");
+        const std::size_t faultsBefore = testing::countOf("box");
+        host("\x1b[1;1Hall is\x1b[3;5H\x1b[1mwell\x1b[m");
+        // an erase leaves the characters of column 79 in the store
+        EXPECT_EQ(trimmedRight(line(0).substr(0, 79)), "all is");
+        EXPECT_EQ(trimmedRight(line(2).substr(0, 79)), "    well");
+        EXPECT_EQ(shown(0), "all is");
+        EXPECT_EQ(shown(2), "    well");
+        EXPECT_EQ(at(), (std::pair{8, 2}));
+        EXPECT_EQ(testing::countOf("box"), faultsBefore);
+    }
+
+private:
+    std::chrono::steady_clock::time_point start_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Blocks, HostileOutput, ::testing::Values(1, 7, 4096));
+
+TEST_P(HostileOutput, EveryFinalWithExtremeParameters) {
+    const std::string digits(10000, '9');
+    for (int final = 32; final < 127; ++final) {
+        const char f = static_cast<char>(final);
+        if ((f >= '0' && f <= '9') || f == ';' || f == '?' || f == 'q') continue;
+        for (const std::string mark : {"", "?"}) {
+            for (const std::string parameters : {"0", "32767", "0;0", "32767;32767", "0;32767", "32767;0"}) {
+                play("\x1b[" + mark + parameters + f);
+            }
+        }
+        play("\x1b[32768" + std::string{f});
+    }
+    EXPECT_GE(testing::countOf("box"), 80U);  // one for each 32768 at least
+    play(
+        "\x1b"
+        "c\x1b"
+        "c\x1b[?7h");
+    const std::size_t overflows = testing::countOf("box");
+    play("\x1b[" + digits + "A");
+    EXPECT_EQ(testing::countOf("box"), overflows + 1);
+}
+
+TEST_P(HostileOutput, MegabyteOfSeparators) {
+    play("\x1b[" + std::string(1000000, ';'));
+    EXPECT_EQ(faults(), "");
+    EXPECT_EQ(carryOver.size(), 1000002U);
+    play("5H");
+    EXPECT_EQ(at(), (std::pair{0, 4}));
+    EXPECT_EQ(carryOver, "");
+}
+
+TEST_P(HostileOutput, UnfinishedSequenceOfMoreThanAMebibyteIsLost) {
+    play("\x1b[" + std::string((1 << 20) - 2, ';'));
+    EXPECT_EQ(carryOver.size(), std::size_t{1} << 20U);
+    EXPECT_EQ(testing::countOf("box"), 0U);
+    play(";");
+    EXPECT_EQ(boxes(),
+              std::vector<std::string>{"Out of memory.  Please close other applications and try again"});
+    EXPECT_EQ(carryOver, "");
+    play("\rx");
+    EXPECT_EQ(text(curRow).substr(0, 1), "x");
+}
+
+TEST_P(HostileOutput, MegabyteOfParameters) {
+    std::string bytes = "\x1b[";
+    for (int n = 0; n < 250000; ++n) bytes += "31;";
+    play(bytes + "m");
+    EXPECT_EQ(curFg, 1);
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, RepeatFirstOfAll) {
+    play("\x1b[b\x1b[5b\x1b[0b\x1b[32767b");
+    EXPECT_EQ(faults(), "");
+    EXPECT_LE(curCol, 80);
+}
+
+TEST_P(HostileOutput, RepeatManyTimesInABlock) {
+    std::string bytes = "abc";
+    for (int n = 0; n < 400; ++n) bytes += "\x1b[" + std::to_string(n % 9) + "bx";
+    play(bytes);
+    bytes.clear();
+    for (int n = 0; n < 700; ++n) bytes += "\x1b[b";
+    play(bytes);
+    play("\r\n" + std::string(79, 'r') + "\x1b[32767b\x1b[32767b\x1b[b");
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, KeyDefinitionThatStops) {
+    play("\x1b[1;32767;0qLABEL___label___" + std::string(32766, 's'));
+    EXPECT_EQ(fkeyStrings[0][0], "\x1bOc");
+    play("!");
+    EXPECT_EQ(fkeyStrings[0][0], std::string(32766, 's') + "!");
+    play("\x1b[2;32767;0q");
+    EXPECT_EQ(testing::countOf("box"), 0U);
+}
+
+TEST_P(HostileOutput, KeyDefinitionsWithOddLengths) {
+    // "-" is a final of its own, so a negative length is no key definition: "5q" is text
+    play("\x1b[1;-5q\x1b[1;q0123456789abcdef");
+    EXPECT_EQ(fkeyStrings[0][0], "\x1bOc");
+    for (int n = 0; n < 20000; ++n) play("\x1b[1;1;0q0123456789abcdefS");
+    EXPECT_EQ(fkeyStrings[0][0], "S");
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, RegionsOfEveryKind) {
+    for (int top = 0; top <= 26; ++top) {
+        for (int bottom = 0; bottom <= 26; ++bottom) {
+            play("\x1b[" + std::to_string(top) + ';' + std::to_string(bottom) + "r");
+            ASSERT_GE(regionTop, 0);
+            ASSERT_LT(regionTop, regionBottom);
+            ASSERT_LE(regionBottom, 23);
+            for (const int row : {1, 12, 24, 25, 32767}) {
+                play("\x1b[" + std::to_string(row) +
+                     "Hx\x1bM\x1b"
+                     "D\n\x1b[99A\x1b[99B\x1b[L\x1b[3M\x1b[?6h\x1b[" +
+                     std::to_string(row) + ";99Hy\x1b[?6l");
+                ASSERT_GE(curRow, 0);
+                ASSERT_LE(curRow, 23);
+            }
+        }
+    }
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, ColumnsFarOutsideTheLine) {
+    for (const char* wrap : {"\x1b[?7h", "\x1b[?7l"}) {
+        for (const char* insert : {"\x1b[4l", "\x1b[4h"}) {
+            for (const char* column : {"0", "81", "82", "100", "32767"}) {
+                for (const char* then : {"text",
+                                         "\x1b[@",
+                                         "\x1b[5@",
+                                         "\x1b[32767@",
+                                         "\x1b[P",
+                                         "\x1b[32767P",
+                                         "\x1b[K",
+                                         "\x1b[1K",
+                                         "\x1b[2K",
+                                         "\x1b[J",
+                                         "\x1b[1J",
+                                         "\t",
+                                         "\b",
+                                         "\x1b[Z",
+                                         "\x1b[9Z",
+                                         "\x1b[C",
+                                         "\x1b[D",
+                                         "\x1b"
+                                         "7\x1b"
+                                         "8",
+                                         "\x1bM",
+                                         "\x1b"
+                                         "D",
+                                         "\n",
+                                         "\x1b[9b",
+                                         "\x1b[L"}) {
+                    play("\x1b[1;1Hq" + std::string{wrap} + insert + "\x1b[1;" + column + "x" + then + "t");
+                    play("\x1b[4l");
+                }
+            }
+        }
+    }
+    for (const std::string& fault : boxes()) {
+        EXPECT_TRUE(fault.find("error 9 ") != std::string::npos ||
+                    fault.find("error 5 ") != std::string::npos)
+            << fault;
+    }
+}
+
+TEST_P(HostileOutput, UnknownSequenceCarriedForAMegabyte) {
+    play("\x1b[5n");
+    for (int n = 0; n < 2000; ++n) host(std::string(499, 'u') + "\r");
+    EXPECT_EQ(carryOver, "\x1b[5n");
+    EXPECT_EQ(text(curRow).substr(0, 5), "uuuuu");
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, EscapeOrIacAtTheEndOfEveryBlock) {
+    for (int n = 0; n < 20000; ++n) {
+        host("E\x1b");
+        EXPECT_LE(carryOver.size(), 1U);
+    }
+    host("\r");
+    for (int n = 0; n < 20000; ++n) host("\xff");
+    EXPECT_LE(carryOver.size(), 3U);
+    host("\xf1\xf1");
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, ManyShortLinesWhileTheUserScrollsAndSelects) {
+    static int turn;
+    turn = 0;
+    headless::yieldHook = [] {
+        ++turn;
+        if (turn % 7 == 0) vscterm.setValue(std::max<std::int16_t>(vscterm.minimum(), 450));
+        if (turn % 11 == 0) picterm_MouseDown(1, 0, 500, 500);
+        if (turn % 13 == 0) picterm_MouseMove(1, 0, 9000, -300);
+        if (turn % 17 == 0) picterm_MouseUp(1, 0, 5000, 4000);
+    };
+    std::string lines;
+    for (int n = 0; n < 20000; ++n) lines += "l" + std::to_string(n) + "\r\n";
+    play(lines);
+    headless::yieldHook = nullptr;
+    EXPECT_EQ(text(22), "l19999");
+    EXPECT_EQ(scrollbackTop, 1);
+    EXPECT_EQ(faults(), "");
+    removeSelection();
+}
+
+TEST_P(HostileOutput, TwoMegabytesWithoutALineEnd) {
+    play(std::string(GetParam() == 1 ? 200000 : 2000000, 'n'));
+    EXPECT_EQ(curRow, 23);
+    EXPECT_EQ(scrollbackTop, 1);
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_P(HostileOutput, RandomBytes) {
+    std::mt19937 random{77};
+    std::string bytes(GetParam() == 1 ? 60000 : 300000, '\0');
+    for (char& c : bytes) c = static_cast<char>(random());
+    play(bytes);
+    EXPECT_LE(carryOver.size(), std::size_t{1} << 20U);
+    play(testing::RandomOutput{5}.bytes(50000));
+}
+
+// Whatever arrives in the yield behind a line feed waits for the running block's end, in order.
+TEST_P(HostileOutput, BlocksThatArriveBehindEachLineFeed) {
+    static int arrived;
+    arrived = 0;
+    headless::yieldHook = [] {
+        if (arrived < 500) {
+            ++arrived;
+            processInput("\x1b[");
+            processInput("1m");
+            processInput(std::string(1, static_cast<char>('a' + arrived % 26)));
+        }
+    };
+    std::string bytes;
+    for (int n = 0; n < 1000; ++n) bytes += "\x1b[31mline\x1b[m\r\n";
+    play(bytes);
+    headless::yieldHook = nullptr;
+    EXPECT_EQ(arrived, 500);
+    EXPECT_EQ(faults(), "");
+    EXPECT_EQ(inputBusy, 0);
+}
+
+TEST_P(HostileOutput, BeepsReverseScreenAndBarByTheThousand) {
+    std::string bytes;
+    for (int n = 0; n < 2000; ++n) bytes += "\a\x1b[?5h\x1b[?13l\x1b[?5l\x1b[?13h";
+    play(bytes);
+    EXPECT_EQ(faults(), "");
+    EXPECT_EQ(screenMode, 0);
+    EXPECT_EQ(screenBackIndex, 0);
+}
+
+TEST_P(HostileOutput, LoopConnectionTypedAndPasted) {
+    g_bConnectActive = true;
+    g_iConnectType = connectType::loop;
+    for (const char c : testing::RandomOutput{9}.bytes(20000)) {
+        Form_KeyPress(static_cast<std::int16_t>(static_cast<unsigned char>(c)));
+        if (c == 'k') Form_KeyDown(112, 0);
+    }
+    // a key that types itself is interpreted once
+    host("\x1b[2p\x1b[1;4;0q................\x1b[1p");
+    Form_KeyDown(112, 0);
+    sendTyped(testing::RandomOutput{10}.bytes(GetParam() == 1 ? 10000 : 1000000));
+    g_bConnectActive = false;
+}
+
+}  // namespace
+}  // namespace qxterm
