@@ -235,7 +235,6 @@ public:
 private:
     friend class Control;
     friend class Form;
-    void applyRange();  ///< tells the native bar, at the latest at the next turn of the event loop
     std::int16_t minimum_ = 0;
     std::int16_t maximum_ = 0;
     std::int16_t value_ = 0;

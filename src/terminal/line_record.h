@@ -29,8 +29,8 @@ struct alignas(64) ScreenLine {
     std::int16_t dirtyLast;                             ///< last such column, -1 when nothing is pending
     std::int16_t selFirst;                              ///< selected columns, valid with lineFlag::selected
     std::int16_t selLast;
-    std::int16_t
-        usedLength;  ///< rightmost column that held text since the line was blanked; -1 for a blank line
+    /// Rightmost column that held text since the line was blanked; -1 for a blank line.
+    std::int16_t usedLength;
     std::int16_t lineFlags;
 };
 
@@ -41,7 +41,8 @@ inline void copyLine(ScreenLine& to, const ScreenLine& from) {
     static_assert(sizeof(ScreenLine) % piece == 0);
     auto* target = reinterpret_cast<std::byte*>(&to);
     const auto* source = reinterpret_cast<const std::byte*>(&from);
-    for (std::size_t at = 0; at < sizeof(ScreenLine); at += piece) std::memcpy(target + at, source + at, piece);
+    for (std::size_t at = 0; at < sizeof(ScreenLine); at += piece)
+        std::memcpy(target + at, source + at, piece);
 }
 
 }  // namespace qxterm

@@ -75,6 +75,7 @@ Label lblDialSuffix{frmOptions, "lblDialSuffix", IDC_LBLDIALSUFFIX, {.caption = 
 Label lblHangup{frmOptions, "lblHangup", IDC_LBLHANGUP, {.caption = "Han&gup String:"}};
 Label lblReset{frmOptions, "lblReset", IDC_LBLRESET, {.caption = "&Reset String:"}};
 
+Frame frameTimeout{frmOptions, "frameTimeout", IDC_FRAMETIMEOUT, {.caption = "Time-out"}};
 Label lblConnectTimeout{frmOptions,
                         "lblConnectTimeout",
                         IDC_LBLCONNECTTIMEOUT,
@@ -85,7 +86,8 @@ Frame frameSampleText{frmOptions, "frameSampleText", IDC_FRAMESAMPLETEXT, {.capt
 
 constexpr int connectionTab = 0;
 constexpr int modemTab = 1;
-constexpr int displayTab = 2;
+constexpr int timeoutTab = 2;
+constexpr int fontTab = 3;
 
 void showOn(int tab, bool frameVisible, std::initializer_list<Control*> controls) {
     const bool shown = frameVisible && tab == fptOptions.tab();
@@ -94,12 +96,11 @@ void showOn(int tab, bool frameVisible, std::initializer_list<Control*> controls
 
 }  // namespace
 
-void nameTabs() { fptOptions.setTabs({"Connection", "Modem", "Display"}); }
+void nameTabs() { fptOptions.setTabs({"Connection", "Modem", "Time-out", "Font Sizes"}); }
 
 void showChosenTab() {
     showOn(connectionTab, true,
-           {&frameConnType, &optNetwork, &optSerial, &optModem, &optSSH, &frameNet, &frameSettings,
-            &lblConnectTimeout, &txtConnectTimeout, &chkAuto});
+           {&frameConnType, &optNetwork, &optSerial, &optModem, &optSSH, &frameNet, &frameSettings});
     showOn(connectionTab, frameNet.visible(), {&lblKRVName, &txtNetAddress, &lblNetPort, &txtNetPort});
     showOn(connectionTab, frameSettings.visible(),
            {&lblPort, &cmbPort, &lblBaudRate, &cmbBaudRate, &lblParity, &cmbParity, &lblData, &cmbData,
@@ -107,8 +108,9 @@ void showChosenTab() {
     showOn(modemTab, true,
            {&frameModemComs, &lblPhoneNumber, &txtPhoneNumber, &lblDialPrefix, &txtDialPrefix, &lblDialSuffix,
             &txtDialSuffix, &lblHangup, &txtHangup, &lblReset, &txtReset});
+    showOn(timeoutTab, true, {&frameTimeout, &lblConnectTimeout, &txtConnectTimeout, &chkAuto});
     showOn(
-        displayTab, true,
+        fontTab, true,
         {&frameFontSizes, &option3DSmall, &option3DMedium, &option3DLarge, &frameSampleText, &txtSampleText});
 }
 

@@ -20,6 +20,15 @@ void missing(const Control& control) {
                            .c_str());
 }
 
+/// A picture has its size in pixels at every resolution; so has what is written on it.
+void fitToPicture(const Control& label) {
+    constexpr int letterPixels = 11;
+    label.native->font = Font{CreateFontA(-letterPixels, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                          DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                                          DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, "MS Shell Dlg")};
+    SendMessageA(label.native->window, WM_SETFONT, reinterpret_cast<WPARAM>(label.native->font.get()), FALSE);
+}
+
 void attachAll(const Form& form, HWND window) {
     for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
         HWND const child = GetDlgItem(window, control->id());
@@ -31,6 +40,8 @@ void attachAll(const Form& form, HWND window) {
             control->kind() == ControlKind::image ? createImage(child) : new Control::Native{child};
         attachControl(*control, native);
         filterKeys(*control);
+        const bool onPicture = form.kind() == FormKind::picture && control->kind() == ControlKind::label;
+        if (onPicture) fitToPicture(*control);
     }
 }
 
@@ -94,6 +105,24 @@ INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 }  // namespace
 
 bool seeThrough(const Label& label) { return label.coloured || label.form().kind() == FormKind::picture; }
+
+bool turnTab(const Form& form, const MSG& message) {
+    if (message.message != WM_KEYDOWN || GetKeyState(VK_CONTROL) >= 0) return false;
+    const bool back = message.wParam == VK_PRIOR || (message.wParam == VK_TAB && GetKeyState(VK_SHIFT) < 0);
+    if (!back && message.wParam != VK_NEXT && message.wParam != VK_TAB) return false;
+    auto* const strip = static_cast<TabStrip*>(firstOf(form, ControlKind::tabStrip));
+    if (strip == nullptr || strip->tabs().empty()) return false;
+    const auto count = static_cast<int>(strip->tabs().size());
+    strip->setTab((strip->tab() + (back ? count - 1 : 1)) % count);
+    // The control that had the keyboard may have gone with its tab.
+    HWND const window = windowOf(form);
+    HWND const focus = GetFocus();
+    if (focus != nullptr && IsWindowVisible(focus) == 0) {
+        HWND const first = GetNextDlgTabItem(window, strip->native->window, FALSE);
+        SendMessageA(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(first), TRUE);
+    }
+    return true;
+}
 
 HWND createDialog(Form& form) {
     HWND const window =

@@ -1,5 +1,6 @@
 #include "platform/event_loop.h"
 
+#include "platform/win32/dialog.h"
 #include "platform/win32/event_loop.h"
 #include "platform/win32/native.h"
 
@@ -26,7 +27,7 @@ bool dialogTakes(MSG& message) {
     HWND const root = GetAncestor(message.hwnd, GA_ROOT);
     const Form* form = root != nullptr ? formOf(root) : nullptr;
     if (form == nullptr || form->kind() == FormKind::mainWindow) return false;
-    return IsDialogMessageA(root, &message) != 0;
+    return turnTab(*form, message) || IsDialogMessageA(root, &message) != 0;
 }
 
 void dispatch(MSG& message) {

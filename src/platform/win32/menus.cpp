@@ -47,11 +47,15 @@ int commandOf(const Menu& menu, std::size_t entry) {
     return firstCommand + place * commandsPerMenu + static_cast<int>(entry);
 }
 
+/// Two separators with nothing visible between them are shown as one.
 std::vector<Shown> visibleEntries(const Menu& menu) {
     std::vector<Shown> result;
+    bool afterSeparator = false;
     for (std::size_t n = 0; n < menu.entries().size(); ++n) {
         const Menu::Entry& entry = menu.entries()[n];
-        if (entry.visible) result.push_back({commandOf(menu, n), entry.caption});
+        if (!entry.visible || (afterSeparator && entry.separator())) continue;
+        result.push_back({commandOf(menu, n), entry.caption});
+        afterSeparator = entry.separator();
     }
     return result;
 }

@@ -25,7 +25,7 @@ struct Control::Native {
     virtual ~Native() = default;
 
     HWND window = nullptr;
-    win32::Font font;          ///< of a text box that has a font of its own
+    win32::Font font;          ///< of a control that has a font of its own
     bool fillingText = false;  ///< the program, not the user, is changing the text
 };
 

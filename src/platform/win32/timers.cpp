@@ -12,7 +12,7 @@ namespace {
 struct Running {
     Timer* timer;
     UINT_PTR
-        number;  ///< new with each start: a tick of an earlier period that still waits in the queue is none
+    number;  ///< new with each start: a tick of an earlier period that still waits in the queue is none
 };
 
 std::vector<Running>& running() {

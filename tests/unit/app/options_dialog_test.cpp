@@ -242,7 +242,7 @@ TEST_F(OptionsDialog, ATypeWithoutAButtonIsKept) {
 TEST_F(OptionsDialog, OneTabIsSeenAtATime) {
     then([] {
         auto& tabs = find<TabStrip>(frmOptions, "fptOptions");
-        EXPECT_EQ(tabs.tabs(), (Lines{"Connection", "Modem", "Display"}));
+        EXPECT_EQ(tabs.tabs(), (Lines{"Connection", "Modem", "Time-out", "Font Sizes"}));
         EXPECT_TRUE(control("txtNetPort").seen());
         EXPECT_FALSE(control("cmbPort").seen());
         EXPECT_FALSE(control("txtReset").seen());
@@ -253,7 +253,13 @@ TEST_F(OptionsDialog, OneTabIsSeenAtATime) {
         EXPECT_FALSE(control("optSerial").seen());
         EXPECT_FALSE(control("cmbPort").seen());
         EXPECT_TRUE(control("txtReset").seen());
+        EXPECT_FALSE(control("txtConnectTimeout").seen());
         tabs.setTab(2);
+        EXPECT_FALSE(control("txtReset").seen());
+        EXPECT_TRUE(control("txtConnectTimeout").seen());
+        EXPECT_TRUE(control("chkAuto").seen());
+        tabs.setTab(3);
+        EXPECT_FALSE(control("chkAuto").seen());
         EXPECT_TRUE(control("txtSampleText").seen());
         EXPECT_TRUE(control("cmdOK").seen());
     });
