@@ -1,16 +1,33 @@
-# One libFuzzer program for each file in fuzz/, named after it. The modules carry coverage counters
-# (-fsanitize=fuzzer-no-link), and only the fuzzers themselves get libFuzzer's main().
+# Each file directly in fuzz/ is one fuzz target, named after it. With clang (preset fuzz) each becomes one
+# libFuzzer program: the modules carry coverage counters (-fsanitize=fuzzer-no-link), and only the fuzzers
+# themselves get libFuzzer's main(). With the tests comes fuzz-replay, a plain program of all targets that runs the
+# inputs of fuzz/corpus/.
 
-if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    message(FATAL_ERROR "The fuzzers need clang: use the preset fuzz")
+file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
+set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
+set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp)
+
+function(qxterm_fuzz_program name)
+    add_executable(${name} ${ARGN} ${support_sources})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/fuzz")
+    target_link_libraries(
+        ${name} PRIVATE qxterm_options qxterm_json qxterm_scenario_parts qxterm_core qxterm_headless
+    )
+endfunction()
+
+if(QXTERM_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "The fuzzers need clang: use the preset fuzz")
+    endif()
+    add_custom_target(fuzzers)
+    foreach(source IN LISTS fuzz_targets)
+        get_filename_component(name "${source}" NAME_WE)
+        qxterm_fuzz_program(${name} "${source}" ${support}/fuzzer_entry.cpp)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+        add_dependencies(fuzzers ${name})
+    endforeach()
 endif()
 
-file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
-add_custom_target(fuzzers)
-foreach(source IN LISTS sources)
-    get_filename_component(name "${source}" NAME_WE)
-    add_executable(${name} "${source}")
-    target_link_libraries(${name} PRIVATE qxterm_options qxterm_core qxterm_headless)
-    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
-    add_dependencies(fuzzers ${name})
-endforeach()
+if(QXTERM_TESTS AND fuzz_targets AND NOT CMAKE_CROSSCOMPILING)
+    qxterm_fuzz_program(fuzz-replay ${fuzz_targets} ${support}/replay.cpp)
+endif()

@@ -10,6 +10,10 @@ target_compile_options(
               -Wshadow
               -Werror>
 )
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # This version sees overlapping copies where a literal and a temporary string are joined.
+    target_compile_options(qxterm_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+endif()
 target_include_directories(qxterm_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
 
 if(QXTERM_SANITIZE)

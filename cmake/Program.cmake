@@ -58,8 +58,8 @@ endforeach()
 add_custom_target(program_files ALL DEPENDS ${copied_files})
 add_dependencies(program program_files)
 
-# One helper program a folder. They are started without a console of their own, but are console programs,
-# so that they can be tried from a command line.
+# One helper program a folder; what stands in a win32/ folder calls the system. They are started without a
+# console of their own, but are console programs, so that they can be tried from a command line.
 foreach(helper zpt_ssh zpt_tnetd)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/helpers/${helper}/*.cpp"
          "${CMAKE_SOURCE_DIR}/helpers/common/*.cpp"

@@ -1,7 +1,7 @@
 # Everything that `./test` runs is registered here, so that ctest is the one runner and the one count.
 #
-# Labels: unit, scenario, demohost, check; wine for all that runs the Windows build (`./test --quick` leaves
-# those out).
+# Labels: unit, scenario, fuzz-corpus, demohost, check; wine for all that runs the Windows build (`./test --quick`
+# leaves those out).
 
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(checks "${CMAKE_SOURCE_DIR}/tools/checks")
@@ -50,6 +50,17 @@ if(TARGET qxterm-scenario)
     endforeach()
 endif()
 
+# The fuzzers' inputs, without the fuzzers
+
+if(TARGET fuzz-replay)
+    foreach(source IN LISTS fuzz_targets)
+        get_filename_component(name "${source}" NAME_WE)
+        qxterm_test("fuzz-corpus/${name}" fuzz-corpus 120 "$<TARGET_FILE:fuzz-replay>" ${name}
+                    "fuzz/corpus/${name}"
+        )
+    endforeach()
+endif()
+
 # The demonstration host
 
 file(GLOB demohost_tests CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/demohost/test_*.py")
@@ -72,7 +83,7 @@ endforeach()
 
 # Checks that keep the house in order
 
-foreach(check includes system-calls words format scenario-pairs)
+foreach(check includes system-calls words format scenario-pairs code-map)
     qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
 endforeach()
 qxterm_test(

@@ -57,6 +57,8 @@ void placeWindow() {
 void openProfileOfCommandLine() {
     const std::string wanted = program::commandLine();
     if (wanted.empty()) return;
+    // By number: connecting runs events, and those may add names.
+    // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t n = 0; n < profileNames.size(); ++n) {
         if (profileNames[n] != wanted) continue;
         readUserProf(wanted);

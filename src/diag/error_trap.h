@@ -16,8 +16,8 @@ extern bool g_bTrapErrors;
 enum class Arm : std::uint8_t { always, onRequest };
 
 /// A failure to be met by the next call of a routine, at its first step: the means by which every error path
-/// is tried. The routine's name is the one it is reported under. Any
-/// number can be planned; those of one routine are met in order.
+/// is tried. The routine's name is the one it is reported under. Any number can be planned; those of one
+/// routine are met in order.
 void planFault(std::string_view routine, std::int16_t number);
 /// Forgets the planned failures.
 void clearPlannedFaults();

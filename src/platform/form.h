@@ -14,10 +14,10 @@ namespace qxterm {
 class Control;
 
 enum class FormKind : std::uint8_t {
-    mainWindow,  ///< caption, menu bar (resource), no sizing by the mouse; the program ends when it is
-                 ///< unloaded
-    dialog,      ///< laid out by a dialog resource
-    picture,     ///< no caption bar; sized by its own load routine (splash and About)
+    /// Caption, menu bar (resource), no sizing by the mouse; the program ends when it is unloaded.
+    mainWindow,
+    dialog,   ///< laid out by a dialog resource
+    picture,  ///< no caption bar; sized by its own load routine (splash and About)
 };
 
 /// Shift-state mask of key and mouse events.
@@ -41,7 +41,7 @@ public:
     Form(const Form&) = delete;
     Form& operator=(const Form&) = delete;
 
-    // --- life ---------------------------------------------------------------------------------------------------
+    // --- life ----------------------------------------------------------------------------------------------
     /// Creates the window, hidden, gives form and controls their designed state and raises onLoad. Nothing
     /// when loaded.
     void load();
@@ -56,7 +56,7 @@ public:
     [[nodiscard]] bool loaded() const { return loaded_; }
     [[nodiscard]] bool visible() const { return visible_; }
 
-    // --- properties ---------------------------------------------------------------------------------------------
+    // --- properties ----------------------------------------------------------------------------------------
     [[nodiscard]] const char* name() const { return name_; }
     [[nodiscard]] FormKind kind() const { return kind_; }
     [[nodiscard]] int resource() const { return resource_; }
@@ -78,7 +78,7 @@ public:
     /// The control with this name (and index in its control array, or -1), or null.
     [[nodiscard]] Control* find(std::string_view name, int index = -1) const;
 
-    // --- events -------------------------------------------------------------------------------------------------
+    // --- events --------------------------------------------------------------------------------------------
     Event<> onLoad, onActivate, onDeactivate, onGotFocus, onUnload;
     Event<bool&, UnloadReason> onQueryUnload;
     /// Keys reach the form before any control. Virtual-key code and shift mask; character code 0 to 255.

@@ -28,7 +28,7 @@ class PictureBox : public Control {
 public:
     PictureBox(Form& form, const char* name, int id) : Control{form, ControlKind::pictureBox, name, id, {}} {}
 
-    // --- font and measures --------------------------------------------------------------------------------------
+    // --- font and measures ---------------------------------------------------------------------------------
     void setFontName(std::string_view face);
     /// 9, 10 or 11 points.
     void setFontSize(float points);
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] std::int32_t scaleWidth() const;
     [[nodiscard]] std::int32_t scaleHeight() const;
 
-    // --- drawing state ------------------------------------------------------------------------------------------
+    // --- drawing state -------------------------------------------------------------------------------------
     void setColourTable(const std::array<Rgb, 8>& table);
     /// Colour of the picture box where nothing is drawn. Does not redraw.
     void setBackground(std::uint8_t index);
@@ -54,7 +54,7 @@ public:
     /// Opaque text background, as the screen is drawn.
     void setOpaque(bool opaque);
 
-    // --- drawing ------------------------------------------------------------------------------------------------
+    // --- drawing -------------------------------------------------------------------------------------------
     /// One text call, opaque and clipped to the cell rectangle, at its left top corner; advance: pixels per
     /// character.
     void drawText(const PixelRect& cells, std::string_view text, TextFont font, const std::int32_t* advances);
@@ -74,7 +74,7 @@ public:
     /// Makes the whole picture box invalid: a paint message follows when the event loop runs.
     void refresh();
 
-    // --- painting -----------------------------------------------------------------------------------------------
+    // --- painting ------------------------------------------------------------------------------------------
     /// The area that the paint in progress covers; the whole picture box outside of one.
     [[nodiscard]] PixelRect clipBox() const;
     /// True when the pixel lies in the invalid area (GetUpdateRgn, PtInRegion). Only meaningful in

@@ -43,6 +43,10 @@ extern std::array<Rgb, 8> colourTable;
     return modeSet(mode::reverseScreen) != ((flags & attrFlag::reverse) != 0);
 }
 
+/// What drawing last set the picture box's colours and font up for: a cell word, and 65536 more in reverse
+/// screen; -1 when anything else has changed them since.
+extern std::int32_t dcLook;
+
 /// Turns a triple into the picture box's text colour and bold font. Called before a run of cells is drawn and
 /// after each change of the current attribute. Error 9, reported as "doAttr", for a colour index of 8 or
 /// more.

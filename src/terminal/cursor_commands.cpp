@@ -76,7 +76,7 @@ void backTab() {
     flushBuf();
     if (curCol % 8 == 0) --curCol;
     curCol = tabFloor(curCol);
-    curCol = std::max(curCol - toInt16((count() - 1) * 8), 0);
+    curCol = std::max(curCol - toInt16(std::int64_t{8} * (count() - 1)), 0);
 }
 
 }  // namespace qxterm

@@ -24,6 +24,7 @@ void resetBackground() {
     screenBackIndex = 0;
     picterm.setBackground(0);
     dcBackIndex = -1;
+    dcLook = -1;
 }
 
 void resetRegion() {

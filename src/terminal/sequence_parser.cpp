@@ -1,6 +1,6 @@
 #include "terminal/sequence_parser.h"
 
-#include "diag/checked.h"
+#include "platform/run_time_error.h"
 
 namespace qxterm {
 
@@ -25,29 +25,39 @@ void SequenceParser::start() {
 }
 
 bool SequenceParser::readParameters(std::string_view data, std::size_t& position) {
-    for (; position < data.size(); ++position) {
+    while (position < data.size()) {
         char c = data[position];
         if (isDigit(c)) {
-            std::int32_t value = state_ == State::inNumber ? value_ : 0;
-            do {
-                value = toInt16(value * 10 + (c - '0'));
-                if (++position == data.size()) break;
-                c = data[position];
-            } while (isDigit(c));
-            value_ = static_cast<std::int16_t>(value);
-            state_ = State::inNumber;
-            if (position == data.size()) break;
+            if (!readNumber(data, position)) return false;
+            c = data[position];
         }
         if (state_ == State::inNumber) escParams.push_back(value_);
-        if (state_ == State::behindBracket && c == '?') {
+        const bool marker = state_ == State::behindBracket && c == '?';
+        state_ = State::betweenNumbers;
+        if (marker) {
             privateMarker = true;
         } else if (c != ';') {
-            state_ = State::betweenNumbers;
             return true;
         }
-        state_ = State::betweenNumbers;
+        ++position;
     }
     return false;
+}
+
+bool SequenceParser::readNumber(std::string_view data, std::size_t& position) {
+    std::int32_t value = state_ == State::inNumber ? value_ : 0;
+    std::size_t at = position;
+    for (; at < data.size() && isDigit(data[at]); ++at) {
+        value = value * 10 + (data[at] - '0');
+        if (value > INT16_MAX) {
+            position = at;
+            throw RunTimeError{errors::overflow};
+        }
+    }
+    position = at;
+    value_ = static_cast<std::int16_t>(value);
+    state_ = State::inNumber;
+    return at < data.size();
 }
 
 }  // namespace qxterm

@@ -33,6 +33,9 @@ public:
 
 private:
     enum class State : std::uint8_t { behindBracket, betweenNumbers, inNumber };
+    /// Reads digits from data[position] on; returns false when the data ends behind them.
+    bool readNumber(std::string_view data, std::size_t& position);
+
     State state_ = State::behindBracket;
     std::int16_t value_ = 0;
     std::size_t readSoFar_ = 0;

@@ -271,18 +271,10 @@ class Model:
             self.column = min(79, self.column + first)
         elif final == "D":
             self.column = max(0, self.column - first)
-        elif final == "L":
+        elif final in "LM":
             if inRegion:
                 self.column = 0
-                if first < self.bottom - self.row + 1:
-                    del self.rows[self.bottom + 1 - first:self.bottom + 1]
-                    self.rows[self.row:self.row] = [Line() for _ in range(first)]
-        elif final == "M":
-            if inRegion:
-                self.column = 0
-                count = min(first, self.bottom - self.row)
-                del self.rows[self.row:self.row + count]
-                self.rows[self.bottom + 1 - count:self.bottom + 1 - count] = [Line() for _ in range(count)]
+                self._moveLines(first, down=final == "L")
         elif final == "m":
             for number in numbers or [0]:
                 self._rendition(number)
@@ -298,6 +290,20 @@ class Model:
             self.column = max(0, (self.column - 1) // 8 * 8 - (first - 1) * 8)
         else:
             self.unknown.append(sequence)
+
+    def _moveLines(self, count, down):
+        """Makes room at the cursor's line, or closes it up. Of a count beyond half of the lines, those in the middle stay."""
+        part = self.rows[self.row:self.bottom + 1]
+        count = min(count, len(part) if down else len(part) - 1)
+        moving = len(part) - count
+        blank = min(count, moving)
+        if down:
+            part[count:] = part[:moving]
+            part[:blank] = [Line() for _ in range(blank)]
+        else:
+            part[:moving] = part[count:]
+            part[len(part) - blank:] = [Line() for _ in range(blank)]
+        self.rows[self.row:self.bottom + 1] = part
 
     def _eraseDisplay(self, which):
         if which == 0:

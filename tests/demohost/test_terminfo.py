@@ -94,6 +94,14 @@ class Terminfo(unittest.TestCase):
         model.feed(self.tput("cup", 23, 0) + b"old" + self.tput("il1"))
         self.assertEqual(model.rowText(23).strip(), "")
 
+    def testLinesMovedOneByOneMoveTheWholeRegion(self):
+        rows = [f"row {n}" for n in range(10)]
+        for capability, expected in (("dl1", rows[7:] + [""] * 7), ("il1", [""] * 7 + rows[:3])):
+            model = Model()
+            model.feed(self.tput("csr", 0, 9) + "\r\n".join(rows).encode() + self.tput("cup", 0, 0))
+            model.feed(self.tput(capability) * 7)
+            self.assertEqual([model.rowText(row).rstrip() for row in range(10)], expected, capability)
+
     def testShiftedRowIsRedrawnBeforeTheCursorLeavesIt(self):
         model = Model()
         model.feed(b"abcdef\r" + self.tput("ich", 2) + b"\r\n" + b"ghi\r" + self.tput("dch", 1) + b"\r\n")
@@ -102,9 +110,9 @@ class Terminfo(unittest.TestCase):
         self.assertEqual([model.rowText(row).rstrip() for row in range(3)], ["  abcdef", "hi", "1jkl"])
 
     def testLeftOut(self):
-        for capability in ("rep", "el1", "ech", "hpa", "vpa", "hts", "tbc", "mir", "bce", "u7", "u9", "cvvis"):
+        for capability in ("rep", "el1", "ech", "hpa", "vpa", "hts", "tbc", "mir", "bce", "il", "dl", "u7", "u9", "cvvis"):
             self.assertFalse(self.has(capability), capability)
-        self.assertTrue(self.has("el") and self.has("xenl"))
+        self.assertTrue(self.has("el") and self.has("il1") and self.has("xenl"))
 
     def runCurses(self, seed):
         """Plays changes through curses; each screen must be what a full redraw makes of it."""

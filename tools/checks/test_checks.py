@@ -23,6 +23,7 @@ includes = load(os.path.join(HERE, "check-includes.py"))
 system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
 pairs = load(os.path.join(HERE, "check-scenario-pairs.py"))
+code_map = load(os.path.join(HERE, "check-code-map.py"))
 scenarios = load(os.path.join(HERE, "run-scenario.py"))
 ini = load(os.path.join(HERE, "../setup/ini.py"))
 
@@ -136,6 +137,58 @@ class ScenarioPairs(SmallTree):
             self.write("tests/scenarios/" + name, "")
         self.assertEqual([p.split(": ", 1)[0] for p in pairs.check(self.root)[0]],
                          ["tests/scenarios/left.scn:1", "tests/scenarios/right.expected:1"])
+
+
+class CodeMap(SmallTree):
+    ROWS = """# Map
+
+| `docs/` | papers |
+| `run` | starts it |
+
+## The ground, `src/ground/`
+
+| file | |
+|---|---|
+| `a.{h,cpp}` | both halves |
+
+## `tests/`
+
+| `unit/` | small ones |
+"""
+
+    def setUp(self):
+        super().setUp()
+        for path in ("run", "LICENSE", "src/ground/a.h", "src/ground/a.cpp", "tests/unit/deep/b.cpp"):
+            self.write(path, "")
+
+    def problems(self, rows):
+        self.write("docs/code-map.md", rows)
+        return code_map.check(self.root)[0]
+
+    def test_whole_map_is_in_order(self):
+        self.assertEqual(self.problems(self.ROWS), [])
+
+    def test_file_and_folders_without_a_line(self):
+        self.write("src/ground/new.h", "")
+        self.write("tests/slow/c.py", "")
+        self.write("attic/d.txt", "")
+        self.assertEqual(self.problems(self.ROWS), [
+            "docs/code-map.md:1: attic/ has no line", "docs/code-map.md:1: src/ground/new.h has no line",
+            "docs/code-map.md:1: tests/slow/ has no line"])
+
+    def test_line_without_a_file(self):
+        self.assertEqual(self.problems(self.ROWS.replace("a.{h,cpp}", "a.{h,cpp,rc}")),
+                         ["docs/code-map.md:10: src/ground/a.rc is not there, or needs no line"])
+        self.assertEqual(self.problems(self.ROWS.replace("`unit/`", "`unit/` | x |\n| `gone/`")),
+                         ["docs/code-map.md:15: tests/gone/ is not there, or needs no line"])
+
+    def test_second_line_and_empty_line(self):
+        self.assertEqual(self.problems(self.ROWS.replace("| `run` | starts it |", "| `run` | |\n| `run` | it |")),
+                         ["docs/code-map.md:4: what run is, is not said",
+                          "docs/code-map.md:5: run has a line already"])
+
+    def test_missing_map(self):
+        self.assertEqual(code_map.check(self.root)[0][0], "docs/code-map.md:1: src/ground/a.cpp has no line")
 
 
 class ScenarioRunner(SmallTree):

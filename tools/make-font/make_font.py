@@ -271,9 +271,9 @@ def setMetrics(font):
     os2.recalcUnicodeRanges(font)
     os2.panose.bFamilyType, os2.panose.bProportion = 2, 9  # Latin text, monospaced
     post.isFixedPitch = 1
-    # Up to each em size in pixels: 2 is smoothing alone, 3 grid-fitting too. The base asks for black and
-    # white at text sizes, where its stems come out uneven.
-    font["gasp"].gaspRange = {8: 2, 0xFFFF: 3}
+    # Up to each em size in pixels: 1 is grid-fitting alone, 3 smoothing too. At the screen's sizes lines are crisp
+    # in black and white; smoothed, a renderer that stretches finished outlines spreads them over two pixels.
+    font["gasp"].gaspRange = {64: 1, 0xFFFF: 3}
     head.fontRevision = float(VERSION)
     head.created = head.modified = TIMESTAMP
     if any(advance not in (0, ADVANCE) for advance, _ in font["hmtx"].metrics.values()):

@@ -32,7 +32,7 @@ Button cmd3Dhelp{frmprof, "cmd3Dhelp", IDC_PROF_HELP, {.caption = "&Help"}};
 Button cmd3Dcancel{frmprof, "cmd3Dcancel", IDC_PROF_CANCEL, {.caption = "Cancel"}};
 Button cmd3Dopen{frmprof, "cmd3Dopen", IDC_PROF_OPEN, {.caption = "Open", .enabled = false}};
 Label lblname{frmprof, "lblname", IDC_LBLNAME, {.caption = "Profile &name:"}};
-Label lblprofiles{frmprof, "lblprofiles", IDC_LBLPROFILES, {.caption = "&Profiles:"}};
+Label lblhint{frmprof, "lblhint", IDC_LBLHINT, {.caption = "Letters and digits only"}};
 
 void enableButtons() {
     cmd3Dconn.setEnabled(true);
@@ -152,7 +152,7 @@ void lstprof_KeyPress(std::int16_t& key) {
 void layOutForOpen() {
     txtprof.setEnabled(false);
     txtprof.setVisible(false);
-    lblprofiles.setVisible(false);
+    lblhint.setVisible(false);
     TwipsRect list = lstprof.place();
     list.top = txtprof.place().top;
     list.height += lblname.place().height;
@@ -160,6 +160,14 @@ void layOutForOpen() {
     TwipsRect dialog = frmprof.place();
     dialog.height -= cmd3Dconn.place().height / 2;
     frmprof.move(dialog);
+}
+
+/// The buttons below close the gap that Open leaves.
+void layOutForSave() {
+    cmd3Dopen.setVisible(false);
+    const TwipsRect cancel = cmd3Dcancel.place();
+    cmd3Dcancel.move(cmd3Dopen.place());
+    cmd3Dhelp.move(cancel);
 }
 
 }  // namespace
@@ -178,7 +186,7 @@ void showSaveProfileAs() {
         frmprof.load();
         frmprof.setCaption(saveMode);
         cmd3Dconn.setCaption("OK");
-        cmd3Dopen.setVisible(false);
+        layOutForSave();
         frmprof.showModal();
     });
 }

@@ -24,7 +24,8 @@ struct Spot {
 };
 constexpr Spot versionSpot{55, 283};
 constexpr Spot noticeSpot{55, 301};
-constexpr Spot okSpot{390, 275};
+/// Right and bottom edge of the button, whose size goes with the system's font.
+constexpr Spot okCorner{465, 299};
 
 Image picSplash{frmSplash, "picSplash", IDC_PICSPLASH};
 Label lblVersion{frmSplash, "lblVersion", IDC_LBLVERSION};
@@ -38,6 +39,13 @@ void moveTo(Control& control, const Spot& spot) {
     control.move(place);
 }
 
+void moveCornerTo(Control& control, const Spot& corner) {
+    TwipsRect place = control.place();
+    place.left = corner.left * display::twipsPerPixelX() - place.width;
+    place.top = corner.top * display::twipsPerPixelY() - place.height;
+    control.move(place);
+}
+
 void Form_Load() {
     trapped("Form_Load", [] {
         picSplash.loadPicture(besideProgram(pictureFile));
@@ -47,7 +55,7 @@ void Form_Load() {
         lblVersion.setTextColour(textColour);
         lblNotice.setTextColour(textColour);
         moveTo(lblNotice, noticeSpot);
-        moveTo(cmdOK, okSpot);
+        moveCornerTo(cmdOK, okCorner);
         Glb_CentreForm(frmSplash);
         lblVersion.setCaption(formatMsg("Version %1.%2.%3.%4", "19", "2", "NC", "06"));
         lblNotice.setCaption(notice);

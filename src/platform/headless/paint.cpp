@@ -59,6 +59,10 @@ public:
         std::swap(picture.painting, outerAreas_);
         picture.inPaint = outer_;
         picture.grid.setClip(outer_ ? &picture.painting : nullptr);
+        if (picture.invalid.capacity() == 0) {  // a paint for each scroll need not ask for memory each time
+            outerAreas_.clear();
+            picture.invalid.swap(outerAreas_);
+        }
     }
     PaintInProgress(const PaintInProgress&) = delete;
     PaintInProgress& operator=(const PaintInProgress&) = delete;

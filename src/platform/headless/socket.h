@@ -14,9 +14,9 @@ void socketCloses(Socket& socket);
 void socketFails(Socket& socket, std::int16_t number, std::string_view description);
 /// Bytes arrive and are announced as Socket describes it.
 void socketReceives(Socket& socket, std::string_view bytes);
-/// The address family that the control reports: 4, 6 or 0.
+/// The number of the address family that the control reports: 4, 6 or 0.
 inline constexpr std::int16_t usualFamily = 4;
-void setAddressFamily(std::int16_t family);
+void setAddressFamily(std::int16_t number);
 
 /// Every socket closed, without a record.
 void resetSockets();

@@ -53,6 +53,16 @@ ListMessages messagesOf(const Control& list) {
     return {LB_RESETCONTENT, LB_ADDSTRING, LB_SETCURSEL};
 }
 
+/// The tabs alone: of the page below them only its upper edge.
+void fitToTabs(HWND strip) {
+    RECT tab{};
+    RECT area{};
+    if (SendMessageA(strip, TCM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&tab)) == 0) return;
+    GetClientRect(strip, &area);
+    SetWindowPos(strip, nullptr, 0, 0, area.right, tab.bottom + 2,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 }  // namespace
 }  // namespace win32
 
@@ -116,6 +126,7 @@ void backend::tabsChanged(TabStrip& strip) {
             item.pszText = caption.data();
             SendMessageA(window, TCM_INSERTITEMA, n, reinterpret_cast<LPARAM>(&item));
         }
+        fitToTabs(window);
     }
     SendMessageA(window, TCM_SETCURSEL, static_cast<WPARAM>(strip.tab()), 0);
 }

@@ -102,6 +102,12 @@ INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     }
 }
 
+void setIcon(HWND window) {
+    HICON const icon = LoadIconA(instance(), MAKEINTRESOURCEA(IDI_QXTERM));
+    SendMessageA(window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+    SendMessageA(window, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+}
+
 }  // namespace
 
 bool seeThrough(const Label& label) { return label.coloured || label.form().kind() == FormKind::picture; }
@@ -129,6 +135,7 @@ HWND createDialog(Form& form) {
         CreateDialogParamA(instance(), MAKEINTRESOURCEA(form.resource()), mainWindow(), dialogProcedure, 0);
     if (window == nullptr) return nullptr;
     form.native->window = window;
+    setIcon(window);
     attachAll(form, window);
     return window;
 }

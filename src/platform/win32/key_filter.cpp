@@ -1,5 +1,6 @@
 #include "platform/win32/key_filter.h"
 
+#include "platform/clipboard.h"
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
@@ -25,6 +26,17 @@ bool asksForButtonKey(LPARAM lParam) {
     return (message.message == WM_KEYDOWN || message.message == WM_CHAR) && pressesButton(message.wParam);
 }
 
+/// What is pasted passes the same sieve as what is typed. Keys that press buttons, and other control
+/// characters, are left out.
+void typePasted(const Control& control, HWND window) {
+    constexpr unsigned char firstPrintable = 32;
+    for (const char character : clipboard::text()) {
+        const auto code = static_cast<unsigned char>(character);
+        if (control.native == nullptr) return;
+        if (code >= firstPrintable) SendMessageA(window, WM_CHAR, code, 0);
+    }
+}
+
 LRESULT CALLBACK filterProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*number*/,
                                  DWORD_PTR data) {
     const Control& control = *reinterpret_cast<const Control*>(data);
@@ -37,6 +49,10 @@ LRESULT CALLBACK filterProcedure(HWND window, UINT message, WPARAM wParam, LPARA
                 return DefSubclassProc(window, message, wParam, lParam) | DLGC_WANTALLKEYS;
             }
             break;
+        case WM_PASTE:
+            if (!filtered) break;
+            typePasted(control, window);
+            return 0;
         case WM_CHAR:
             if (filtered) {
                 auto key = static_cast<std::int16_t>(wParam & 0xFFU);

@@ -24,6 +24,7 @@ inline constexpr UINT wmSocketLast = WM_APP + 0x10FF;
 /// Numbers of the hidden window's timers, for WM_TIMER: the Timer objects count upward from the last of
 /// these.
 inline constexpr UINT_PTR timerCarrier = 1;
+inline constexpr UINT_PTR timerBreak = 2;
 inline constexpr UINT_PTR timerReceiveFirst = 0x100;
 inline constexpr UINT_PTR timerReceiveLast = 0x1FF;
 inline constexpr UINT_PTR timerObjects = 0x1000;

@@ -12,8 +12,8 @@ namespace qxterm {
 /// A form's window while it is loaded.
 struct Form::Native {
     HWND window = nullptr;
-    SIZE heldSize{};  ///< outer size in pixels that the message hook holds the window at; 0 until it is
-                      ///< computed
+    /// Outer size in pixels that the message hook holds the window at; 0 until it is computed.
+    SIZE heldSize{};
 };
 
 /// A control's window while its form is loaded. What a kind of control needs besides is derived from this.
@@ -52,7 +52,7 @@ void attachControl(Control& control, Control::Native* native);
 /// Drops the natives of all controls of the form.
 void detachControls(const Form& form);
 
-// --- made by the kinds of window ---------------------------------------------------------------------------------
+// --- made by the kinds of window ---------------------------------------------------------------------------
 /// The main window and its controls. Null when the system refuses.
 [[nodiscard]] HWND createMainWindow(Form& form);
 /// A form laid out by a dialog resource, and its controls. Null when there is no such resource.
@@ -61,7 +61,7 @@ void detachControls(const Form& form);
 void controlCommand(const Form& form, HWND control, int id, int code);
 void controlNotify(const Form& form, const NMHDR& header);
 
-// --- modal windows -----------------------------------------------------------------------------------------------
+// --- modal windows -----------------------------------------------------------------------------------------
 /// From now on this form alone answers. The end comes when it is destroyed.
 void beginModal(Form& form);
 void endModal(const Form& form);

@@ -25,6 +25,7 @@ struct SerialPort::Native {
     std::string received;
     std::unique_ptr<win32::SerialLine> line;
     bool carrier = false;
+    ULONGLONG breakBegan = 0;  // milliseconds since the system's start; 0 without a break
 };
 
 namespace win32 {
@@ -35,6 +36,9 @@ using Port = SerialPort::Native;
 /// Bytes kept here unread; beyond them they wait in the port, where handshaking can stop the sender.
 constexpr std::size_t receiveLimit = std::size_t{1024} * 1024;
 constexpr DWORD portBuffer = 65536;
+/// Milliseconds. The tick that ends a break may come at once after its begin; the other end takes a break
+/// that is shorter than a character or two for a faulty character.
+constexpr ULONGLONG shortestBreak = 250;
 
 std::vector<std::unique_ptr<Port>>& ports() {
     static std::vector<std::unique_ptr<Port>> all;
@@ -46,8 +50,17 @@ void raise(Port& port, std::int16_t event) {
     port.owner.onComm.raise();
 }
 
+void clearBreak(Port& port) {
+    KillTimer(messageWindow(), timerBreak);
+    if (port.breakBegan == 0) return;
+    port.breakBegan = 0;
+    port.line->setBreak(false);
+}
+
 void shut(Port& port) {
     KillTimer(messageWindow(), timerCarrier);
+    // Not every driver ends a break with the port.
+    if (port.line != nullptr) clearBreak(port);
     port.line.reset();
     port.received.clear();
     port.carrier = false;
@@ -99,10 +112,33 @@ void carrierTimer(UINT /*message*/, WPARAM wParam, LPARAM /*lParam*/) {
     }
 }
 
+void breakTimer(UINT /*message*/, WPARAM wParam, LPARAM /*lParam*/) {
+    if (wParam != timerBreak) return;
+    for (const auto& port : ports()) {
+        if (port->line != nullptr) clearBreak(*port);
+    }
+}
+
+void beginBreak(Port& port) {
+    KillTimer(messageWindow(), timerBreak);
+    port.breakBegan = GetTickCount64();
+    port.line->setBreak(true);
+}
+
+void endBreak(Port& port) {
+    const ULONGLONG lasted = GetTickCount64() - port.breakBegan;
+    if (lasted >= shortestBreak) {
+        clearBreak(port);
+    } else {
+        SetTimer(messageWindow(), timerBreak, static_cast<UINT>(shortestBreak - lasted), nullptr);
+    }
+}
+
 Port& portOf(SerialPort& control) {
     if (control.native == nullptr) {
         static const bool subscribed = (handleMessages(wmSerial, wmSerial, serialMessage),
-                                        handleMessages(WM_TIMER, WM_TIMER, carrierTimer), true);
+                                        handleMessages(WM_TIMER, WM_TIMER, carrierTimer),
+                                        handleMessages(WM_TIMER, WM_TIMER, breakTimer), true);
         (void)subscribed;
         ports().push_back(std::make_unique<Port>(control));
         control.native = ports().back().get();
@@ -174,16 +210,20 @@ void SerialPort::setPortOpen(bool wanted) {
 bool SerialPort::portOpen() const { return native != nullptr && native->line != nullptr; }
 
 void SerialPort::setBreak(bool on) {
-    if (portOpen()) native->line->setBreak(on);
+    if (!portOpen()) return;
+    if (on) {
+        beginBreak(*native);
+    } else {
+        endBreak(*native);
+    }
 }
 
 bool SerialPort::carrierHolding() const { return portOpen() && native->carrier; }
 std::int16_t SerialPort::commEvent() const { return native != nullptr ? native->commEvent : std::int16_t{0}; }
 
 std::int32_t SerialPort::inBufferCount() const {
+    // Only what was announced: what is not yet is the receive event's to take.
     if (!portOpen()) return 0;
-    // A port that is gone is told of by its own message.
-    (void)fetch(*native);
     return static_cast<std::int32_t>(native->received.size());
 }
 

@@ -11,8 +11,8 @@ namespace {
 
 struct Running {
     Timer* timer;
-    UINT_PTR
-    number;  ///< new with each start: a tick of an earlier period that still waits in the queue is none
+    /// New with each start: a tick of an earlier period that still waits in the queue is none.
+    UINT_PTR number;
 };
 
 std::vector<Running>& running() {

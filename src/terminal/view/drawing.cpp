@@ -32,8 +32,19 @@ void underline(std::int32_t column, std::int32_t count, std::int32_t row) {
     picterm.drawLine(column * charWidth, twips / g_iTwipsY, count * charWidth);
 }
 
+void drawPlainText(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+    picterm.drawText(cellRect(first, row, count), {line.text.data() + first, static_cast<std::size_t>(count)},
+                     TextFont::normal, &charAdvances[1]);
+}
+
 void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
-    const AttrTriple attr = unpackAttr(line.attrs[static_cast<std::size_t>(first + 1)]);
+    const std::int16_t word = line.attrs[static_cast<std::size_t>(first + 1)];
+    const std::int32_t look = static_cast<std::uint16_t>(word) + (modeSet(mode::reverseScreen) ? 0x10000 : 0);
+    if (look == dcLook && !detail::faultPlanned) {
+        drawPlainText(line, first, count, row);
+        return;
+    }
+    const AttrTriple attr = unpackAttr(word);
     if ((attr.flags & attrFlag::blink) != 0 && textBlinkOff) {
         picterm.fill(cellRect(first, row, count), eraseRaster());
         return;
@@ -43,11 +54,11 @@ void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t cou
     if ((attr.flags & attrFlag::shiftOut) != 0) {
         lineDraw(line, first, count, row);
     } else {
-        picterm.drawText(cellRect(first, row, count),
-                         {line.text.data() + first, static_cast<std::size_t>(count)}, TextFont::normal,
-                         &charAdvances[1]);
+        drawPlainText(line, first, count, row);
     }
     if ((attr.flags & attrFlag::underline) != 0) underline(first, count, row);
+    constexpr std::int16_t special = attrFlag::blink | attrFlag::shiftOut | attrFlag::underline;
+    if ((attr.flags & special) == 0) dcLook = look;
 }
 
 /// True when all words of a span are equal: each equals the one behind it.

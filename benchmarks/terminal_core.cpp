@@ -1,0 +1,23 @@
+#include "core.h"
+#include "program.h"
+#include "terminal/interpreter.h"
+
+namespace qxterm::bench {
+namespace {
+
+class TerminalCore : public Core {
+public:
+    [[nodiscard]] const char* name() const override { return "qxterm"; }
+    void reset() override { startProgram(); }
+    void feed(std::string_view block) override { processInput(block); }
+};
+
+}  // namespace
+
+std::unique_ptr<Core> makeTerminalCore() {
+    auto core = std::make_unique<TerminalCore>();
+    core->reset();
+    return core;
+}
+
+}  // namespace qxterm::bench

@@ -1,0 +1,23 @@
+# qxterm-probe.exe: the program with ears for the tests of the window (tests/windows/probe).
+
+if(NOT MINGW OR NOT TARGET qxterm)
+    return()
+endif()
+
+file(GLOB probe_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/probe/*.cpp")
+set(dumps "${CMAKE_SOURCE_DIR}/tools/qxterm-scenario")
+# What qxterm-scenario prints of the program's state, without what drives the program there.
+foreach(subject screen scrollback keys menus profile timers state selection form)
+    list(APPEND probe_sources "${dumps}/dump_${subject}.cpp")
+endforeach()
+list(APPEND probe_sources "${dumps}/output.cpp" "${dumps}/program_forms.cpp" "${dumps}/program_menus.cpp"
+     "${CMAKE_SOURCE_DIR}/src/platform/headless/recorder.cpp"
+)
+
+add_executable(qxterm-probe WIN32 ${probe_sources} "${resource_script}")
+set_target_properties(qxterm-probe PROPERTIES LINKER_LANGUAGE CXX)
+target_include_directories(qxterm-probe PRIVATE "${dumps}" "${CMAKE_SOURCE_DIR}/resources")
+target_link_libraries(
+    qxterm-probe PRIVATE qxterm_options qxterm_json qxterm_core qxterm_win32 ${QXTERM_SYSTEM_LIBRARIES}
+)
+add_dependencies(qxterm-probe program)

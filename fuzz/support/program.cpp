@@ -1,0 +1,114 @@
+#include "support/program.h"
+
+#include <array>
+
+#include "app/main.h"
+#include "app/program_state.h"
+#include "connection/transport_controls.h"
+#include "platform/headless/clock.h"
+#include "platform/headless/modal.h"
+#include "platform/headless/profile_strings.h"
+#include "platform/headless/program.h"
+#include "platform/headless/recorder.h"
+#include "platform/headless/reset.h"
+#include "platform/headless/socket.h"
+#include "support/target.h"
+#include "terminal/input_busy.h"
+#include "terminal/interpreter_state.h"
+#include "terminal/screen_store.h"
+#include "terminal/sequence_parser.h"
+
+namespace qxterm::fuzz {
+namespace {
+
+constexpr const char* profileName = "host";
+constexpr std::int64_t statusDialogStep = 250;  // ms, the period of the status dialog's timer
+
+std::vector<std::string> sent;
+
+void keepSends(const headless::Record& record) {
+    if (record.kind != "send") return;
+    for (const auto& [name, value] : record.fields) {
+        if (name == "bytes") sent.push_back(std::get<std::string>(value));
+    }
+}
+
+/// What happens while the status dialog is open: the host accepts, then time passes until the dialog goes.
+bool acceptOrWait() {
+    if (!comnet2.connected()) {
+        headless::socketConnects(comnet2);
+    } else {
+        headless::advance(statusDialogStep);
+    }
+    return true;
+}
+
+void start(const char* commandLine) {
+    headless::setCommandLine(commandLine);
+    qxterm::main();
+    sent.clear();
+    headless::setSink(keepSends);
+}
+
+void checkRows() {
+    std::array<bool, screenRows> seen{};
+    for (const std::int32_t record : rowMap) {
+        require(record >= 0 && record < screenRows, "rowMap holds record numbers");
+        require(!seen[static_cast<std::size_t>(record)], "rowMap holds each record once");
+        seen[static_cast<std::size_t>(record)] = true;
+    }
+}
+
+void checkLine(const ScreenLine& line) {
+    require(line.lineFlags >= 0 && line.lineFlags <= 7, "line flags");
+    require(line.dirtyLast >= -1 && line.dirtyLast < screenColumns, "dirtyLast lies in the line");
+    require((line.lineFlags & lineFlag::draw) == 0, "nothing waits to be drawn");
+    for (std::size_t at = 1; at < line.attrs.size(); ++at) {
+        const int word = line.attrs[at];
+        require((word & 0xFF) < 64 && ((word >> 8) & 15) < 8 && ((word >> 12) & 15) < 8, "attribute words");
+    }
+}
+
+}  // namespace
+
+void startProgram() {
+    headless::reset();
+    resetProgram();
+    start("");
+}
+
+void startSession() {
+    headless::reset();
+    resetProgram();
+    headless::putIni("Settings", "Profiles", profileName);
+    headless::putIni(profileName, "connect", "net");
+    headless::putIni(profileName, "host", "host");
+    headless::setNextEvent(acceptOrWait);
+    start(profileName);
+    headless::setNextEvent(nullptr);
+    require(comnet2.connected(), "the session is up");
+}
+
+const std::vector<std::string>& sends() { return sent; }
+
+void checkTerminal() {
+    require(inputBusy == 0, "the interpreter has ended");
+    require(curRow >= 0 && curRow <= statusRow, "the cursor's row exists");
+    if (curRow == statusRow) {
+        require(curCol >= -1 && curCol <= INT16_MAX, "the status-row command took a 16-bit column");
+    } else {
+        require(curCol >= 0 && curCol <= screenColumns, "the cursor's column exists");
+    }
+    require(regionTop >= 0 && regionTop < regionBottom && regionBottom < pageRows, "the region's rows");
+    require(pendingCount >= 0 && pendingCount <= static_cast<std::int16_t>(pendingCapacity),
+            "the pending run");
+    require(pendingScrolls == 0, "no scroll waits");
+    require(scrollbackTop >= 1 && scrollbackTop <= liveView, "the scrollback's first line");
+    require(carryOver.size() <= static_cast<std::size_t>(longestCarry), "the carried text");
+    require(lastChar.size() <= 1, "the last character");
+    require(recordsToDraw == 0, "no record waits to be drawn");
+    checkRows();
+    for (const ScreenLine& line : screenLines) checkLine(line);
+}
+
+}  // namespace qxterm::fuzz

@@ -1,0 +1,115 @@
+"""A host that sends without end: the window goes on answering, and what comes afterwards is shown rightly."""
+
+import sys
+import time
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
+import cells  # noqa: E402
+from peers import Peer  # noqa: E402
+from program import Program, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
+
+MEGABYTES = 16
+BLOCK = b"yes, a line of ordinary output\r\n" * 32768  # 1 MiB
+MODES = b"\x1b[?5h\x1b[?5l\a\x1b[2p\x1b[0p\x1b[1;5H\x1b[31mx\x1b[m\x1b[2K" * 2048
+LATENCY = 0.1  # seconds in which the window answers
+PROBE = 0.06  # seconds that a question to the probe may take besides
+
+
+class Flood:
+    """The first connection gets the flood, later ones a word."""
+
+    def __init__(self, block, blocks):
+        self.block, self.blocks = block, blocks
+        self.sent = 0
+        self.done = False
+        self.first = True
+
+    def __call__(self, connection):
+        if not self.first:
+            connection.sendall(b"\x1b[m\x1b[2J\x1b[Hafter the flood")
+            return
+        self.first = False
+        try:
+            for _ in range(self.blocks):
+                connection.sendall(self.block)
+                self.sent += len(self.block)
+            connection.sendall(b"\x1b[?5l\x1b[2J\x1b[Hthe end of it")
+        finally:
+            self.done = True
+
+
+def slowest(program, count):
+    """The longest time in which the window's message loop answered."""
+    worst = 0.0
+    for _ in range(count):
+        began = time.monotonic()
+        program.ask("view")
+        worst = max(worst, time.monotonic() - began)
+    return worst
+
+
+def connected(program):
+    program.waitState("g_bConnectActive", True)
+    program.waitForm("frmConn", loaded=False)
+    program.focus()
+
+
+def menusWhileFlooded():
+    flood = Flood(BLOCK, 10000)
+    with Peer(flood) as peer:
+        writeProfiles({"flood": netProfile(peer.port)})
+        with Program("flood") as program:
+            connected(program)
+            before = flood.sent
+            waitFor(lambda: flood.sent > before + 4 * len(BLOCK), "the flood moves on")
+            worst = slowest(program, 40)
+            check(worst < LATENCY + PROBE, f"the window answers after {worst * 1000:.0f} ms")
+            program.key("alt+p")
+            program.waitMenu()
+            program.picture("profile-menu")
+            moved = flood.sent
+            program.key("Escape", "Escape")
+            waitFor(lambda: not any(w["class"] == "#32768" for w in program.ask("windows")), "the menu is closed")
+            waitFor(lambda: flood.sent > moved, "the flood moves on behind the menu")
+            program.connectionMenu("d")
+            program.waitState("g_bConnectActive", False)
+            waitFor(lambda: flood.done, "the host sees the end of the connection")
+            check(flood.sent < 10000 * len(BLOCK), "the flood was still running")
+            waitFor(lambda: not program.ask("view")["busy"], "the last block has been interpreted")
+            stands = program.rows()
+            program.connectionMenu("c")
+            program.waitRows({0: "after the flood"}, "the next connection")
+            checkEqual(program.rows()[1:], [""] * 24, f"the screen below, after {stands}")
+
+
+def toTheEnd(block, blocks, name):
+    """All of it arrives, and the picture of what stands at the end is right."""
+    flood = Flood(block, blocks)
+    with cells.sheetPeer() as sheets, Peer(flood) as peer:
+        writeProfiles({"sheet": netProfile(sheets.port), "flood": netProfile(peer.port)})
+        with Program("sheet") as program:
+            sheet = cells.takeSheet(program)
+        with Program("flood") as program:
+            connected(program)
+            began = time.monotonic()
+            program.waitRows({row: "the end of it" if row == 0 else "" for row in range(25)}, "the end of the flood",
+                             120)
+            total = blocks * len(block)
+            print(f"  {name}: {total / 1e6:.1f} MB in {time.monotonic() - began:.1f} s")
+            cells.compare(program, sheet, name)
+            checkEqual(program.boxes(), [], "message boxes")
+            scrolled = program.ask("scrollback")["lines"]
+            return [line["text"].rstrip() for line in scrolled]
+
+
+def lines():
+    scrolled = toTheEnd(BLOCK, MEGABYTES, "lines")
+    checkEqual(scrolled, ["yes, a line of ordinary output"] * 500, "the scrollback")
+
+
+def modes():
+    toTheEnd(MODES, 4, "modes")
+
+
+run(menusWhileFlooded, lines, modes)

@@ -1,0 +1,154 @@
+"""The desk around the screen: menus, dialogs, message boxes, the clipboard."""
+
+import contextlib
+import socket
+import subprocess
+import time
+
+from program import TITLE, Failure, Program, checkEqual, waitFor, xdotool
+
+MENUS = ("Profile", "Edit", "Connection", "Help")
+
+
+class Desk(Program):
+    """A running window with hands for its menus and dialogs."""
+
+    # --- menus -------------------------------------------------------------------------------------------------------
+
+    def openMenu(self, letter):
+        """Opens a menu of the bar by its underlined letter."""
+        self.focus()
+        self.key("alt+" + letter)
+        self.waitMenu()
+
+    def menu(self, letter, entry):
+        """Chooses an entry by the letters of its menu and its own."""
+        self.openMenu(letter)
+        self.key(entry)
+
+    def closeMenu(self):
+        self.key("Escape", "Escape")
+        waitFor(lambda: not any(window["class"] == "#32768" for window in self.ask("windows")), "the menu is closed")
+
+    def entries(self, menu):
+        """The visible entries of a menu that are no separators: {caption: enabled}."""
+        return {entry["caption"]: entry["enabled"] for entry in self.ask("menus")[menu]
+                if entry["visible"] and entry["caption"] != "-"}
+
+    # --- dialogs -----------------------------------------------------------------------------------------------------
+
+    def dialog(self, name):
+        """Waits until a form is open and has the keyboard."""
+        self.waitForm(name)
+        waitFor(lambda: self.ask("focus")["form"] == name, lambda: f"{name} has the keyboard: {self.ask('focus')}")
+
+    def gone(self, name):
+        self.waitForm(name, loaded=False)
+
+    def controls(self, form):
+        return self.ask("forms")[form]["controls"]
+
+    def focusIs(self, control):
+        waitFor(lambda: self.ask("focus")["control"] == control,
+                lambda: f"{control} has the keyboard: {self.ask('focus')}")
+
+    def text(self, form, control):
+        return self.controls(form)[control]["text"]
+
+    def fill(self, text):
+        """Replaces the text of the box that has the keyboard."""
+        self.key("Home", "shift+End", "Delete")
+        if text:
+            self.type(text)
+
+    def answer(self, text, button, ends=False):
+        """Clicks a button of the message box with this text, or presses Enter for OK. ends: the program then ends."""
+        box = self.messageBox(text)
+        waitFor(lambda: any(window["active"] and window["class"] == "#32770" for window in self.ask("windows")),
+                "the message box is active")
+        if button == "OK":
+            self.key("Return")
+        else:
+            self.clickButton(box, button)
+        if ends:
+            self.waitEnd()
+        else:
+            waitFor(lambda: text not in "".join(self.boxes()), f"the box {text!r} is gone")
+        return box
+
+    def waitBoxTitle(self, title):
+        """A message box with a title of its own."""
+        waitFor(lambda: any(w["title"] == title and w["active"] for w in self.ask("windows")), f"the box {title!r}")
+
+    def noBoxes(self):
+        checkEqual(self.boxes(), [], "message boxes that stand")
+
+    def caption(self):
+        return self.ask("places")["frmterm"]["title"]
+
+    def waitCaption(self, name):
+        waitFor(lambda: self.caption() == f"{TITLE} - {name}", lambda: f"the caption names {name}: {self.caption()!r}")
+
+    def mainWindowId(self):
+        """The X window's number."""
+        done = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE} - "], check=True,
+                              capture_output=True, text=True)
+        return done.stdout.split()[0]
+
+    def close(self):
+        """As with the window's close box."""
+        self.focus()
+        self.key("alt+F4")
+
+    def waitEnd(self):
+        waitFor(lambda: not self.alive(), "the program ends")
+        self.process.wait()
+
+    # --- the mouse on the screen -------------------------------------------------------------------------------------
+
+    def cellAt(self, column, row):
+        """The middle of a cell, in pixels of the display."""
+        places, view = self.ask("places", "view")
+        left, top = places["picterm"][:2]
+        width, height = view["cell"]
+        return left + column * width + width // 2, top + row * height + height // 2
+
+    def drag(self, start, end):
+        """Presses the button at one cell and lets it go at another, both (column, row)."""
+        xdotool("mousemove", *self.cellAt(*start), "mousedown", 1)
+        xdotool("mousemove", *self.cellAt(*end))
+        waitFor(lambda: self.ask("selection")["end"][0] != -1, "the selection follows the mouse")
+        xdotool("mouseup", 1)
+
+    def wheel(self, up, times=1):
+        xdotool("mousemove", *self.cellAt(40, 12))
+        for _ in range(times):
+            xdotool("click", 4 if up else 5)
+
+
+def clipboard():
+    """What any other program would get from the clipboard now, or None."""
+    done = subprocess.run(["xclip", "-selection", "clipboard", "-out"], capture_output=True, timeout=10)
+    # Between Windows and X, line ends are translated.
+    return done.stdout.decode("latin-1").replace("\n", "\r\n") if done.returncode == 0 else None
+
+
+def setClipboard(text):
+    subprocess.run(["xclip", "-selection", "clipboard", "-in"], input=text.replace("\r\n", "\n").encode(), check=True,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=10)
+
+
+@contextlib.contextmanager
+def silentHost():
+    """A port at which connecting neither succeeds nor fails: its queue of waiting connections is full."""
+    with contextlib.ExitStack() as open_:
+        listener = open_.enter_context(socket.socket())
+        listener.bind(("127.0.0.1", 0))
+        listener.listen(0)
+        for _ in range(8):
+            waiting = open_.enter_context(socket.socket())
+            waiting.setblocking(False)
+            with contextlib.suppress(BlockingIOError):
+                waiting.connect(listener.getsockname())
+        time.sleep(0.1)
+        yield listener.getsockname()[1]

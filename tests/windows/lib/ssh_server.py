@@ -1,0 +1,150 @@
+"""An SSH server on the loopback address, and the Windows SSH client that goes there."""
+
+import contextlib
+import os
+import shutil
+import socket
+import subprocess
+import tempfile
+import threading
+from pathlib import Path
+
+from program import BUILD, PATIENCE, ROOT, Failure, Skip, waitFor
+
+TELNET = 23  # the port behind every tunnel, on the server's own loopback
+HOST = "127.0.0.1"
+
+
+def programFolder(parent):
+    """A copy of the program's folder with an SSH client in it; returns its path."""
+    made = subprocess.run([ROOT / "tools" / "setup" / "plink.sh"], capture_output=True, text=True)
+    if made.returncode != 0:
+        raise Skip(f"there is no SSH client for Windows: {made.stderr.strip()}")
+    folder = Path(parent) / "program"
+    folder.mkdir()
+    for name in ("qxterm-probe.exe", "zpt_ssh.exe", "zpt_tnetd.exe", "QXTERM.ttf"):
+        shutil.copy(BUILD / name, folder)
+    shutil.copy(made.stdout.strip(), folder / "plink.exe")
+    return folder
+
+
+def freePort():
+    with socket.create_server((HOST, 0)) as listener:
+        return listener.getsockname()[1]
+
+
+class SshServer:
+    """sshd with a host key of its own. Only the user's key is let in."""
+
+    def __init__(self, user):
+        self._user = user
+        self._program = shutil.which("sshd", path="/usr/sbin:/usr/bin")
+        if self._program is None:
+            raise Skip("there is no sshd: tools/setup/install.sh peers")
+        self._folder = tempfile.TemporaryDirectory(prefix="qxterm-sshd-")
+        self.folder = Path(self._folder.name)
+        self.folder.chmod(0o755)
+        self.port = freePort()
+        for name in ("host", "user"):
+            subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", self.folder / name], check=True)
+        (self.folder / "user.pub").chmod(0o644)
+        subprocess.run(["puttygen", self.folder / "user", "-O", "private", "-o", self.folder / "user.ppk"], check=True)
+        printed = subprocess.run(["ssh-keygen", "-l", "-f", self.folder / "host.pub"], check=True, capture_output=True,
+                                 text=True).stdout
+        self.fingerprint = printed.split()[1]
+        (self.folder / "config").write_text(
+            f"Port {self.port}\nListenAddress {HOST}\nHostKey {self.folder}/host\nPidFile none\n"
+            f"AuthorizedKeysFile {self.folder}/user.pub\nStrictModes no\nUsePAM no\nPasswordAuthentication no\n"
+            f"KbdInteractiveAuthentication no\nAllowUsers {user}\n")
+
+    def __enter__(self):
+        Path("/run/sshd").mkdir(mode=0o755, exist_ok=True)
+        self._log = open(self.folder / "log", "wb")
+        self._process = subprocess.Popen([self._program, "-D", "-e", "-f", self.folder / "config"], stderr=self._log)
+
+        def listening():
+            with contextlib.suppress(OSError), socket.create_connection((HOST, self.port), 1):
+                return True
+            return False
+
+        waitFor(listening, "sshd listens")
+        return self
+
+    def __exit__(self, *_):
+        self._process.terminate()
+        self._process.wait(PATIENCE)
+        self._log.close()
+
+    def introduce(self, knownKey=True, user="user"):
+        """Tells the client about this server, as its saved session does: the user's key, and the host's."""
+        key = "Z:" + str(self.folder / f"{user}.ppk").replace("/", r"\\")
+        lines = ["REGEDIT4", "", r"[HKEY_CURRENT_USER\Software\SimonTatham\PuTTY\Sessions" + f"\\{HOST}]",
+                 f'"HostName"="{HOST}"', '"Protocol"="ssh"', f'"PublicKeyFile"="{key}"',
+                 f'"SSHManualHostKeys"="{self.fingerprint if knownKey else ""}"', ""]
+        file = self.folder / "session.reg"
+        file.write_text("\r\n".join(lines))
+        subprocess.run([os.environ["WINE"], "regedit", "/S", "Z:" + str(file)], check=True, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL)
+
+
+class BehindTheTunnel:
+    """What listens at the telnet port of this machine's loopback address."""
+
+    def __init__(self, serve):
+        """serve: gets each connection, in a thread of its own, and need not close it."""
+        self._serve = serve
+        try:
+            self._listener = socket.create_server((HOST, TELNET))
+        except OSError as error:
+            raise Skip(f"port {TELNET} cannot be listened on: {error.strerror}") from error
+        self.accepted = 0
+
+    def __enter__(self):
+        threading.Thread(target=self._accept, daemon=True).start()
+        return self
+
+    def _accept(self):
+        while True:
+            try:
+                connection, _ = self._listener.accept()
+            except OSError:
+                return
+            self.accepted += 1
+            threading.Thread(target=self._one, args=(connection,), daemon=True).start()
+
+    def _one(self, connection):
+        with connection, contextlib.suppress(OSError):
+            self._serve(connection)
+
+    def __exit__(self, *_):
+        # A blocked accept keeps the port; shutting down wakes it.
+        with contextlib.suppress(OSError):
+            self._listener.shutdown(socket.SHUT_RDWR)
+        self._listener.close()
+
+
+def telnetDaemon(connection):
+    """The system's telnet daemon on one connection."""
+    program = shutil.which("in.telnetd", path="/usr/sbin")
+    if program is None:
+        raise Failure("there is no in.telnetd: tools/setup/install.sh peers")
+    subprocess.run([program, "-h"], stdin=connection, stdout=connection, stderr=subprocess.DEVNULL, check=False)
+
+
+def helpers():
+    """Command lines of the helper programs and SSH clients that run in this Wine prefix, by process number."""
+    wanted = ("WINEPREFIX=" + os.environ["WINEPREFIX"]).encode()
+    found = {}
+    for process in Path("/proc").iterdir():
+        if not process.name.isdigit():
+            continue
+        with contextlib.suppress(OSError):
+            command = (process / "cmdline").read_bytes().replace(b"\0", b" ").decode("latin-1").strip()
+            if any(name in command for name in ("zpt_ssh", "zpt_tnetd", "plink")) and \
+                    wanted in (process / "environ").read_bytes().split(b"\0"):
+                found[int(process.name)] = command
+    return found
+
+
+def noHelpers(what):
+    waitFor(lambda: not helpers(), lambda: f"{what}: helpers still run: {helpers()}")

@@ -1,0 +1,202 @@
+"""Sessions through an SSH server: the local prompt, the tunnel, the login behind it, and every way in which it fails."""
+
+import contextlib
+import signal
+import socket
+import sys
+import tempfile
+import threading
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
+from account import testUser  # noqa: E402
+from program import Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
+from ssh_server import (HOST, BehindTheTunnel, SshServer, freePort, helpers, noHelpers, programFolder,  # noqa: E402
+                        telnetDaemon)
+
+OPENING = f"Opening SSH connection to host: {HOST}"
+TIMED_OUT = "The connection as timed out"
+BANNER = ["WARNING:", "This system is restricted to authorized users for business purposes.",
+          "Unauthorized access is a violation of the law.  This system is monitored",
+          "for administration and security reasons.  By proceeding, you are", "consenting to this monitoring."]
+TIMEOUT = 3  # seconds, for the status dialog
+
+scratch = tempfile.TemporaryDirectory(prefix="qxterm-ssh-")
+folder = programFolder(scratch.name)
+
+
+def profile(port):
+    writeProfiles({"tunnel": {"connect": "ssh", "host": HOST, "SSHnetport": port, "Font": "large"}}, timeout=TIMEOUT)
+
+
+@contextlib.contextmanager
+def atThePrompt():
+    with Program("tunnel", folder=folder) as program:
+        program.focus()
+        yield program
+    noHelpers("after the program's end")
+
+
+def logIn(program, name, word):
+    program.type(name)
+    program.key("Return")
+    program.type(word)
+    program.key("Return")
+
+
+def attemptFails(program):
+    """The dialog says that it opens the connection, then that the time is over, and goes; nothing is left."""
+    program.waitForm("frmConn")
+    checkEqual(program.label("frmConn", "lblConn"), OPENING, "the label")
+    noHelpers("while the attempt runs out")
+    waitFor(lambda: program.label("frmConn", "lblConn") == TIMED_OUT, "the time is over")
+    idle(program)
+
+
+def idle(program):
+    program.waitForm("frmConn", loaded=False)
+    program.waitState("g_bConnectActive", False)
+    waitFor(lambda: not any(program.rows()), lambda: f"an empty screen:\n{program.page()}")
+    checkEqual(program.boxes(), [], "message boxes")
+    enabled = [entry["enabled"] for entry in program.ask("menus")["connection"]]
+    checkEqual(enabled[:3], [True, False, False], "Connect, Disconnect, Send Break")
+    noHelpers("after the session")
+
+
+class Tunnel:
+    """A user, a server that knows the user's key, and a client that knows the server."""
+
+    def __init__(self, knownKey=True, serve=telnetDaemon):
+        self._knownKey, self._serve = knownKey, serve
+
+    def __enter__(self):
+        with contextlib.ExitStack() as stack:
+            self.name, self.word, _ = stack.enter_context(testUser())
+            self.behind = stack.enter_context(BehindTheTunnel(self._serve))
+            self.server = stack.enter_context(SshServer(self.name))
+            self.server.introduce(self._knownKey)
+            profile(self.server.port)
+            self._stack = stack.pop_all()
+        return self
+
+    def __exit__(self, *_):
+        self._stack.close()
+
+
+def session():
+    """From the prompt to Disconnect; a second session that ends with the shell, a third with the program."""
+    with Tunnel() as tunnel, atThePrompt() as program:
+        program.type(tunnel.name + "x")
+        program.key("BackSpace")
+        logIn(program, "", tunnel.word)
+        program.waitText("ready>", seconds=30)
+        program.waitForm("frmConn", loaded=False)
+        check(tunnel.word not in program.page(), f"the password is shown:\n{program.page()}")
+        lines = sorted(helpers().values())
+        check(any("zpt_ssh -no-antispoof" in text and f"-P {tunnel.server.port} -4 -ssh -L" in text for text in lines)
+              and any("zpt_tnetd 2 " in text and f" 4 {tunnel.name}" in text for text in lines)
+              and any("plink" in text and "-batch" in text for text in lines) and len(lines) == 3,
+              f"the helpers' command lines are {lines}")
+        check(not any(tunnel.word in text for text in lines), "the password stands in a command line")
+        program.type("clear; echo $TERM $(whoami)")
+        program.key("Return")
+        program.waitRows({0: f"qxterm {tunnel.name}", 1: "ready>"}, "the shell answers")
+        program.connectionMenu("d")
+        idle(program)
+
+        program.connectionMenu("c")
+        logIn(program, tunnel.name, tunnel.word)
+        program.waitText("ready>", seconds=30)
+        program.type("exit")
+        program.key("Return")
+        program.clickButton(program.messageBox("The connection has been dropped"), "OK")
+        idle(program)
+
+        program.connectionMenu("c")
+        logIn(program, tunnel.name, tunnel.word)
+        program.waitText("ready>", seconds=30)
+        check(helpers(), "helpers run")
+        program.process.send_signal(signal.SIGKILL)
+        program.process.wait()
+        noHelpers("after the program was killed")
+
+
+def wrongPassword():
+    """The remote login refuses; its next prompt is the user's to answer."""
+    with Tunnel() as tunnel, atThePrompt() as program:
+        logIn(program, tunnel.name, "wrong" + tunnel.word)
+        program.waitText("Login incorrect", seconds=30)
+        program.waitText("login:")
+        checkEqual(program.ask("state")["g_bConnectActive"], True, "g_bConnectActive")
+        program.type(tunnel.name)
+        program.key("Return")
+        waitFor(lambda: program.page().count("Password:") >= 1, "the next password prompt")
+        program.type(tunnel.word)
+        program.key("Return")
+        program.waitText("ready>", seconds=30)
+        program.connectionMenu("d")
+        idle(program)
+
+
+def serverDown():
+    with testUser() as (name, word, _):
+        profile(freePort())
+        with atThePrompt() as program:
+            logIn(program, name, word)
+            attemptFails(program)
+
+
+def hostKeyUnknown():
+    with Tunnel(knownKey=False) as tunnel, atThePrompt() as program:
+        logIn(program, tunnel.name, tunnel.word)
+        attemptFails(program)
+        checkEqual(tunnel.behind.accepted, 0, "connections through the tunnel")
+
+
+def helperMissing():
+    helper, away = folder / "zpt_ssh.exe", folder / "away.exe"
+    helper.rename(away)
+    try:
+        with Tunnel() as tunnel, atThePrompt() as program:
+            logIn(program, tunnel.name, tunnel.word)
+            attemptFails(program)
+            # With the helper back in its place the same window connects.
+            away.rename(helper)
+            program.connectionMenu("c")
+            logIn(program, tunnel.name, tunnel.word)
+            program.waitText("ready>", seconds=30)
+            program.connectionMenu("d")
+            idle(program)
+    finally:
+        if away.exists():
+            away.rename(helper)
+
+
+def clientMissing():
+    client, away = folder / "plink.exe", folder / "away.exe"
+    client.rename(away)
+    try:
+        profile(freePort())
+        with atThePrompt() as program:
+            logIn(program, "somebody", "something")
+            attemptFails(program)
+    finally:
+        away.rename(client)
+
+
+def forwardPortTaken():
+    """The first free port above is taken instead."""
+    with contextlib.suppress(OSError), socket.create_server((HOST, 3000)):
+        pass  # else something else has it already, which serves as well
+    with contextlib.ExitStack() as stack:
+        with contextlib.suppress(OSError):
+            stack.enter_context(socket.create_server((HOST, 3000)))
+        with Tunnel() as tunnel, atThePrompt() as program:
+            logIn(program, tunnel.name, tunnel.word)
+            program.waitText("ready>", seconds=30)
+            check(not any("-L 3000:" in text for text in helpers().values()), f"the taken port is used: {helpers()}")
+            program.connectionMenu("d")
+            idle(program)
+
+
+run(session, wrongPassword, serverDown, hostKeyUnknown, helperMissing, clientMissing, forwardPortTaken)
