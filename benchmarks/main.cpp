@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* usage =
     "Usage: benchmarks [--quick] [--filter TEXT]\n"
-    "  --quick        fewer runs: rough numbers in less than a minute\n"
+    "  --quick        fewer runs: rough numbers\n"
     "  --filter TEXT  only payloads whose name holds TEXT\n";
 
 }  // namespace

@@ -133,11 +133,11 @@ if(TARGET qxterm-scenario AND scenarios)
     )
 endif()
 
-# Scripts whose name begins with "_" are there to be sourced by the others.
+# Scripts whose name begins with "_" are there to be sourced by the others; pictures.sh takes pictures to be looked at.
 file(GLOB_RECURSE window_tests CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests/windows"
      "${CMAKE_SOURCE_DIR}/tests/windows/*.sh"
 )
-list(FILTER window_tests EXCLUDE REGEX "(^|/)(_[^/]*|lib/.*)$")
+list(FILTER window_tests EXCLUDE REGEX "(^|/)(_[^/]*|lib/.*|pictures\\.sh)$")
 foreach(script IN LISTS window_tests)
     string(REGEX REPLACE "\\.sh$" "" name "${script}")
     qxterm_wine_test(

@@ -79,6 +79,13 @@ class Client:
         while self.receive(quiet):
             pass
 
+    def settleAfter(self, count, quiet=0.3):
+        """Waits for this many bytes in all, then takes what comes beyond them until nothing has come for a while."""
+        deadline = time.monotonic() + PATIENCE
+        while len(self.received) < count and not self.closed and time.monotonic() < deadline:
+            self.receive(0.2)
+        self.settle(quiet)
+
     def synchronise(self):
         """Waits until the host has acted upon everything sent so far, by a telnet timing mark."""
         expected = self.received.count(TIME_MARKED) + 1

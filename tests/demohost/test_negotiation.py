@@ -17,10 +17,10 @@ IAC, SB, SE, DO, WILL, WONT = 255, 250, 240, 253, 251, 252
 class Negotiation(HostTest):
     def testHostAsksForTheTypeAndSendsNothingElseBefore(self):
         client = self.open(negotiate=False)
-        client.settle(0.3)
+        client.settleAfter(9)
         self.assertEqual(bytes(client.received), bytes([IAC, DO, 24, IAC, WILL, 1, IAC, WILL, 3]))
         client.send(bytes([IAC, WILL, 24]))
-        client.settle(0.3)
+        client.settleAfter(16)
         self.assertEqual(bytes(client.received[9:]), bytes([IAC, SB, 24, 1, IAC, SE, 0]))
         client.send(bytes([IAC, SB, 24, 0]) + b"QXTERM" + bytes([IAC, SE]))
         client.waitFor("Login:")
@@ -53,10 +53,10 @@ class Negotiation(HostTest):
 
     def testUnaskedOffersAreAnsweredAndDoNoHarm(self):
         client = self.open(negotiate=False)
-        client.settle(0.2)
+        client.settleAfter(9)
         client.received.clear()
         client.send(bytes([IAC, WILL, 31, IAC, DO, 5, IAC, WILL, 31, IAC, DO, 1, IAC, DO, 3]))
-        client.settle(0.2)
+        client.settleAfter(6)
         self.assertEqual(bytes(client.received), bytes([IAC, 254, 31, IAC, 252, 5]))
 
     def testTypeIsTakenOnceOnly(self):
@@ -212,7 +212,7 @@ class TimeLimits(unittest.TestCase):
             # Each press of T6 repaints the whole screen; nobody reads it.
             started = time.monotonic()
             try:
-                while time.monotonic() - started < 15:
+                while time.monotonic() - started < 60:
                     client.send(b"\x1bO6" * 50)
                     time.sleep(0.01)
             except OSError:

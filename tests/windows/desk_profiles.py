@@ -4,7 +4,7 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
-from desk import Desk  # noqa: E402
+from desk import Desk, silentHost  # noqa: E402
 from peers import DemonstrationHost, Peer  # noqa: E402
 from program import (check, checkEqual, iniPath, netProfile, readIni, run, waitFor, writeIni,  # noqa: E402
                      writeProfiles, xdotool)
@@ -171,8 +171,9 @@ def openByKeyboard(desk):
     desk.menu("p", "o")
     desk.dialog("frmprof")
     desk.focusIs("lstprof")
-    desk.key("End", "Up")
-    waitFor(lambda: desk.text("frmprof", "txtprof") == "east", lambda: f"the third name is chosen: {desk.controls('frmprof')}")
+    # The first key chooses the entry with the frame, whichever key it is.
+    desk.key("Down", "End", "Up")
+    waitFor(lambda: desk.text("frmprof", "txtprof") == "east", "the third name is chosen")
     desk.key("Return")
     desk.waitText("Welcome")
     desk.gone("frmConn")
@@ -232,4 +233,44 @@ def openASectionThatIsMissing(desk):
                {"connect": 1, "baud": 9600, "parity": "n", "timeout": 45}, "the defaults of an empty profile")
 
 
-run(firstStart, openAndRecent)
+def smallDialogs():
+    """About and the status dialog by keyboard, and a start with a file that cannot be right."""
+    with silentHost() as port:
+        writeProfiles({"silent": netProfile(port)}, Order="silent ", Window="far left", timeout=30)
+        with Desk(waiting=False) as desk:
+            box = desk.messageBox("routine: readIniFile", 60)
+            check(any("Type mismatch" in child["text"] for child in box["children"]), f"the report: {box}")
+            desk.answer("routine: readIniFile", "OK")
+            desk.waitStart()
+            desk.waitCaption("(untitled)")
+            for key in ("Return", "Escape", "space"):
+                desk.menu("h", "a")
+                desk.dialog("frmSplash")
+                desk.focusIs("cmdOK")
+                checkEqual(desk.label("frmSplash", "lblVersion"), "Version 19.2.NC.06", "the version")
+                desk.key(key)
+                desk.gone("frmSplash")
+            desk.menu("p", "1")
+            desk.dialog("frmConn")
+            desk.focusIs("cmdCancel")
+            checkEqual(desk.label("frmConn", "lblConn"), "Opening network connection to host: 127.0.0.1", "the status")
+            desk.key("Escape")
+            desk.gone("frmConn")
+            check(not desk.ask("state")["g_bConnectActive"], "the attempt is given up")
+            checkEqual(desk.entries("connection"), {"&Connect": True, "&Disconnect": False, "Send &Break": False,
+                                                    "&Options...": True}, "the Connection menu afterwards")
+            # The box for the host's name that is missing, and the options behind it.
+            desk.menu("c", "o")
+            desk.dialog("frmOptions")
+            desk.key("alt+a")
+            desk.fill("")
+            desk.key("Return")
+            desk.gone("frmOptions")
+            desk.menu("c", "c")
+            desk.answer("You must specify a hostname to connect to", "OK")
+            desk.dialog("frmOptions")
+            desk.key("Escape")
+            desk.gone("frmOptions")
+
+
+run(firstStart, openAndRecent, smallDialogs)

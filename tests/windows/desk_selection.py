@@ -93,6 +93,28 @@ def scrollBack(desk, peer):
     selects(desk, (0, 0), (7, 0), "line 00", "the oldest line")
 
 
+def dragAboveTheWindow(desk, peer):
+    """The view follows the mouse that leaves the screen with the button held."""
+    for _ in range(60):
+        if scroll(desk) == LIVE:
+            break
+        desk.wheel(up=False)
+    waitFor(lambda: scroll(desk) == LIVE, "the wheel comes back to the live screen")
+    setClipboard("before")
+    x, y = desk.cellAt(10, 3)
+    top = desk.ask("places")["picterm"][1]
+    xdotool("mousemove", x, y, "mousedown", 1)
+    xdotool("mousemove", x, top - 12)
+    waitFor(lambda: scroll(desk) < LIVE - 4, lambda: f"the view scrolls back: {scroll(desk)}")
+    xdotool("mousemove", *desk.cellAt(0, 2))
+    waitFor(lambda: desk.ask("selection")["end"] == [0, scroll(desk) + 2], "the selection ends at the mouse")
+    xdotool("mouseup", 1)
+    first = 37 - (LIVE - scroll(desk)) + 2
+    desk.menu("e", "c")
+    expected = "\r\n".join([*LINES[first:40], LINES[40][:10]])
+    waitFor(lambda: clipboard() == expected, lambda: f"the clipboard holds {expected!r}: {clipboard()!r}")
+
+
 def outputWhileScrolling(desk, peer):
     """Lines arrive while the user scrolls; the view then shows the live screen, and all is well."""
     stop = threading.Event()
@@ -128,7 +150,7 @@ def desk():
         with Desk("record") as window:
             window.waitState("g_bConnectActive", True)
             window.gone("frmConn")
-            for part in (selection, pasteAndClear, scrollBack, outputWhileScrolling):
+            for part in (selection, pasteAndClear, scrollBack, dragAboveTheWindow, outputWhileScrolling):
                 part(window, peer)
 
 

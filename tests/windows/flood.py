@@ -39,14 +39,14 @@ class Flood:
             self.done = True
 
 
-def slowest(program, count):
-    """The longest time in which the window's message loop answered."""
-    worst = 0.0
+def answers(program, count):
+    """How long the window's message loop took to answer, one after another."""
+    times = []
     for _ in range(count):
         began = time.monotonic()
         program.ask("view")
-        worst = max(worst, time.monotonic() - began)
-    return worst
+        times.append(time.monotonic() - began)
+    return times
 
 
 def connected(program):
@@ -63,8 +63,9 @@ def menusWhileFlooded():
             connected(program)
             before = flood.sent
             waitFor(lambda: flood.sent > before + 4 * len(BLOCK), "the flood moves on")
-            worst = slowest(program, 40)
-            check(worst < LATENCY + PROBE, f"the window answers after {worst * 1000:.0f} ms")
+            late = [seconds for seconds in answers(program, 40) if seconds > LATENCY + PROBE]
+            # A machine that does something else besides may delay one or the other.
+            check(len(late) <= 2, f"the window answers late {len(late)} times of 40, after up to {max(late, default=0):.2f} s")
             program.key("alt+p")
             program.waitMenu()
             program.picture("profile-menu")

@@ -20,8 +20,8 @@ BORDER, CAPTION = 4, 26
 def setResolution():
     for key in (r"HKCU\Control Panel\Desktop", r"HKCU\Software\Wine\Fonts",
                 r"HKLM\System\CurrentControlSet\Hardware Profiles\Current\Software\Fonts"):
-        subprocess.run([os.environ["WINE"], "reg", "add", key, "/v", "LogPixels", "/t", "REG_DWORD", "/d", str(DPI), "/f"],
-                       check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        subprocess.run([os.environ["WINE"], "reg", "add", key, "/v", "LogPixels", "/t", "REG_DWORD", "/d", str(DPI),
+                        "/f"], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 def settled(crop):
@@ -120,6 +120,7 @@ def options(desk):
     desk.waitBoxTitle("Bad Network Port")
     keep("box-port", *next(w["place"] for w in desk.ask("windows") if w["title"] == "Bad Network Port"))
     desk.key("Return")
+    desk.dialog("frmOptions")
     desk.key("Escape")
     desk.gone("frmOptions")
 
@@ -182,9 +183,7 @@ def dialogs(host, silent):
 def failure():
     writeIni({"Settings": {"Window": "nonsense"}})
     with Desk(waiting=False) as desk:
-        box = waitFor(lambda: next((w for w in desk.ask("windows", seconds=60) if w["class"] == "#32770" and w["children"]
-                                    and any("readIniFile" in c["text"] for c in w["children"])), None),
-                      "the report of a run-time error", 60)
+        box = desk.messageBox("readIniFile", 60)
         keep("box-error", *box["place"])
 
 

@@ -5,21 +5,17 @@ import signal
 import socket
 import sys
 import tempfile
-import threading
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
 from program import Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
-from ssh_server import (HOST, BehindTheTunnel, SshServer, freePort, helpers, noHelpers, programFolder,  # noqa: E402
-                        telnetDaemon)
+from ssh_server import (HOST, BehindTheTunnel, SshServer, freePort, helpers, loginService,  # noqa: E402
+                        noHelpers, programFolder)
 
 OPENING = f"Opening SSH connection to host: {HOST}"
 TIMED_OUT = "The connection as timed out"
-BANNER = ["WARNING:", "This system is restricted to authorized users for business purposes.",
-          "Unauthorized access is a violation of the law.  This system is monitored",
-          "for administration and security reasons.  By proceeding, you are", "consenting to this monitoring."]
-TIMEOUT = 3  # seconds, for the status dialog
+TIMEOUT = 2  # seconds, for the status dialog
 
 scratch = tempfile.TemporaryDirectory(prefix="qxterm-ssh-")
 folder = programFolder(scratch.name)
@@ -66,7 +62,7 @@ def idle(program):
 class Tunnel:
     """A user, a server that knows the user's key, and a client that knows the server."""
 
-    def __init__(self, knownKey=True, serve=telnetDaemon):
+    def __init__(self, knownKey=True, serve=loginService):
         self._knownKey, self._serve = knownKey, serve
 
     def __enter__(self):
@@ -186,10 +182,8 @@ def clientMissing():
 
 def forwardPortTaken():
     """The first free port above is taken instead."""
-    with contextlib.suppress(OSError), socket.create_server((HOST, 3000)):
-        pass  # else something else has it already, which serves as well
     with contextlib.ExitStack() as stack:
-        with contextlib.suppress(OSError):
+        with contextlib.suppress(OSError):  # whoever has it already serves as well
             stack.enter_context(socket.create_server((HOST, 3000)))
         with Tunnel() as tunnel, atThePrompt() as program:
             logIn(program, tunnel.name, tunnel.word)

@@ -24,8 +24,9 @@ struct Spot {
 };
 constexpr Spot versionSpot{55, 283};
 constexpr Spot noticeSpot{55, 301};
-/// Right and bottom edge of the button, whose size goes with the system's font.
-constexpr Spot okCorner{465, 299};
+constexpr Spot okSpot{390, 275};
+constexpr std::int32_t okWidth = 75;
+constexpr std::int32_t okHeight = 23;
 
 Image picSplash{frmSplash, "picSplash", IDC_PICSPLASH};
 Label lblVersion{frmSplash, "lblVersion", IDC_LBLVERSION};
@@ -39,11 +40,10 @@ void moveTo(Control& control, const Spot& spot) {
     control.move(place);
 }
 
-void moveCornerTo(Control& control, const Spot& corner) {
-    TwipsRect place = control.place();
-    place.left = corner.left * display::twipsPerPixelX() - place.width;
-    place.top = corner.top * display::twipsPerPixelY() - place.height;
-    control.move(place);
+/// The button keeps its size on the picture, whatever the resolution.
+void moveButton() {
+    cmdOK.move({okSpot.left * display::twipsPerPixelX(), okSpot.top * display::twipsPerPixelY(),
+                okWidth * display::twipsPerPixelX(), okHeight * display::twipsPerPixelY()});
 }
 
 void Form_Load() {
@@ -55,7 +55,7 @@ void Form_Load() {
         lblVersion.setTextColour(textColour);
         lblNotice.setTextColour(textColour);
         moveTo(lblNotice, noticeSpot);
-        moveCornerTo(cmdOK, okCorner);
+        moveButton();
         Glb_CentreForm(frmSplash);
         lblVersion.setCaption(formatMsg("Version %1.%2.%3.%4", "19", "2", "NC", "06"));
         lblNotice.setCaption(notice);

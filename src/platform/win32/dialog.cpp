@@ -21,12 +21,13 @@ void missing(const Control& control) {
 }
 
 /// A picture has its size in pixels at every resolution; so has what is written on it.
-void fitToPicture(const Control& label) {
+void fitToPicture(const Control& control) {
     constexpr int letterPixels = 11;
-    label.native->font = Font{CreateFontA(-letterPixels, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
-                                          DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                          DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, "MS Shell Dlg")};
-    SendMessageA(label.native->window, WM_SETFONT, reinterpret_cast<WPARAM>(label.native->font.get()), FALSE);
+    control.native->font = Font{CreateFontA(-letterPixels, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                                            DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                                            DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, "MS Shell Dlg")};
+    SendMessageA(control.native->window, WM_SETFONT, reinterpret_cast<WPARAM>(control.native->font.get()),
+                 FALSE);
 }
 
 void attachAll(const Form& form, HWND window) {
@@ -40,8 +41,8 @@ void attachAll(const Form& form, HWND window) {
             control->kind() == ControlKind::image ? createImage(child) : new Control::Native{child};
         attachControl(*control, native);
         filterKeys(*control);
-        const bool onPicture = form.kind() == FormKind::picture && control->kind() == ControlKind::label;
-        if (onPicture) fitToPicture(*control);
+        const bool hasText = control->kind() == ControlKind::label || control->kind() == ControlKind::button;
+        if (form.kind() == FormKind::picture && hasText) fitToPicture(*control);
     }
 }
 

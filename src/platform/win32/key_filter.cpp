@@ -26,6 +26,14 @@ bool asksForButtonKey(LPARAM lParam) {
     return (message.message == WM_KEYDOWN || message.message == WM_CHAR) && pressesButton(message.wParam);
 }
 
+bool held(int key) { return GetKeyState(key) < 0; }
+
+bool pastes(WPARAM key) {
+    if (held(VK_MENU)) return false;
+    return (key == 'V' && held(VK_CONTROL) && !held(VK_SHIFT)) ||
+           (key == VK_INSERT && held(VK_SHIFT) && !held(VK_CONTROL));
+}
+
 /// What is pasted passes the same sieve as what is typed. Keys that press buttons, and other control
 /// characters, are left out.
 void typePasted(const Control& control, HWND window) {
@@ -47,6 +55,12 @@ LRESULT CALLBACK filterProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         case WM_GETDLGCODE:
             if (filtered && asksForButtonKey(lParam)) {
                 return DefSubclassProc(window, message, wParam, lParam) | DLGC_WANTALLKEYS;
+            }
+            break;
+        case WM_KEYDOWN:
+            if (filtered && pastes(wParam)) {
+                typePasted(control, window);
+                return 0;
             }
             break;
         case WM_PASTE:

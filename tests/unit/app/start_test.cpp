@@ -128,7 +128,8 @@ protected:
 
 TEST_F(Closing, ThePlaceIsSaved) {
     EXPECT_TRUE(close());
-    EXPECT_EQ(happened(), (Lines{"ini Settings Window 1200 900", "window frmterm unload", "exit"}));
+    EXPECT_EQ(happened(),
+              (Lines{"ini Settings Window 1200 900", "help 18 0", "window frmterm unload", "exit"}));
 }
 
 TEST_F(Closing, ASessionIsDroppedOnlyWhenTheUserAgrees) {
@@ -150,7 +151,8 @@ TEST_F(Closing, CancelKeepsTheWindowButItsPlaceIsSavedAndItsTimerStopped) {
     EXPECT_EQ(happened(),
               (Lines{"ini Settings Window 1200 900",
                      "box Zentora Terminal Emulator Save changes to profile: (untitled)? YesNoCancel "
-                     "question Cancel"}));
+                     "question Cancel",
+                     "help 18 0"}));
     EXPECT_FALSE(tmrGen.enabled());
     EXPECT_TRUE(frmterm.loaded());
 }

@@ -6,10 +6,13 @@
 
 #include "app/menus.h"
 #include "app/program_fixture.h"
+#include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
 #include "connection/session_state.h"
+#include "connection/ssh_helpers.h"
 #include "connection/transport_controls.h"
+#include "platform/headless/process.h"
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
@@ -56,7 +59,7 @@ protected:
     static void expectIdle() {
         headless::advance(5000);
         EXPECT_FALSE(g_bConnectActive);
-        EXPECT_FALSE(g_bSSHMode);
+        EXPECT_EQ(g_bSSHMode, g_iConnectType == connectType::ssh);
         EXPECT_FALSE(comnet2.connected());
         EXPECT_FALSE(comser.portOpen());
         EXPECT_TRUE(mnuconnitem.entry(0).enabled);
@@ -136,6 +139,37 @@ TEST_F(Reconnection, Modem) {
     EXPECT_EQ(boxes().size(), 500U);
     expectIdle();
     EXPECT_EQ(timersInUse(), 1) << "the poll of a modem line stays registered";
+}
+
+TEST_F(Reconnection, SshBridge) {
+    connectAs("ssh");
+    headless::setForwardDelay(300);
+    for (int n = 0; n < sessions; ++n) {
+        ASSERT_TRUE(headless::chooseMenu(n == 0 ? mnuprofitem : mnuconnitem,
+                                         static_cast<std::int16_t>(n == 0 ? 5 : 0)));
+        then([] { headless::socketConnects(comnet2); });
+        thenWait(350);
+        for (const char c : std::string_view{"bob\rsecret\r"}) frmterm.onKeyPress.raise(std::int16_t{c});
+        ASSERT_TRUE(g_bConnectActive) << "session " << n;
+        ASSERT_TRUE(sshHelperRecorded());
+        // by turns the user and the host end it
+        if (n % 2 == 0) {
+            disconnect();
+        } else {
+            headless::socketCloses(comnet2);
+        }
+        ASSERT_FALSE(g_bConnectActive) << "session " << n;
+        ASSERT_FALSE(sshHelperRecorded());
+        ASSERT_EQ(timersInUse(), 0);
+        ASSERT_EQ(g_sSSHPassword, "");
+        steps.clear();
+    }
+    EXPECT_EQ(count("process", "op", "start"), 2000U);
+    EXPECT_EQ(count("process", "op", "terminate"), 2000U);
+    EXPECT_EQ(count("socket", "op", "connect"), 1000U);
+    EXPECT_EQ(count("socket", "op", "close"), 1000U);
+    EXPECT_EQ(boxes().size(), 500U);
+    expectIdle();
 }
 
 TEST_F(Reconnection, GivenUpAttempts) {

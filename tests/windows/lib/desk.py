@@ -127,8 +127,14 @@ class Desk(Program):
 
 
 def clipboard():
-    """What any other program would get from the clipboard now, or None."""
-    done = subprocess.run(["xclip", "-selection", "clipboard", "-out"], capture_output=True, timeout=10)
+    """What any other program would get from the clipboard now, or None.
+
+    Wine leaves who asks for an empty one without an answer.
+    """
+    try:
+        done = subprocess.run(["xclip", "-selection", "clipboard", "-out"], capture_output=True, timeout=3)
+    except subprocess.TimeoutExpired:
+        return None
     # Between Windows and X, line ends are translated.
     return done.stdout.decode("latin-1").replace("\n", "\r\n") if done.returncode == 0 else None
 

@@ -2,17 +2,22 @@
 
 import contextlib
 import os
+import pty
+import select
 import shutil
+import signal
 import socket
 import subprocess
 import tempfile
 import threading
+import time
 from pathlib import Path
 
-from program import BUILD, PATIENCE, ROOT, Failure, Skip, waitFor
+from program import BUILD, PATIENCE, ROOT, Skip, waitFor
 
 TELNET = 23  # the port behind every tunnel, on the server's own loopback
 HOST = "127.0.0.1"
+IAC, DO, TERMINAL_TYPE, TERMINAL_SPEED = 255, 253, 24, 32
 
 
 def programFolder(parent):
@@ -22,7 +27,7 @@ def programFolder(parent):
         raise Skip(f"there is no SSH client for Windows: {made.stderr.strip()}")
     folder = Path(parent) / "program"
     folder.mkdir()
-    for name in ("qxterm-probe.exe", "zpt_ssh.exe", "zpt_tnetd.exe", "QXTERM.ttf"):
+    for name in ("qxterm-probe.exe", "zpt_ssh.exe", "zpt_tnetd.exe", "QXTERM.ttf", "tmspl16.dat", "enu_te.chm"):
         shutil.copy(BUILD / name, folder)
     shutil.copy(made.stdout.strip(), folder / "plink.exe")
     return folder
@@ -123,12 +128,29 @@ class BehindTheTunnel:
         self._listener.close()
 
 
-def telnetDaemon(connection):
-    """The system's telnet daemon on one connection."""
-    program = shutil.which("in.telnetd", path="/usr/sbin")
-    if program is None:
-        raise Failure("there is no in.telnetd: tools/setup/install.sh peers")
-    subprocess.run([program, "-h"], stdin=connection, stdout=connection, stderr=subprocess.DEVNULL, check=False)
+def loginService(connection):
+    """Login and shell, with a telnet server's requests in front. Goes on without the answers to them: the program keeps
+    what comes before the login prompt of an SSH session to itself."""
+    connection.sendall(bytes([IAC, DO, TERMINAL_TYPE, IAC, DO, TERMINAL_SPEED]))
+    time.sleep(0.3)
+    process, terminal = pty.fork()
+    if process == 0:
+        os.execve("/bin/login", ["login"], {"TERM": "qxterm", "PATH": "/usr/bin:/bin"})
+    try:
+        while True:
+            ready = select.select([connection, terminal], [], [])[0]
+            if connection in ready:
+                block = connection.recv(4096)
+                if not block:
+                    return
+                os.write(terminal, block)
+            if terminal in ready:
+                connection.sendall(os.read(terminal, 4096))  # fails once the shell is gone
+    finally:
+        os.close(terminal)
+        with contextlib.suppress(ProcessLookupError):
+            os.kill(process, signal.SIGKILL)
+        os.waitpid(process, 0)
 
 
 def helpers():

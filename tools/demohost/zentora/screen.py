@@ -199,8 +199,9 @@ class Screen:
         self._clearRegion()
 
     def deleteLines(self, row, bottom, count):
-        """Deletes count lines at row; lines down to bottom move up. At most bottom - row lines can be deleted."""
-        assert 0 < count <= bottom - row
+        """Deletes count lines at row; lines down to bottom move up. At most half of them: the terminal leaves the
+        middle where it was when there are more."""
+        assert 0 < 2 * count <= bottom - row + 1
         self._setRegion(row, bottom)
         self._moveTo(row, 0)
         self._out.append(f"\x1b[{count}M")
@@ -209,8 +210,8 @@ class Screen:
         self._clearRegion()
 
     def insertLines(self, row, bottom, count):
-        """Inserts count blank lines at row; lines down to bottom move down. Inserting all the rest does nothing."""
-        assert 0 < count <= bottom - row
+        """Inserts count blank lines at row; lines down to bottom move down. At most half of them, as above."""
+        assert 0 < 2 * count <= bottom - row + 1
         self._setRegion(row, bottom)
         self._moveTo(row, 0)
         self._out.append(f"\x1b[{count}L")
