@@ -39,11 +39,12 @@ public:
     /// cannot be set. Closing a closed port and opening an open one do nothing.
     void setPortOpen(bool open);
     [[nodiscard]] bool portOpen() const;
-    /// Break state of the line; nothing on a closed port.
+    /// Break state of the line; nothing on a closed port. Once begun, a break stays on the line for 250 ms at
+    /// least; closing the port ends it.
     void setBreak(bool on);
     [[nodiscard]] bool carrierHolding() const;
     [[nodiscard]] std::int16_t commEvent() const;
-    /// Number of characters waiting; 0 on a closed port.
+    /// Number of characters that have come and been announced; 0 on a closed port.
     [[nodiscard]] std::int32_t inBufferCount() const;
     [[nodiscard]] std::string input();
     /// Sends the text; bytes sent to a closed port are dropped.
