@@ -34,6 +34,26 @@ std::string joined(const Names& names) {
     return text;
 }
 
+bool among(const std::vector<std::string>& names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+/// The known names, and behind them those that only the file holds: what a read cut off, and what another
+/// window of the program has added meanwhile.
+std::vector<std::string> namesToKeep(const std::string& added) {
+    const std::string whole = getWholePrivateProfileString(settingsSection, "Profiles");
+    const std::vector<std::string> inFile = splitAtBlanks(whole);
+    std::vector<std::string> names = profileNames;
+    if (whole.size() >= static_cast<std::size_t>(profileBufferSize)) {
+        // The last name read may be the beginning of one.
+        std::erase_if(names, [&](const std::string& name) { return name != added && !among(inFile, name); });
+    }
+    for (const std::string& name : inFile) {
+        if (!among(names, name)) names.push_back(name);
+    }
+    return names;
+}
+
 }  // namespace
 
 std::int16_t profileCount() { return toInt16(static_cast<std::int64_t>(profileNames.size())); }
@@ -52,7 +72,7 @@ bool knownProfile(std::string_view name) {
 
 void addProfileName(const std::string& name) {
     if (!knownProfile(name)) profileNames.push_back(name);
-    writePrivateProfileString(settingsSection, "Profiles", joined(profileNames));
+    writePrivateProfileString(settingsSection, "Profiles", joined(namesToKeep(name)));
 }
 
 void reOrderProf(const std::string& name) {

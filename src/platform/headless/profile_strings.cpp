@@ -88,6 +88,11 @@ std::string getPrivateProfileString(std::string_view section, std::string_view k
     return headless::cut(value != nullptr ? headless::asRead(*value) : fallback);
 }
 
+std::string getWholePrivateProfileString(std::string_view section, std::string_view key) {
+    const std::string* value = headless::findValue(section, key);
+    return value != nullptr ? std::string{headless::asRead(*value)} : std::string{};
+}
+
 void writePrivateProfileString(std::string_view section, std::string_view key, std::string_view value) {
     headless::putIni(section, key, value);
     headless::record(

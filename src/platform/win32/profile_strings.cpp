@@ -23,6 +23,20 @@ std::string getPrivateProfileString(std::string_view section, std::string_view k
     return {buffer.data(), length};
 }
 
+std::string getWholePrivateProfileString(std::string_view section, std::string_view key) {
+    constexpr std::size_t longest = std::size_t{1} << 20U;
+    std::string value;
+    for (std::size_t size = 4096;; size *= 2) {
+        value.resize(size);
+        const DWORD length = GetPrivateProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
+                                                      "", value.data(), static_cast<DWORD>(size), fileName);
+        if (length + 1 < size || size >= longest) {
+            value.resize(length);
+            return value;
+        }
+    }
+}
+
 void writePrivateProfileString(std::string_view section, std::string_view key, std::string_view value) {
     WritePrivateProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
                                std::string{value}.c_str(), fileName);

@@ -4,6 +4,7 @@
 #include "app/program_fixture.h"
 #include "config/ini_file.h"
 #include "connection/session_state.h"
+#include "platform/headless/profile_strings.h"
 
 namespace qxterm::testing {
 namespace {
@@ -96,6 +97,30 @@ TEST_F(ProfileLists, AListOfAThousandProfilesIsReadAsFarAsOneReadGoes) {
     EXPECT_EQ(profileNames.front(), "1000");
     EXPECT_EQ(profileNames[101], "1101");
     EXPECT_EQ(profileNames.back(), "11");
+}
+
+TEST_F(ProfileLists, NamesThatAnotherWindowAddedStayInTheFile) {
+    putSettings({{"Profiles", "alpha"}});
+    start();
+    headless::putIni("Settings", "Profiles", "alpha other ");
+    records.clear();
+    addProfileName("mine");
+    EXPECT_EQ(happened(), (Names{"ini Settings Profiles alpha mine other "}));
+}
+
+// A read takes 512 characters: here the names n100 to n201, five characters each with their blank, and "n2"
+// of the next.
+TEST_F(ProfileLists, NamesThatAReadCutsOffStayInTheFile) {
+    std::string all;
+    for (int n = 100; n < 300; ++n) all += 'n' + std::to_string(n) + ' ';
+    putSettings({{"Profiles", all.c_str()}});
+    start();
+    ASSERT_EQ(profileNames.size(), 103U);
+    EXPECT_EQ(profileNames.back(), "n2");
+    records.clear();
+    addProfileName("mine");
+    const std::string front = all.substr(0, 510);
+    EXPECT_EQ(happened(), (Names{"ini Settings Profiles " + front + "mine " + all.substr(510)}));
 }
 
 }  // namespace
