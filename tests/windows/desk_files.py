@@ -1,0 +1,74 @@
+"""Files that nobody should have written: the program starts with any qxterm.ini and loses nothing of it."""
+
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
+from desk import Desk  # noqa: E402
+from program import check, checkEqual, iniPath, run  # noqa: E402
+
+LOOP = b"[kept]\r\nconnect=loop\r\nFont=small\r\nnote=of another program\r\n"
+SETTINGS = b"[Settings]\r\nProfiles=kept \r\nOrder=kept \r\nColour=blue\r\n"
+
+
+def survives(what, content, profile="kept", saved=True):
+    """Starts with the content, connects the profile by its menu entry where it is listed, closes; the file keeps what it held."""
+    iniPath().write_bytes(content)
+    with Desk() as desk:
+        desk.waitCaption("(untitled)")
+        if profile:
+            desk.menu("p", "1")
+            desk.waitCaption(profile)
+            desk.waitState("g_bConnectActive", True)
+            desk.gone("frmConn")
+            desk.type("alive")
+            desk.waitText("alive", row=0)
+            desk.connectionMenu("d")
+            desk.waitState("g_bConnectActive", False)
+            if saved:
+                desk.menu("p", "s")
+        checkEqual(desk.ask("state")["g_lPortForwardStart"], 3000, f"{what}: the port range")
+    after = iniPath().read_bytes()
+    for line in content.split(b"\r\n"):
+        if b"=" in line and not line.startswith((b"Profiles", b"Order", b"Font", b"connect")):
+            check(line.split(b"=", 1)[1] in after, f"{what}: {line[:40]!r} is still in the file")
+    return after
+
+
+def emptyAndHeadless():
+    survives("an empty file", b"", profile="")
+    survives("no section at all", b"Profiles=kept\r\nColour=red\r\n;[Settings\r\n]]\r\n", profile="")
+
+
+def twoEqualSections():
+    survives("two equal sections", SETTINGS + LOOP + b"[kept]\r\nconnect=net\r\nsecond=yes\r\n[Settings]\r\nOther=1\r\n")
+
+
+def longValues():
+    long = b"x" * 60000
+    after = survives("a value of 60,000 characters", SETTINGS + LOOP + b"host=" + long + b"\r\n", saved=False)
+    check(long in after, "the long value is whole")
+
+
+def tenMegabytes():
+    filler = b"".join(b"[section%d]\r\nkey=%s\r\n" % (n, b"v" * 1000) for n in range(10000))
+    after = survives("10 MB", SETTINGS + LOOP + filler)
+    checkEqual(after.count(b"key=" + b"v" * 1000), 10000, "the other sections")
+
+
+def readOnly():
+    path = iniPath()
+    content = SETTINGS + LOOP
+    path.write_bytes(content)
+    path.chmod(0o444)
+    try:
+        with Desk() as desk:
+            desk.menu("p", "1")
+            desk.waitCaption("kept")
+            desk.gone("frmConn")
+            check(desk.ask("state")["g_bConnectActive"], "a read-only file is read")
+    finally:
+        path.chmod(0o644)
+
+
+run(emptyAndHeadless, twoEqualSections, longValues, tenMegabytes, readOnly)
