@@ -26,7 +26,7 @@ Parsed<RelayRequest> parseRelayRequest(const std::vector<std::string_view>& argu
     if (version != "4" && version != "6" && version != "0") return refused("the IP version is not 4, 6 or 0");
     if (arguments.size() == withLogin && !isLogin(arguments[4]))
         return refused("the login name cannot be used");
-    return {{*local, *forward, version.front() - '0'}, {}};
+    return {{*local, *forward}, {}};
 }
 
 }  // namespace zpt

@@ -11,10 +11,9 @@ namespace zpt {
 /// What zpt_tnetd is asked for.
 struct RelayRequest {
     std::uint16_t localPort = 0;    ///< where the terminal connects
-    std::uint16_t forwardPort = 0;  ///< where the SSH client listens
-    int ipVersion = 0;              ///< 4 or 6: of the SSH connection; 0 is unknown
+    std::uint16_t forwardPort = 0;  ///< where zpt_ssh listens
 
-    /// The SSH client itself listens where the terminal connects: there is nothing to relay.
+    /// zpt_ssh itself listens where the terminal connects: there is nothing to relay.
     [[nodiscard]] bool idle() const { return localPort == forwardPort; }
 };
 

@@ -10,13 +10,12 @@
 #include "diag/error_trap.h"
 #include "diag/trace_log.h"
 #include "platform/event_loop.h"
-#include "platform/port_table.h"
 #include "platform/process.h"
 
 namespace qxterm {
 namespace {
 
-constinit HelperProcess sshClient{"zpt_ssh"};
+constinit HelperProcess sshClient{"zpt_ssh", "ZPT_SSH_READY"};
 constinit HelperProcess relay{"zpt_tnetd"};
 
 /// Counts the starts: a wait that events have overtaken by another start is over.
@@ -41,12 +40,13 @@ void endHelper(HelperProcess& helper) {
     });
 }
 
-/// Connecting before the forward is there would only be refused; the client opens it once the login on the
-/// SSH server has succeeded, which may take seconds.
-void awaitForward(std::int32_t forwardPort) {
+/// Connecting before the forward is there would only be refused, or meet another program that has taken the
+/// port since it was found free. The client tells when it listens: once the login on the SSH server has
+/// succeeded, or after some seconds in which that was not decided.
+void awaitForward() {
     const std::uint32_t start = starts;
     for (std::int32_t waited = 0; waited < longestForwardWait; waited += forwardCheckPeriod) {
-        if (sshClient.ended() || portListening(static_cast<std::uint16_t>(forwardPort))) break;
+        if (sshClient.ended() || sshClient.ready()) break;
         sshClient.waitRunningEvents(forwardCheckPeriod);
         // The user may have disconnected meanwhile, or even connected anew.
         if (start != starts || !sshClient.recorded() || eventLoop::ending()) return;
@@ -104,7 +104,7 @@ void StartSSH(const std::string& host, const std::string& login, std::int32_t lo
         });
         if (!started) return;
         (void)relay.start(relayCommand(route), StandardHandles::none);
-        awaitForward(forwardPort);
+        awaitForward();
     });
 }
 

@@ -16,7 +16,4 @@ struct PortTables {
 /// Reads both tables of the system into the caller's. A table that the system does not give stays empty.
 void readPortTables(PortTables& tables);
 
-/// True when something on this machine listens on the TCP port.
-[[nodiscard]] bool portListening(std::uint16_t port);
-
 }  // namespace qxterm

@@ -23,8 +23,11 @@ struct EnvironmentValue {
 /// and it never outlives the program: when that ends, in whatever way, the system ends the helper too.
 class HelperProcess {
 public:
-    /// name: of the program file, without its extension.
-    constexpr explicit HelperProcess(const char* name) : name_{name} {}
+    /// name: of the program file, without its extension. readyVariable: the environment variable in which the
+    /// helper finds the number of an inherited event handle, to be set when it is ready to serve; without one
+    /// it never is.
+    constexpr explicit HelperProcess(const char* name, const char* readyVariable = nullptr)
+        : name_{name}, readyVariable_{readyVariable} {}
     HelperProcess(const HelperProcess&) = delete;
     HelperProcess& operator=(const HelperProcess&) = delete;
 
@@ -38,6 +41,8 @@ public:
     [[nodiscard]] bool recorded() const { return native != nullptr; }
     /// True when a recorded process has ended, and when none is recorded.
     [[nodiscard]] bool ended() const;
+    /// True once the recorded process has told that it is ready to serve.
+    [[nodiscard]] bool ready() const;
     /// Runs the program's events until the process has ended or the time is over. Events can close this
     /// process, or start it anew.
     void waitRunningEvents(std::int32_t milliseconds);
@@ -56,6 +61,7 @@ public:
 
 private:
     const char* name_;
+    const char* readyVariable_;
 };
 
 }  // namespace qxterm

@@ -1,6 +1,7 @@
 """Sessions through an SSH server: the local prompt, the tunnel, the login behind it, and every way in which it fails."""
 
 import contextlib
+import os
 import signal
 import socket
 import sys
@@ -9,9 +10,10 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
+from peers import Peer, TelnetDaemon  # noqa: E402
 from program import Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
-from ssh_server import (HOST, BehindTheTunnel, SshServer, freePort, helpers, loginService,  # noqa: E402
-                        noHelpers, programFolder)
+from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, noHelpers,  # noqa: E402
+                        programFolder, startingClient)
 
 OPENING = f"Opening SSH connection to host: {HOST}"
 TIMED_OUT = "The connection as timed out"
@@ -22,6 +24,7 @@ folder = programFolder(scratch.name)
 
 
 def profile(port):
+    """port: of the SSH server."""
     writeProfiles({"tunnel": {"connect": "ssh", "host": HOST, "SSHnetport": port, "Font": "large"}}, timeout=TIMEOUT)
 
 
@@ -38,6 +41,12 @@ def logIn(program, name, word):
     program.key("Return")
     program.type(word)
     program.key("Return")
+
+
+def atTheShell(program):
+    program.waitText("ready>", seconds=30)
+    # Until it has gone, it is the one that gets the keys.
+    program.waitForm("frmConn", loaded=False)
 
 
 def attemptFails(program):
@@ -60,15 +69,15 @@ def idle(program):
 
 
 class Tunnel:
-    """A user, a server that knows the user's key, and a client that knows the server."""
+    """A user, a server that knows the user's key, a client that knows the server, and the telnet daemon behind it."""
 
-    def __init__(self, knownKey=True, serve=loginService):
-        self._knownKey, self._serve = knownKey, serve
+    def __init__(self, knownKey=True):
+        self._knownKey = knownKey
 
     def __enter__(self):
         with contextlib.ExitStack() as stack:
             self.name, self.word, _ = stack.enter_context(testUser())
-            self.behind = stack.enter_context(BehindTheTunnel(self._serve))
+            self.behind = stack.enter_context(TelnetDaemon(TELNET))
             self.server = stack.enter_context(SshServer(self.name))
             self.server.introduce(self._knownKey)
             profile(self.server.port)
@@ -85,8 +94,7 @@ def session():
         program.type(tunnel.name + "x")
         program.key("BackSpace")
         logIn(program, "", tunnel.word)
-        program.waitText("ready>", seconds=30)
-        program.waitForm("frmConn", loaded=False)
+        atTheShell(program)
         check(tunnel.word not in program.page(), f"the password is shown:\n{program.page()}")
         lines = sorted(helpers().values())
         check(any("zpt_ssh -no-antispoof" in text and f"-P {tunnel.server.port} -4 -ssh -L" in text for text in lines)
@@ -102,7 +110,7 @@ def session():
 
         program.connectionMenu("c")
         logIn(program, tunnel.name, tunnel.word)
-        program.waitText("ready>", seconds=30)
+        atTheShell(program)
         program.type("exit")
         program.key("Return")
         program.clickButton(program.messageBox("The connection has been dropped"), "OK")
@@ -110,7 +118,7 @@ def session():
 
         program.connectionMenu("c")
         logIn(program, tunnel.name, tunnel.word)
-        program.waitText("ready>", seconds=30)
+        atTheShell(program)
         check(helpers(), "helpers run")
         program.process.send_signal(signal.SIGKILL)
         program.process.wait()
@@ -129,7 +137,7 @@ def wrongPassword():
         waitFor(lambda: program.page().count("Password:") >= 1, "the next password prompt")
         program.type(tunnel.word)
         program.key("Return")
-        program.waitText("ready>", seconds=30)
+        atTheShell(program)
         program.connectionMenu("d")
         idle(program)
 
@@ -160,7 +168,7 @@ def helperMissing():
             away.rename(helper)
             program.connectionMenu("c")
             logIn(program, tunnel.name, tunnel.word)
-            program.waitText("ready>", seconds=30)
+            atTheShell(program)
             program.connectionMenu("d")
             idle(program)
     finally:
@@ -187,10 +195,65 @@ def forwardPortTaken():
             stack.enter_context(socket.create_server((HOST, 3000)))
         with Tunnel() as tunnel, atThePrompt() as program:
             logIn(program, tunnel.name, tunnel.word)
-            program.waitText("ready>", seconds=30)
+            atTheShell(program)
             check(not any("-L 3000:" in text for text in helpers().values()), f"the taken port is used: {helpers()}")
             program.connectionMenu("d")
             idle(program)
 
 
-run(session, wrongPassword, serverDown, hostKeyUnknown, helperMissing, clientMissing, forwardPortTaken)
+def takePortOfStartingClient():
+    """A peer at the port that the client is about to take, or None when the client was faster."""
+    client, port = waitFor(startingClient, "the client starts", pause=0)
+    os.kill(client, signal.SIGSTOP)
+    try:
+        return Peer(onConnect=lambda one: one.sendall(b"login: "), port=port)
+    except OSError:
+        return None
+    finally:
+        os.kill(client, signal.SIGCONT)
+
+
+def portTakenMeanwhile():
+    """Another program takes the port between the search for it and its use: it never sees the login."""
+    with testUser() as (name, word, _):
+        profile(freePort())
+        with atThePrompt() as program:
+            logIn(program, name, word)
+            while (stranger := takePortOfStartingClient()) is None:
+                attemptFails(program)
+                program.connectionMenu("c")
+                logIn(program, name, word)
+            with stranger:
+                program.waitText("login:")
+                stranger.send(b"\r\nPassword:")
+                program.waitText("Password:")
+                checkEqual(bytes(stranger.received), b"", "what the stranger gets")
+                noHelpers("after the client could not have the port")
+                program.connectionMenu("d")
+                idle(program)
+
+
+def slowLogin():
+    """The server takes longer than the program waits for a tunnel; the session comes up all the same."""
+    with Tunnel() as tunnel, SlowWay(tunnel.server, seconds=13) as way:
+        profile(way.port)
+        with atThePrompt() as program:
+            logIn(program, tunnel.name, tunnel.word)
+            atTheShell(program)
+            program.connectionMenu("d")
+            idle(program)
+
+
+def slowLoginThatFails():
+    """A connection that waits for the login ends with it."""
+    with Tunnel() as tunnel, SlowWay(tunnel.server, seconds=11, arrives=False) as way:
+        profile(way.port)
+        with atThePrompt() as program:
+            logIn(program, tunnel.name, tunnel.word)
+            program.clickButton(program.messageBox("The connection has been dropped"), "OK")
+            idle(program)
+        checkEqual(tunnel.behind.accepted, 0, "connections through the tunnel")
+
+
+run(session, wrongPassword, serverDown, hostKeyUnknown, helperMissing, clientMissing, forwardPortTaken,
+    portTakenMeanwhile, slowLogin, slowLoginThatFails)

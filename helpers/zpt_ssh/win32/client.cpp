@@ -8,6 +8,7 @@
 #include "common/win32/handle.h"
 #include "zpt_ssh/client_arguments.h"
 #include "zpt_ssh/last_words.h"
+#include "zpt_ssh/win32/listeners.h"
 
 namespace zpt {
 namespace {
@@ -25,6 +26,8 @@ Handle endingJob() {
     if (job) SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
     return job;
 }
+
+constexpr UINT endedByHelper = 1;
 
 constexpr SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
 
@@ -67,39 +70,71 @@ std::optional<ClientCommand> findClient(const SshRequest& request) {
     return std::nullopt;
 }
 
-std::optional<ClientEnd> runClient(const ClientCommand& command) {
+struct Client::Process {
     Handle job = endingJob();
-    const Handle nothing = openNothing();
     OutputPipe output;
-    if (!job || !nothing || !output.read) return std::nullopt;
+    Handle handle;
+    LastWords words;
+    std::thread reader;
+};
+
+Client::Client() : process_{std::make_unique<Process>()} {}
+
+Client::~Client() {
+    process_->job.close();
+    if (process_->reader.joinable()) process_->reader.join();
+}
+
+bool Client::start(const ClientCommand& command) {
+    Process& self = *process_;
+    const Handle nothing = openNothing();
+    if (!self.job || !nothing || !self.output.read) return false;
 
     STARTUPINFOA info{};
     info.cb = sizeof info;
     info.dwFlags = STARTF_USESTDHANDLES;
     info.hStdInput = nothing.get();
-    info.hStdOutput = output.write.get();
-    info.hStdError = output.write.get();
+    info.hStdOutput = self.output.write.get();
+    info.hStdError = self.output.write.get();
     std::string line = command.commandLine;  // the system may write into it
     PROCESS_INFORMATION created{};
     // Suspended until it belongs to the job: there is no moment at which it could outlive this helper.
     if (CreateProcessA(command.file.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
                        nullptr, &info, &created) == 0) {
-        return std::nullopt;
+        return false;
     }
-    const Handle process{created.hProcess};
+    self.handle = Handle{created.hProcess};
     const Handle thread{created.hThread};
-    AssignProcessToJobObject(job.get(), process.get());
-    output.write.close();
-    LastWords words;
-    std::thread reader{readToEnd, output.read.get(), std::ref(words)};
+    AssignProcessToJobObject(self.job.get(), self.handle.get());
+    self.output.write.close();
+    self.reader = std::thread{readToEnd, self.output.read.get(), std::ref(self.words)};
     ResumeThread(thread.get());
+    return true;
+}
 
-    WaitForSingleObject(process.get(), INFINITE);
+bool Client::running() const { return WaitForSingleObject(process_->handle.get(), 0) == WAIT_TIMEOUT; }
+
+bool Client::listensOn(std::uint16_t port) const {
+    for (const std::uint32_t owner : listenersOf(port)) {
+        if (owner == unknownProcess) return true;
+        const Handle process{OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, owner)};
+        BOOL inside = FALSE;
+        if (process && IsProcessInJob(process.get(), process_->job.get(), &inside) != 0 && inside != FALSE)
+            return true;
+    }
+    return false;
+}
+
+void Client::end() { TerminateJobObject(process_->job.get(), endedByHelper); }
+
+ClientEnd Client::wait() {
+    Process& self = *process_;
+    WaitForSingleObject(self.handle.get(), INFINITE);
     DWORD code = 0;
-    GetExitCodeProcess(process.get(), &code);
-    job.close();  // what the client left behind ends now, and with it the last hold on the pipe
-    reader.join();
-    return ClientEnd{code, words.line()};
+    GetExitCodeProcess(self.handle.get(), &code);
+    end();  // what the client left behind, and with it the last hold on the pipe
+    self.reader.join();
+    return {code, self.words.line()};
 }
 
 }  // namespace zpt

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -24,9 +25,29 @@ struct ClientEnd {
     std::string lastLine;  ///< the last line that it printed; may be empty
 };
 
-/// Runs the client until it ends: without a shell, without input, its output read and dropped but for the
-/// last line. When the helper itself is ended, in whatever way, the client and what it started end too.
-/// Nothing when it cannot be started.
-[[nodiscard]] std::optional<ClientEnd> runClient(const ClientCommand& command);
+/// A client that runs: without a shell, without input, its output read and dropped but for the last line.
+/// When the helper itself is ended, in whatever way, the client and what it started end too.
+class Client {
+public:
+    Client();
+    ~Client();
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    /// False when it cannot be started.
+    [[nodiscard]] bool start(const ClientCommand& command);
+    [[nodiscard]] bool running() const;
+    /// True when the client, or something that it started, listens on the TCP port; also when the system does
+    /// not tell who does.
+    [[nodiscard]] bool listensOn(std::uint16_t port) const;
+    /// Ends the client.
+    void end();
+    /// Waits until the client has ended.
+    [[nodiscard]] ClientEnd wait();
+
+private:
+    struct Process;
+    std::unique_ptr<Process> process_;
+};
 
 }  // namespace zpt

@@ -1,53 +1,92 @@
 #include <array>
+#include <charconv>
+#include <chrono>
+#include <cstdint>
 #include <string>
+#include <thread>
 
 #include "common/win32/console.h"
+#include "common/win32/handle.h"
 #include "common/win32/system.h"
 #include "zpt_ssh/request.h"
 #include "zpt_ssh/win32/client.h"
+#include "zpt_ssh/win32/forward.h"
 
 namespace {
 
 constexpr const char* helperName = "zpt_ssh";
 constexpr const char* loginVariable = "ZPT_SSH_LOGIN";
+constexpr const char* readyVariable = "ZPT_SSH_READY";
 
 // Exit codes of the helper itself; every other one is the client's.
 constexpr int wrongCommandLine = 2;
 constexpr int noClient = 3;
 constexpr int clientNotStarted = 4;
+constexpr int portTaken = 5;
 
-/// Takes the login name out of the environment: the client need not have it there too.
-std::string takeLogin() {
+/// For the host's last words to reach the terminal when the client has ended.
+constexpr std::chrono::seconds longestFarewell{2};
+
+/// Takes a value out of the environment: the client need not have it there too.
+std::string takeVariable(const char* name) {
     std::array<char, 1024> value{};
-    const DWORD length =
-        GetEnvironmentVariableA(loginVariable, value.data(), static_cast<DWORD>(value.size()));
-    SetEnvironmentVariableA(loginVariable, nullptr);
-    // A longer one is no login name; the check of the request will say so.
+    const DWORD length = GetEnvironmentVariableA(name, value.data(), static_cast<DWORD>(value.size()));
+    SetEnvironmentVariableA(name, nullptr);
+    // A longer one is neither a login name nor a number; the checks of both will say so.
     return length < value.size() ? std::string{value.data(), length} : std::string(value.size(), '?');
+}
+
+/// The event by which the terminal learns that it can connect; none when nobody waits for it.
+zpt::Handle takeReadiness() {
+    const std::string text = takeVariable(readyVariable);
+    std::uintptr_t number = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (text.empty() || read.ec != std::errc{} || read.ptr != text.data() + text.size()) return {};
+    const auto handle = reinterpret_cast<HANDLE>(number);
+    if (SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0) == 0) return {};
+    return zpt::Handle{handle};
+}
+
+int refuse(int code, const std::string& why) {
+    zpt::complain(helperName, why);
+    return code;
+}
+
+/// Runs the client, and the terminal's way to it, until the client ends; returns the client's exit code.
+int runSession(const zpt::ClientCommand& command, zpt::Forward& forward) {
+    zpt::Client client;
+    if (!client.start(command))
+        return refuse(clientNotStarted, "the SSH client cannot be started: " + command.file);
+    std::thread{[&] { forward.serve(client); }}.detach();
+    const zpt::ClientEnd end = client.wait();
+    forward.waitIdle(longestFarewell);
+    if (end.exitCode != 0 || !end.lastLine.empty()) {
+        zpt::complain(helperName, "the SSH client ended with code " + std::to_string(end.exitCode) +
+                                      (end.lastLine.empty() ? "" : ": " + end.lastLine));
+    }
+    // The serving thread ends with the process: nothing of what it uses may go before.
+    ExitProcess(end.exitCode);
 }
 
 }  // namespace
 
 int main(int count, char** values) {
     zpt::hardenProcess();
-    const auto parsed = zpt::parseSshRequest(zpt::argumentsOf(count, values), takeLogin());
-    if (!parsed.good()) {
-        zpt::complain(helperName, parsed.complaint);
-        return wrongCommandLine;
-    }
-    const auto client = zpt::findClient(parsed.request);
-    if (!client) {
-        zpt::complain(helperName, "there is neither plink.exe beside this program nor OpenSSH in the system");
-        return noClient;
-    }
-    const auto end = zpt::runClient(*client);
-    if (!end) {
-        zpt::complain(helperName, "the SSH client cannot be started: " + client->file);
-        return clientNotStarted;
-    }
-    if (end->exitCode != 0 || !end->lastLine.empty()) {
-        zpt::complain(helperName, "the SSH client ended with code " + std::to_string(end->exitCode) +
-                                      (end->lastLine.empty() ? "" : ": " + end->lastLine));
-    }
-    return static_cast<int>(end->exitCode);
+    const auto parsed = zpt::parseSshRequest(zpt::argumentsOf(count, values), takeVariable(loginVariable));
+    if (!parsed.good()) return refuse(wrongCommandLine, parsed.complaint);
+    zpt::SshRequest request = parsed.request;
+
+    // The address family that the client is told to use is the one that it listens with.
+    const auto address = request.ipVersion == 6 ? zpt::Loopback::six : zpt::Loopback::four;
+    const std::uint16_t port = request.forwardPort;
+    if (!zpt::startSockets() || (request.forwardPort = zpt::freeLoopbackPort(address)) == 0)
+        return refuse(portTaken, "this machine's loopback has no free port");
+    const zpt::Handle readiness = takeReadiness();
+    zpt::Forward forward{port, address, request.forwardPort, readiness.get()};
+    if (!forward.take()) return refuse(portTaken, "port " + std::to_string(port) + " is another program's");
+
+    const auto client = zpt::findClient(request);
+    if (!client)
+        return refuse(noClient, "there is neither plink.exe beside this program nor OpenSSH in the system");
+    return runSession(*client, forward);
 }

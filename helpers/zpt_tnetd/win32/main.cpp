@@ -22,8 +22,7 @@ int main(int count, char** values) {
     }
     // It lives until the terminal ends it, as the record of a session that is up.
     if (parsed.request.idle()) Sleep(INFINITE);
-    WSADATA data{};
-    if (WSAStartup(MAKEWORD(2, 2), &data) == 0) zpt::relayConnections(parsed.request);
+    zpt::relayConnections(parsed.request);
     zpt::complain(helperName, "port " + std::to_string(parsed.request.localPort) + " cannot be listened on");
     return cannotListen;
 }

@@ -1,7 +1,5 @@
 #include "platform/headless/port_table.h"
 
-#include "platform/headless/process.h"
-
 namespace qxterm {
 namespace headless {
 namespace {
@@ -22,7 +20,5 @@ void resetPortTables() { listed() = {}; }
 }  // namespace headless
 
 void readPortTables(PortTables& tables) { tables = headless::listed(); }
-
-bool portListening(std::uint16_t port) { return headless::listed().tcp[port] || headless::forwardOpen(); }
 
 }  // namespace qxterm

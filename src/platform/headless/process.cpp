@@ -113,6 +113,10 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles /*handle
 
 bool HelperProcess::ended() const { return native == nullptr || native->ended; }
 
+bool HelperProcess::ready() const {
+    return recorded() && readyVariable_ != nullptr && headless::forwardOpen();
+}
+
 void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {
     if (ended()) return;
     eventLoop::doEvents();

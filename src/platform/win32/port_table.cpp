@@ -76,15 +76,4 @@ void readPortTables(PortTables& tables) {
     eachRow<MIB_UDP6TABLE>(udp6Table(), udp);
 }
 
-bool portListening(std::uint16_t port) {
-    bool found = false;
-    eachRow<MIB_TCPTABLE>(tcpTable(), [&](const MIB_TCPROW& row) {
-        if (row.dwState == MIB_TCP_STATE_LISTEN && portOf(row.dwLocalPort) == port) found = true;
-    });
-    eachRow<MIB_TCP6TABLE>(tcp6Table(), [&](const MIB_TCP6ROW& row) {
-        if (row.State == MIB_TCP_STATE_LISTEN && portOf(row.dwLocalPort) == port) found = true;
-    });
-    return found;
-}
-
 }  // namespace qxterm

@@ -1,6 +1,9 @@
 #include "platform/process.h"
 
+#include <cstdint>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "platform/event_loop.h"
 #include "platform/program.h"
@@ -15,6 +18,8 @@ struct HelperProcess::Native {
     /// The program's ends of the pipes. Nobody reads or writes them: open, they keep the helper's ends whole.
     win32::KernelHandle toHelper;
     win32::KernelHandle fromHelper;
+    /// Set by the helper when it is ready.
+    win32::KernelHandle readiness;
 };
 
 namespace win32 {
@@ -52,13 +57,26 @@ struct Pipe {
     KernelHandle write;
 };
 
-/// The end that stays with the program is not for the child.
-void keep(const KernelHandle& end) { SetHandleInformation(end.get(), HANDLE_FLAG_INHERIT, 0); }
+/// What stays with the program is not for a child started later.
+void keep(const KernelHandle& handle) { SetHandleInformation(handle.get(), HANDLE_FLAG_INHERIT, 0); }
+
+/// An event that a child process inherits, not set.
+HANDLE inheritableEvent() {
+    SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    HANDLE const created = CreateEventA(&inheritable, TRUE, FALSE, nullptr);
+    if (created == nullptr) throw RunTimeError{errors::outOfMemory};
+    return created;
+}
+
+/// How a child process reads the handle that it inherits.
+std::string numberOf(const KernelHandle& handle) {
+    return std::to_string(reinterpret_cast<std::uintptr_t>(handle.get()));
+}
 
 /// Puts values into the program's environment for as long as it takes to start a child.
 class Environment {
 public:
-    explicit Environment(std::span<const EnvironmentValue> values) : values_{values} {
+    explicit Environment(std::vector<EnvironmentValue> values) : values_{std::move(values)} {
         for (const EnvironmentValue& one : values_) SetEnvironmentVariableA(one.name, one.value.c_str());
     }
     ~Environment() {
@@ -68,7 +86,7 @@ public:
     Environment& operator=(const Environment&) = delete;
 
 private:
-    std::span<const EnvironmentValue> values_;
+    std::vector<EnvironmentValue> values_;
 };
 
 std::string folderWithBackslash() {
@@ -109,15 +127,21 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
         info.hStdOutput = helperOutput.get();
         info.hStdError = helperOutput.get();
     }
+    std::vector<EnvironmentValue> variables{environment.begin(), environment.end()};
+    if (readyVariable_ != nullptr) {
+        started->readiness.reset(inheritableEvent());
+        variables.push_back({readyVariable_, numberOf(started->readiness)});
+    }
     const std::string folder = folderWithBackslash();
     const std::string file = folder + name_ + ".exe";
     std::string line{commandLine};  // the system may write into it
     PROCESS_INFORMATION created{};
-    const Environment values{environment};
+    const Environment values{std::move(variables)};
     if (CreateProcessA(file.c_str(), line.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr,
                        folder.c_str(), &info, &created) == 0) {
         return false;
     }
+    keep(started->readiness);
     started->process.reset(created.hProcess);
     started->thread.reset(created.hThread);
     if (jobOfHelpers() != nullptr) AssignProcessToJobObject(jobOfHelpers(), created.hProcess);
@@ -127,6 +151,11 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
 
 bool HelperProcess::ended() const {
     return native == nullptr || WaitForSingleObject(native->process.get(), 0) == WAIT_OBJECT_0;
+}
+
+bool HelperProcess::ready() const {
+    return native != nullptr && native->readiness &&
+           WaitForSingleObject(native->readiness.get(), 0) == WAIT_OBJECT_0;
 }
 
 void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {

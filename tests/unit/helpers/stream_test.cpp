@@ -1,4 +1,4 @@
-#include "zpt_tnetd/stream.h"
+#include "common/stream.h"
 
 #include <gtest/gtest.h>
 
@@ -65,6 +65,30 @@ TEST_F(StreamTest, TheEndFollowsTheLastByteAndIsToldOnce) {
     EXPECT_TRUE(stream->takeEnd());
     EXPECT_FALSE(stream->takeEnd());
     EXPECT_TRUE(stream->over());
+}
+
+TEST_F(StreamTest, WhatIsAppendedGoesOutInItsTurn) {
+    put("abc");
+    stream->append("12");
+    put("d");
+    EXPECT_EQ(waiting(), "abc12d");
+    EXPECT_EQ(stream->space(), Stream::capacity - 6);
+}
+
+TEST_F(StreamTest, ThereIsSpaceToAppendWhereverTheBytesStand) {
+    put(std::string(Stream::capacity - 1, 'x'));
+    stream->sent(Stream::capacity - 4);
+    ASSERT_EQ(stream->space(), Stream::capacity - 3);
+    stream->append(std::string(Stream::capacity - 3, 'y'));
+    EXPECT_EQ(stream->space(), 0U);
+    EXPECT_EQ(waiting(), "xxx" + std::string(Stream::capacity - 3, 'y'));
+}
+
+TEST_F(StreamTest, ItIsOpenUntilTheSenderEnds) {
+    put("abc");
+    EXPECT_TRUE(stream->open());
+    stream->endInput();
+    EXPECT_FALSE(stream->open());
 }
 
 }  // namespace

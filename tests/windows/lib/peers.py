@@ -1,5 +1,6 @@
 """What the program connects to: a peer in this process, the demonstration host, a telnet daemon."""
 
+import contextlib
 import re
 import socket
 import subprocess
@@ -13,9 +14,9 @@ from program import PATIENCE, ROOT, Failure, Skip, waitFor
 class Peer:
     """Listens on the loopback address. Each connection's bytes are kept with the times at which they came."""
 
-    def __init__(self, onConnect=None):
+    def __init__(self, onConnect=None, port=0):
         self._onConnect = onConnect
-        self._listener = socket.create_server(("127.0.0.1", 0))
+        self._listener = socket.create_server(("127.0.0.1", port))
         self.port = self._listener.getsockname()[1]
         self.connections = []
         self.received = bytearray()
@@ -92,14 +93,19 @@ class DemonstrationHost:
 class TelnetDaemon:
     """Starts the system's telnet daemon for each connection, as an internet super-server does."""
 
-    def __init__(self):
+    def __init__(self, port=0):
+        """port: where it listens; 0 lets the system choose."""
         found = subprocess.run([ROOT / "tools" / "setup" / "telnetd.sh"], stdout=subprocess.PIPE, text=True)
         if found.returncode != 0:
             raise Skip("there is no telnet daemon, and its package cannot be had")
         self._program = found.stdout.strip()
+        try:
+            self._listener = socket.create_server(("127.0.0.1", port))
+        except OSError as error:
+            raise Skip(f"port {port} cannot be listened on: {error.strerror}") from error
+        self.accepted = 0
 
     def __enter__(self):
-        self._listener = socket.create_server(("127.0.0.1", 0))
         self.port = self._listener.getsockname()[1]
         self._processes = []
         threading.Thread(target=self._accept, daemon=True).start()
@@ -111,11 +117,15 @@ class TelnetDaemon:
                 connection, _ = self._listener.accept()
             except OSError:
                 return
+            self.accepted += 1
             with connection:
                 self._processes.append(subprocess.Popen([self._program, "-h", "-L", "/bin/login"], stdin=connection, stdout=connection,
                                                         stderr=subprocess.DEVNULL))
 
     def __exit__(self, *_):
+        # A blocked accept keeps the port; shutting down wakes it.
+        with contextlib.suppress(OSError):
+            self._listener.shutdown(socket.SHUT_RDWR)
         self._listener.close()
         for process in self._processes:
             process.terminate()

@@ -28,8 +28,9 @@ class Skip(Exception):
     """Why the test cannot run here."""
 
 
-def waitFor(condition, what, seconds=PATIENCE):
-    """Polls until condition() is true and returns it. what: a text, or a routine that makes one at the end."""
+def waitFor(condition, what, seconds=PATIENCE, pause=0.02):
+    """Polls until condition() is true and returns it. what: a text, or a routine that makes one at the end. pause:
+    between two looks, in seconds."""
     end = time.monotonic() + seconds
     while True:
         result = condition()
@@ -37,7 +38,7 @@ def waitFor(condition, what, seconds=PATIENCE):
             return result
         if time.monotonic() > end:
             raise Failure(f"after {seconds:g} s: {what() if callable(what) else what}")
-        time.sleep(0.02)
+        time.sleep(pause)
 
 
 def check(truth, what):

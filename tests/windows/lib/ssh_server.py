@@ -2,10 +2,9 @@
 
 import contextlib
 import os
-import pty
+import re
 import select
 import shutil
-import signal
 import socket
 import subprocess
 import tempfile
@@ -17,7 +16,6 @@ from program import BUILD, PATIENCE, ROOT, Skip, waitFor
 
 TELNET = 23  # the port behind every tunnel, on the server's own loopback
 HOST = "127.0.0.1"
-IAC, DO, TERMINAL_TYPE, TERMINAL_SPEED = 255, 253, 24, 32
 
 
 def programFolder(parent):
@@ -92,19 +90,15 @@ class SshServer:
                        stderr=subprocess.DEVNULL)
 
 
-class BehindTheTunnel:
-    """What listens at the telnet port of this machine's loopback address."""
+class SlowWay:
+    """A way to the server on which nothing moves for some seconds; then it leads there, or ends."""
 
-    def __init__(self, serve):
-        """serve: gets each connection, in a thread of its own, and need not close it."""
-        self._serve = serve
-        try:
-            self._listener = socket.create_server((HOST, TELNET))
-        except OSError as error:
-            raise Skip(f"port {TELNET} cannot be listened on: {error.strerror}") from error
-        self.accepted = 0
+    def __init__(self, server, seconds, arrives=True):
+        self._server, self._seconds, self._arrives = server, seconds, arrives
 
     def __enter__(self):
+        self._listener = socket.create_server((HOST, 0))
+        self.port = self._listener.getsockname()[1]
         threading.Thread(target=self._accept, daemon=True).start()
         return self
 
@@ -114,43 +108,26 @@ class BehindTheTunnel:
                 connection, _ = self._listener.accept()
             except OSError:
                 return
-            self.accepted += 1
-            threading.Thread(target=self._one, args=(connection,), daemon=True).start()
+            threading.Thread(target=self._lead, args=(connection,), daemon=True).start()
 
-    def _one(self, connection):
+    def _lead(self, connection):
         with connection, contextlib.suppress(OSError):
-            self._serve(connection)
+            time.sleep(self._seconds)
+            if not self._arrives:
+                return
+            with socket.create_connection((HOST, self._server.port)) as there:
+                ends = {connection: there, there: connection}
+                while True:
+                    for end in select.select(list(ends), [], [])[0]:
+                        block = end.recv(65536)
+                        if not block:
+                            return
+                        ends[end].sendall(block)
 
     def __exit__(self, *_):
-        # A blocked accept keeps the port; shutting down wakes it.
         with contextlib.suppress(OSError):
             self._listener.shutdown(socket.SHUT_RDWR)
         self._listener.close()
-
-
-def loginService(connection):
-    """Login and shell, with a telnet server's requests in front. Goes on without the answers to them: the program keeps
-    what comes before the login prompt of an SSH session to itself."""
-    connection.sendall(bytes([IAC, DO, TERMINAL_TYPE, IAC, DO, TERMINAL_SPEED]))
-    time.sleep(0.3)
-    process, terminal = pty.fork()
-    if process == 0:
-        os.execve("/bin/login", ["login"], {"TERM": "qxterm", "PATH": "/usr/bin:/bin"})
-    try:
-        while True:
-            ready = select.select([connection, terminal], [], [])[0]
-            if connection in ready:
-                block = connection.recv(4096)
-                if not block:
-                    return
-                os.write(terminal, block)
-            if terminal in ready:
-                connection.sendall(os.read(terminal, 4096))  # fails once the shell is gone
-    finally:
-        os.close(terminal)
-        with contextlib.suppress(ProcessLookupError):
-            os.kill(process, signal.SIGKILL)
-        os.waitpid(process, 0)
 
 
 def helpers():
@@ -166,6 +143,15 @@ def helpers():
                     wanted in (process / "environ").read_bytes().split(b"\0"):
                 found[int(process.name)] = command
     return found
+
+
+def startingClient():
+    """Process number and forwarded port of the client program that is being started; None while there is none."""
+    for process, command in helpers().items():
+        match = re.search(r"zpt_ssh -no-antispoof.* -L (\d+):", command)
+        if match:
+            return process, int(match.group(1))
+    return None
 
 
 def noHelpers(what):
