@@ -23,9 +23,9 @@ scratch = tempfile.TemporaryDirectory(prefix="qxterm-ssh-")
 folder = programFolder(scratch.name)
 
 
-def profile(port):
+def profile(port, host=HOST):
     """port: of the SSH server."""
-    writeProfiles({"tunnel": {"connect": "ssh", "host": HOST, "SSHnetport": port, "Font": "large"}}, timeout=TIMEOUT)
+    writeProfiles({"tunnel": {"connect": "ssh", "host": host, "SSHnetport": port, "Font": "large"}}, timeout=TIMEOUT)
 
 
 @contextlib.contextmanager
@@ -71,16 +71,16 @@ def idle(program):
 class Tunnel:
     """A user, a server that knows the user's key, a client that knows the server, and the telnet daemon behind it."""
 
-    def __init__(self, knownKey=True):
-        self._knownKey = knownKey
+    def __init__(self, knownKey=True, host=HOST):
+        self._knownKey, self._host = knownKey, host
 
     def __enter__(self):
         with contextlib.ExitStack() as stack:
             self.name, self.word, _ = stack.enter_context(testUser())
             self.behind = stack.enter_context(TelnetDaemon(TELNET))
-            self.server = stack.enter_context(SshServer(self.name))
+            self.server = stack.enter_context(SshServer(self.name, self._host))
             self.server.introduce(self._knownKey)
-            profile(self.server.port)
+            profile(self.server.port, self._host)
             self._stack = stack.pop_all()
         return self
 
@@ -233,6 +233,21 @@ def portTakenMeanwhile():
                 idle(program)
 
 
+def addressOfVersion6():
+    try:
+        freePort("::1")
+    except OSError:
+        print("  left out: this machine has no IP version 6")
+        return
+    with Tunnel(host="::1") as tunnel, atThePrompt() as program:
+        logIn(program, tunnel.name, tunnel.word)
+        atTheShell(program)
+        check(any(" -6 -ssh -L" in text and text.endswith(":localhost:23 ::1") for text in helpers().values()),
+              f"the client's command line: {helpers()}")
+        program.connectionMenu("d")
+        idle(program)
+
+
 def slowLogin():
     """The server takes longer than the program waits for a tunnel; the session comes up all the same."""
     with Tunnel() as tunnel, SlowWay(tunnel.server, seconds=13) as way:
@@ -256,4 +271,4 @@ def slowLoginThatFails():
 
 
 run(session, wrongPassword, serverDown, hostKeyUnknown, helperMissing, clientMissing, forwardPortTaken,
-    portTakenMeanwhile, slowLogin, slowLoginThatFails)
+    portTakenMeanwhile, addressOfVersion6, slowLogin, slowLoginThatFails)

@@ -31,23 +31,24 @@ def programFolder(parent):
     return folder
 
 
-def freePort():
-    with socket.create_server((HOST, 0)) as listener:
+def freePort(address=HOST):
+    family = socket.AF_INET6 if ":" in address else socket.AF_INET
+    with socket.create_server((address, 0), family=family) as listener:
         return listener.getsockname()[1]
 
 
 class SshServer:
     """sshd with a host key of its own. Only the user's key is let in."""
 
-    def __init__(self, user):
-        self._user = user
+    def __init__(self, user, address=HOST):
+        self._user, self._address = user, address
         self._program = shutil.which("sshd", path="/usr/sbin:/usr/bin")
         if self._program is None:
             raise Skip("there is no sshd: tools/setup/install.sh peers")
         self._folder = tempfile.TemporaryDirectory(prefix="qxterm-sshd-")
         self.folder = Path(self._folder.name)
         self.folder.chmod(0o755)
-        self.port = freePort()
+        self.port = freePort(address)
         for name in ("host", "user"):
             subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", self.folder / name], check=True)
         (self.folder / "user.pub").chmod(0o644)
@@ -56,7 +57,7 @@ class SshServer:
                                  text=True).stdout
         self.fingerprint = printed.split()[1]
         (self.folder / "config").write_text(
-            f"Port {self.port}\nListenAddress {HOST}\nHostKey {self.folder}/host\nPidFile none\n"
+            f"Port {self.port}\nListenAddress {address}\nHostKey {self.folder}/host\nPidFile none\n"
             f"AuthorizedKeysFile {self.folder}/user.pub\nStrictModes no\nUsePAM no\nPasswordAuthentication no\n"
             f"KbdInteractiveAuthentication no\nAllowUsers {user}\n")
 
@@ -66,7 +67,7 @@ class SshServer:
         self._process = subprocess.Popen([self._program, "-D", "-e", "-f", self.folder / "config"], stderr=self._log)
 
         def listening():
-            with contextlib.suppress(OSError), socket.create_connection((HOST, self.port), 1):
+            with contextlib.suppress(OSError), socket.create_connection((self._address, self.port), 1):
                 return True
             return False
 
@@ -81,8 +82,8 @@ class SshServer:
     def introduce(self, knownKey=True, user="user"):
         """Tells the client about this server, as its saved session does: the user's key, and the host's."""
         key = "Z:" + str(self.folder / f"{user}.ppk").replace("/", r"\\")
-        lines = ["REGEDIT4", "", r"[HKEY_CURRENT_USER\Software\SimonTatham\PuTTY\Sessions" + f"\\{HOST}]",
-                 f'"HostName"="{HOST}"', '"Protocol"="ssh"', f'"PublicKeyFile"="{key}"',
+        lines = ["REGEDIT4", "", r"[HKEY_CURRENT_USER\Software\SimonTatham\PuTTY\Sessions" + f"\\{self._address}]",
+                 f'"HostName"="{self._address}"', '"Protocol"="ssh"', f'"PublicKeyFile"="{key}"',
                  f'"SSHManualHostKeys"="{self.fingerprint if knownKey else ""}"', ""]
         file = self.folder / "session.reg"
         file.write_text("\r\n".join(lines))
