@@ -94,8 +94,7 @@ if(NOT QXTERM_WINE_TESTS)
     return()
 endif()
 
-# The Windows build under Wine, each test in a prefix of its own and alone on the machine: the Windows tests
-# watch timers and the mouse.
+# The Windows build under Wine, each test in a prefix and on a display of its own.
 
 set(windows_build "${CMAKE_SOURCE_DIR}/build/windows")
 set(with_prefix "${CMAKE_SOURCE_DIR}/tools/setup/with-prefix.sh")
@@ -104,9 +103,13 @@ set(with_display "${CMAKE_SOURCE_DIR}/tools/setup/with-display.sh")
 function(qxterm_wine_test name seconds)
     qxterm_test("${name}" wine ${seconds} ${ARGN})
     set_tests_properties(
-        "${name}" PROPERTIES RUN_SERIAL ON ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED
-                             wine_prefix
+        "${name}" PROPERTIES ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED wine_prefix
     )
+endfunction()
+
+# For those that watch the clock closely: alone on the machine.
+function(qxterm_run_alone)
+    set_tests_properties(${ARGN} PROPERTIES RUN_SERIAL ON)
 endfunction()
 
 # Made once, outside the time of any single test.
@@ -118,6 +121,7 @@ if(TARGET unit-tests)
         wine/unit-tests 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/unit-tests.exe"
         --gtest_brief=1
     )
+    qxterm_run_alone(wine/unit-tests)
 endif()
 if(TARGET qxterm-scenario AND scenarios)
     qxterm_wine_test(
@@ -141,6 +145,7 @@ list(FILTER window_tests EXCLUDE REGEX "(^|/)(_[^/]*|lib/.*|pictures\\.sh)$")
 foreach(script IN LISTS window_tests)
     string(REGEX REPLACE "\\.sh$" "" name "${script}")
     qxterm_wine_test(
-        "wine/${name}" 300 "${with_display}" "${with_prefix}" bash "${CMAKE_SOURCE_DIR}/tests/windows/${script}"
+        "wine/${name}" 600 "${with_display}" "${with_prefix}" bash "${CMAKE_SOURCE_DIR}/tests/windows/${script}"
     )
 endforeach()
+qxterm_run_alone(wine/bad-connections wine/flood wine/modem-calls)
