@@ -6,8 +6,10 @@ if(NOT sources)
     return()
 endif()
 
-add_executable(benchmarks ${sources})
-target_include_directories(benchmarks PRIVATE "${CMAKE_SOURCE_DIR}/benchmarks")
+add_executable(benchmarks ${sources} "${CMAKE_SOURCE_DIR}/tools/headless-session/session.cpp")
+target_include_directories(
+    benchmarks PRIVATE "${CMAKE_SOURCE_DIR}/benchmarks" "${CMAKE_SOURCE_DIR}/tools"
+)
 target_link_libraries(benchmarks PRIVATE qxterm_options qxterm_core qxterm_headless)
 
 find_package(PkgConfig)

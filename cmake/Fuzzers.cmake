@@ -5,11 +5,13 @@
 
 file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
-set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp)
+set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp
+    "${CMAKE_SOURCE_DIR}/tools/headless-session/session.cpp"
+)
 
 function(qxterm_fuzz_program name)
     add_executable(${name} ${ARGN} ${support_sources})
-    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/fuzz")
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/fuzz" "${CMAKE_SOURCE_DIR}/tools")
     target_link_libraries(
         ${name} PRIVATE qxterm_options qxterm_json qxterm_scenario_parts qxterm_core qxterm_headless
     )

@@ -48,6 +48,14 @@ if(TARGET qxterm-scenario)
             "tests/scenarios/${scenario}"
         )
     endforeach()
+    qxterm_test(
+        scenario/thousand-times
+        scenario
+        300
+        "${Python3_EXECUTABLE}"
+        tests/reconnections/thousand_times.py
+        "$<TARGET_FILE:qxterm-scenario>"
+    )
 endif()
 
 # The fuzzers' inputs, without the fuzzers

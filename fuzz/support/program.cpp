@@ -2,16 +2,9 @@
 
 #include <array>
 
-#include "app/main.h"
-#include "app/program_state.h"
 #include "connection/transport_controls.h"
-#include "platform/headless/clock.h"
-#include "platform/headless/modal.h"
-#include "platform/headless/profile_strings.h"
-#include "platform/headless/program.h"
+#include "headless-session/session.h"
 #include "platform/headless/recorder.h"
-#include "platform/headless/reset.h"
-#include "platform/headless/socket.h"
 #include "support/target.h"
 #include "terminal/input_busy.h"
 #include "terminal/interpreter_state.h"
@@ -20,9 +13,6 @@
 
 namespace qxterm::fuzz {
 namespace {
-
-constexpr const char* profileName = "host";
-constexpr std::int64_t statusDialogStep = 250;  // ms, the period of the status dialog's timer
 
 std::vector<std::string> sent;
 
@@ -33,19 +23,8 @@ void keepSends(const headless::Record& record) {
     }
 }
 
-/// What happens while the status dialog is open: the host accepts, then time passes until the dialog goes.
-bool acceptOrWait() {
-    if (!comnet2.connected()) {
-        headless::socketConnects(comnet2);
-    } else {
-        headless::advance(statusDialogStep);
-    }
-    return true;
-}
-
-void start(const char* commandLine) {
-    headless::setCommandLine(commandLine);
-    qxterm::main();
+/// Keeps what is sent from now on.
+void watchSends() {
     sent.clear();
     headless::setSink(keepSends);
 }
@@ -72,20 +51,13 @@ void checkLine(const ScreenLine& line) {
 }  // namespace
 
 void startProgram() {
-    headless::reset();
-    resetProgram();
-    start("");
+    headless::startProgram();
+    watchSends();
 }
 
 void startSession() {
-    headless::reset();
-    resetProgram();
-    headless::putIni("Settings", "Profiles", profileName);
-    headless::putIni(profileName, "connect", "net");
-    headless::putIni(profileName, "host", "host");
-    headless::setNextEvent(acceptOrWait);
-    start(profileName);
-    headless::setNextEvent(nullptr);
+    headless::startSession();
+    watchSends();
     require(comnet2.connected(), "the session is up");
 }
 

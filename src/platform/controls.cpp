@@ -72,8 +72,8 @@ void Control::resetToDesign() {
     caption_ = design_.caption;
     switch (kind_) {
         case ControlKind::label: static_cast<Label*>(this)->coloured = false; break;
-        case ControlKind::optionButton: static_cast<OptionButton*>(this)->value_ = false; break;
-        case ControlKind::checkBox: static_cast<CheckBox*>(this)->value_ = false; break;
+        case ControlKind::optionButton:
+        case ControlKind::checkBox: static_cast<ToggleControl*>(this)->value_ = false; break;
         case ControlKind::textBox: static_cast<TextBox*>(this)->text_.clear(); break;
         case ControlKind::listBox:
         case ControlKind::comboBox: {
@@ -97,12 +97,7 @@ void Label::setTextColour(Rgb colour) {
     if (native != nullptr) backend::textColourChanged(*this);
 }
 
-void OptionButton::setValue(bool value) {
-    value_ = value;
-    if (native != nullptr) backend::valueChanged(*this, value);
-}
-
-void CheckBox::setValue(bool value) {
+void ToggleControl::setValue(bool value) {
     value_ = value;
     if (native != nullptr) backend::valueChanged(*this, value);
 }

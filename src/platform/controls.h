@@ -115,33 +115,33 @@ public:
     Event<std::int16_t> onClickIndex;
 };
 
-class OptionButton : public Control {
+/// What is on or off.
+class ToggleControl : public Control {
 public:
-    OptionButton(Form& form, const char* name, int id, Design design = {})
-        : Control{form, ControlKind::optionButton, name, id, design} {}
     [[nodiscard]] bool value() const { return value_; }
-    /// Selecting one deselects the others of its group (the controls of one frame). Raises no event.
+    /// Raises no event.
     void setValue(bool value);
     Event<> onClick;
 
+protected:
+    using Control::Control;
+
 private:
     friend class Control;
-    friend class Form;
     bool value_ = false;
 };
 
-class CheckBox : public Control {
+/// Selecting one deselects the others of its group (the controls of one frame).
+class OptionButton : public ToggleControl {
+public:
+    OptionButton(Form& form, const char* name, int id, Design design = {})
+        : ToggleControl{form, ControlKind::optionButton, name, id, design} {}
+};
+
+class CheckBox : public ToggleControl {
 public:
     CheckBox(Form& form, const char* name, int id, Design design = {})
-        : Control{form, ControlKind::checkBox, name, id, design} {}
-    [[nodiscard]] bool value() const { return value_; }
-    void setValue(bool value);
-    Event<> onClick;
-
-private:
-    friend class Control;
-    friend class Form;
-    bool value_ = false;
+        : ToggleControl{form, ControlKind::checkBox, name, id, design} {}
 };
 
 class TextBox : public Control {

@@ -11,7 +11,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
 from peers import Peer, TelnetDaemon  # noqa: E402
-from program import Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
+from program import Program, Skip, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
 from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, noHelpers,  # noqa: E402
                         programFolder, startingClient)
 
@@ -207,7 +207,7 @@ def takePortOfStartingClient():
     os.kill(client, signal.SIGSTOP)
     try:
         return Peer(onConnect=lambda one: one.sendall(b"login: "), port=port)
-    except OSError:
+    except Skip:
         return None
     finally:
         os.kill(client, signal.SIGCONT)

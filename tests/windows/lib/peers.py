@@ -1,6 +1,5 @@
 """What the program connects to: a peer in this process, the demonstration host, a telnet daemon."""
 
-import contextlib
 import re
 import socket
 import subprocess
@@ -8,6 +7,7 @@ import sys
 import threading
 import time
 
+from listener import Listener
 from program import PATIENCE, ROOT, Failure, Skip, waitFor
 
 
@@ -16,12 +16,11 @@ class Peer:
 
     def __init__(self, onConnect=None, port=0):
         self._onConnect = onConnect
-        self._listener = socket.create_server(("127.0.0.1", port))
-        self.port = self._listener.getsockname()[1]
         self.connections = []
         self.received = bytearray()
         self.arrivals = []
-        threading.Thread(target=self._accept, daemon=True).start()
+        self._listener = Listener(self._take, port)
+        self.port = self._listener.port
 
     def __enter__(self):
         return self
@@ -30,15 +29,10 @@ class Peer:
         self._listener.close()
         self.drop()
 
-    def _accept(self):
-        while True:
-            try:
-                connection, _ = self._listener.accept()
-            except OSError:
-                return
-            connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
-            self.connections.append(connection)
-            threading.Thread(target=self._serve, args=(connection,), daemon=True).start()
+    def _take(self, connection):
+        connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+        self.connections.append(connection)
+        threading.Thread(target=self._serve, args=(connection,), daemon=True).start()
 
     def _serve(self, connection):
         try:
@@ -98,34 +92,24 @@ class TelnetDaemon:
         found = subprocess.run([ROOT / "tools" / "setup" / "telnetd.sh"], stdout=subprocess.PIPE, text=True)
         if found.returncode != 0:
             raise Skip("there is no telnet daemon, and its package cannot be had")
-        self._program = found.stdout.strip()
-        try:
-            self._listener = socket.create_server(("127.0.0.1", port))
-        except OSError as error:
-            raise Skip(f"port {port} cannot be listened on: {error.strerror}") from error
-        self.accepted = 0
+        self._command = [found.stdout.strip(), "-h", "-L", "/bin/login"]
+        self._processes = []
+        self._listener = Listener(self._start, port)
+        self.port = self._listener.port
 
     def __enter__(self):
-        self.port = self._listener.getsockname()[1]
-        self._processes = []
-        threading.Thread(target=self._accept, daemon=True).start()
         return self
 
-    def _accept(self):
-        while True:
-            try:
-                connection, _ = self._listener.accept()
-            except OSError:
-                return
-            self.accepted += 1
-            with connection:
-                self._processes.append(subprocess.Popen([self._program, "-h", "-L", "/bin/login"], stdin=connection, stdout=connection,
-                                                        stderr=subprocess.DEVNULL))
+    @property
+    def accepted(self):
+        return self._listener.accepted
+
+    def _start(self, connection):
+        with connection:
+            self._processes.append(subprocess.Popen(self._command, stdin=connection, stdout=connection,
+                                                    stderr=subprocess.DEVNULL))
 
     def __exit__(self, *_):
-        # A blocked accept keeps the port; shutting down wakes it.
-        with contextlib.suppress(OSError):
-            self._listener.shutdown(socket.SHUT_RDWR)
         self._listener.close()
         for process in self._processes:
             process.terminate()

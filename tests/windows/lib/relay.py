@@ -8,6 +8,7 @@ import socket
 import sys
 import threading
 
+from listener import Listener
 from program import ROOT, waitFor
 
 sys.path.insert(0, str(ROOT / "tests" / "demohost"))
@@ -58,14 +59,13 @@ class Relay(Watched):
     def __init__(self, target):
         super().__init__()
         self._target = target
-        self._listener = socket.create_server(("127.0.0.1", 0))
-        self.port = self._listener.getsockname()[1]
         self._sockets = []
         self.sent = bytearray()
         self.ended = False
+        self._listener = Listener(self._join)
+        self.port = self._listener.port
 
     def __enter__(self):
-        threading.Thread(target=self._accept, daemon=True).start()
         return self
 
     def __exit__(self, *_):
@@ -73,20 +73,15 @@ class Relay(Watched):
         for one in self._sockets:
             one.close()
 
-    def _accept(self):
-        while True:
-            try:
-                terminal, _ = self._listener.accept()
-            except OSError:
-                return
-            host = socket.create_connection(("127.0.0.1", self._target))
-            for one in (terminal, host):
-                one.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
-                self._sockets.append(one)
-            with self._lock:
-                self.model = Model()
-            threading.Thread(target=self._carry, args=(terminal, host, self.sent.extend), daemon=True).start()
-            threading.Thread(target=self._carry, args=(host, terminal, self.show), daemon=True).start()
+    def _join(self, terminal):
+        host = socket.create_connection(("127.0.0.1", self._target))
+        for one in (terminal, host):
+            one.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+            self._sockets.append(one)
+        with self._lock:
+            self.model = Model()
+        threading.Thread(target=self._carry, args=(terminal, host, self.sent.extend), daemon=True).start()
+        threading.Thread(target=self._carry, args=(host, terminal, self.show), daemon=True).start()
 
     def _carry(self, source, target, watch):
         with contextlib.suppress(OSError):

@@ -8,10 +8,10 @@ import shutil
 import socket
 import subprocess
 import tempfile
-import threading
 import time
 from pathlib import Path
 
+from listener import Listener, inBackground
 from program import BUILD, PATIENCE, ROOT, Skip, waitFor
 
 TELNET = 23  # the port behind every tunnel, on the server's own loopback
@@ -98,36 +98,24 @@ class SlowWay:
         self._server, self._seconds, self._arrives = server, seconds, arrives
 
     def __enter__(self):
-        self._listener = socket.create_server((HOST, 0))
-        self.port = self._listener.getsockname()[1]
-        threading.Thread(target=self._accept, daemon=True).start()
+        self._listener = Listener(inBackground(self._lead))
+        self.port = self._listener.port
         return self
 
-    def _accept(self):
-        while True:
-            try:
-                connection, _ = self._listener.accept()
-            except OSError:
-                return
-            threading.Thread(target=self._lead, args=(connection,), daemon=True).start()
-
     def _lead(self, connection):
-        with connection, contextlib.suppress(OSError):
-            time.sleep(self._seconds)
-            if not self._arrives:
-                return
-            with socket.create_connection((HOST, self._server.port)) as there:
-                ends = {connection: there, there: connection}
-                while True:
-                    for end in select.select(list(ends), [], [])[0]:
-                        block = end.recv(65536)
-                        if not block:
-                            return
-                        ends[end].sendall(block)
+        time.sleep(self._seconds)
+        if not self._arrives:
+            return
+        with socket.create_connection((HOST, self._server.port)) as there:
+            ends = {connection: there, there: connection}
+            while True:
+                for end in select.select(list(ends), [], [])[0]:
+                    block = end.recv(65536)
+                    if not block:
+                        return
+                    ends[end].sendall(block)
 
     def __exit__(self, *_):
-        with contextlib.suppress(OSError):
-            self._listener.shutdown(socket.SHUT_RDWR)
         self._listener.close()
 
 
