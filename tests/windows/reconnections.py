@@ -6,9 +6,10 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
+from listener import Listener, inBackground  # noqa: E402
 from program import Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
 from serial_line import SerialLine, nameSerialPorts, serialProfile  # noqa: E402
-from ssh_server import HOST, BehindTheTunnel, SshServer, noHelpers, programFolder  # noqa: E402
+from ssh_server import HOST, TELNET, SshServer, noHelpers, programFolder  # noqa: E402
 
 SESSIONS = 50
 WARM_UP = 3  # until everything that is made once has been made
@@ -76,7 +77,7 @@ def sshBridge():
             pass
 
     with tempfile.TemporaryDirectory(prefix="qxterm-ssh-") as scratch, testUser() as (name, _, _), \
-            BehindTheTunnel(serve) as behind, SshServer(name) as server:
+            Listener(inBackground(serve), TELNET) as behind, SshServer(name) as server:
         folder = programFolder(scratch)
         server.introduce()
         writeProfiles({"tunnel": {"connect": "ssh", "host": HOST, "SSHnetport": server.port, "Font": "large"}},

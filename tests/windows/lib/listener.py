@@ -28,6 +28,12 @@ class Listener:
             self.accepted += 1
             self._serve(connection)
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
     def close(self):
         # A blocked accept keeps the port; shutting down wakes it.
         with contextlib.suppress(OSError):
