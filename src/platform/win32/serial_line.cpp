@@ -13,6 +13,7 @@ constexpr std::size_t unsentLimit = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t writeSize = 4096;
 constexpr DWORD lookPeriod = 30;      // milliseconds between looks for what is not announced
 constexpr DWORD stopPatience = 2000;  // milliseconds for a driver to give its calls back
+constexpr DWORD callPatience = 500;   // milliseconds for each call that was broken off
 constexpr DWORD readPatience = 200;   // milliseconds for bytes that are there already
 
 KernelHandle makeEvent(bool manual) { return KernelHandle{CreateEventA(nullptr, manual, FALSE, nullptr)}; }
@@ -24,11 +25,11 @@ SerialLine::SerialLine(KernelHandle port, std::uint32_t token)
       token_{token},
       stop_{makeEvent(true)},
       wake_{makeEvent(false)},
-      waitEvent_{makeEvent(true)},
-      writeEvent_{makeEvent(true)},
       readEvent_{makeEvent(true)} {
-    waiting_.hEvent = waitEvent_.get();
-    writing_.hEvent = writeEvent_.get();
+    calls_->waitEvent = makeEvent(true);
+    calls_->writeEvent = makeEvent(true);
+    calls_->waiting.hEvent = calls_->waitEvent.get();
+    calls_->writing.hEvent = calls_->writeEvent.get();
     lastCarrier_ = carrier();
     thread_.reset(CreateThread(nullptr, 0, threadMain, this, 0, nullptr));
 }
@@ -42,6 +43,9 @@ SerialLine::~SerialLine() {
         port_.reset();
         WaitForSingleObject(thread_.get(), INFINITE);
     }
+    port_.reset();
+    // A driver that has not given a call back even now may do so any time: what it works on must stay.
+    if (!callsEnded()) (void)calls_.release();
 }
 
 DWORD WINAPI SerialLine::threadMain(void* self) {
@@ -52,8 +56,30 @@ DWORD WINAPI SerialLine::threadMain(void* self) {
 void SerialLine::tell(LPARAM news) const { PostMessageA(messageWindow(), wmSerial, token_, news); }
 
 void SerialLine::serve() {
+    serveUntilStopped();
+    endCalls();
+}
+
+void SerialLine::endCalls() {
+    SetCommMask(port_.get(), 0);  // ends a wait for events
+    CancelIoEx(port_.get(), nullptr);
+    (void)callsEnded();
+}
+
+/// Waits for the pending calls to come back. Until then they are the driver's.
+bool SerialLine::callsEnded() {
+    const auto ended = [](const KernelHandle& event) {
+        return WaitForSingleObject(event.get(), callPatience) == WAIT_OBJECT_0;
+    };
+    if (waitPending_ && ended(calls_->waitEvent)) waitPending_ = false;
+    if (writePending_ && ended(calls_->writeEvent)) writePending_ = false;
+    return !waitPending_ && !writePending_;
+}
+
+void SerialLine::serveUntilStopped() {
     SetCommMask(port_.get(), EV_RXCHAR | EV_RLSD);
-    const std::array<HANDLE, 4> objects{stop_.get(), wake_.get(), waitEvent_.get(), writeEvent_.get()};
+    const std::array<HANDLE, 4> objects{stop_.get(), wake_.get(), calls_->waitEvent.get(),
+                                        calls_->writeEvent.get()};
     for (;;) {
         beginWait();
         if (!look() || !beginWrite()) break;
@@ -70,10 +96,10 @@ void SerialLine::serve() {
 void SerialLine::beginWait() {
     // Some drivers answer "characters are waiting" for as long as they are: first they have to be fetched.
     while (watch_ != Watch::looking && !waitPending_ && !receiveAnnounced_) {
-        ResetEvent(waitEvent_.get());
-        events_ = 0;
-        if (WaitCommEvent(port_.get(), &events_, &waiting_) != 0) {
-            lineEvents(events_);
+        ResetEvent(calls_->waitEvent.get());
+        calls_->events = 0;
+        if (WaitCommEvent(port_.get(), &calls_->events, &calls_->waiting) != 0) {
+            lineEvents(calls_->events);
         } else if (GetLastError() == ERROR_IO_PENDING) {
             waitPending_ = true;
         } else {
@@ -84,10 +110,10 @@ void SerialLine::beginWait() {
 
 void SerialLine::waitEnded() {
     waitPending_ = false;
-    ResetEvent(waitEvent_.get());
+    ResetEvent(calls_->waitEvent.get());
     DWORD ignored = 0;
-    if (GetOverlappedResult(port_.get(), &waiting_, &ignored, FALSE) != 0) {
-        lineEvents(events_);
+    if (GetOverlappedResult(port_.get(), &calls_->waiting, &ignored, FALSE) != 0) {
+        lineEvents(calls_->events);
     } else {
         watchLess();
     }
@@ -97,7 +123,7 @@ void SerialLine::waitEnded() {
 void SerialLine::watchLess() {
     watch_ = watch_ == Watch::allEvents ? Watch::characters : Watch::looking;
     SetCommMask(port_.get(), watch_ == Watch::characters ? EV_RXCHAR : 0);
-    ResetEvent(waitEvent_.get());
+    ResetEvent(calls_->waitEvent.get());
 }
 
 /// Looks for what is not announced. False when the port is gone.
@@ -121,28 +147,28 @@ bool SerialLine::beginWrite() {
     {
         const std::lock_guard lock{mutex_};
         if (unsent_.empty()) {
-            ResetEvent(writeEvent_.get());
+            ResetEvent(calls_->writeEvent.get());
             return true;
         }
         const std::size_t count = std::min(unsent_.size(), writeSize);
-        block_.assign(unsent_, 0, count);
+        calls_->block.assign(unsent_, 0, count);
         unsent_.erase(0, count);
     }
-    ResetEvent(writeEvent_.get());
+    ResetEvent(calls_->writeEvent.get());
+    const BOOL done = WriteFile(port_.get(), calls_->block.data(), static_cast<DWORD>(calls_->block.size()),
+                                nullptr, &calls_->writing);
     // Also when it is done at once the event tells so.
-    writePending_ = true;
-    const BOOL done =
-        WriteFile(port_.get(), block_.data(), static_cast<DWORD>(block_.size()), nullptr, &writing_);
-    return done != 0 || GetLastError() == ERROR_IO_PENDING;
+    writePending_ = done != 0 || GetLastError() == ERROR_IO_PENDING;
+    return writePending_;
 }
 
 bool SerialLine::writeEnded() {
     writePending_ = false;
     DWORD written = 0;
-    if (GetOverlappedResult(port_.get(), &writing_, &written, FALSE) == 0) return false;
-    if (written < block_.size()) {
+    if (GetOverlappedResult(port_.get(), &calls_->writing, &written, FALSE) == 0) return false;
+    if (written < calls_->block.size()) {
         const std::lock_guard lock{mutex_};
-        unsent_.insert(0, block_, written);
+        unsent_.insert(0, calls_->block, written);
     }
     return true;
 }

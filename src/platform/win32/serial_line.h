@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -44,8 +45,21 @@ private:
     /// How the thread learns what happens on the line; drivers differ in what they announce.
     enum class Watch : std::uint8_t { allEvents, characters, looking };
 
+    /// What the driver works on while a call of the thread is pending.
+    struct Calls {
+        KernelHandle waitEvent;
+        KernelHandle writeEvent;
+        OVERLAPPED waiting{};
+        OVERLAPPED writing{};
+        DWORD events = 0;
+        std::string block;  ///< being written
+    };
+
     static DWORD WINAPI threadMain(void* self);
     void serve();
+    void serveUntilStopped();
+    void endCalls();
+    [[nodiscard]] bool callsEnded();
     void beginWait();
     [[nodiscard]] bool beginWrite();
     void waitEnded();
@@ -59,19 +73,14 @@ private:
     std::uint32_t token_;
     KernelHandle stop_;
     KernelHandle wake_;
-    KernelHandle waitEvent_;
-    KernelHandle writeEvent_;
     KernelHandle readEvent_;
 
     // Of the thread alone.
-    OVERLAPPED waiting_{};
-    OVERLAPPED writing_{};
-    DWORD events_ = 0;
+    std::unique_ptr<Calls> calls_ = std::make_unique<Calls>();
     bool waitPending_ = false;
     bool writePending_ = false;
     Watch watch_ = Watch::allEvents;
     bool lastCarrier_ = false;
-    std::string block_;  ///< being written
 
     std::mutex mutex_;
     std::string unsent_;  ///< guarded by mutex_
