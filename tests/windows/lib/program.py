@@ -165,7 +165,9 @@ class Program:
 
         def answer():
             if not self.alive():
-                raise Failure(f"the program has ended with status {self.process.returncode}")
+                end = folder / "end.txt"
+                why = f": {end.read_text(errors='replace')}" if end.exists() else ""
+                raise Failure(f"the program has ended with status {self.process.returncode}{why}")
             try:
                 reply = json.loads((folder / "reply.json").read_bytes())
             except (FileNotFoundError, ValueError):

@@ -6,6 +6,7 @@
 // complete.
 
 #include <array>
+#include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <functional>
@@ -14,6 +15,7 @@
 
 #include "dumps.h"
 #include "observe.h"
+#include "platform/run_time_error.h"
 #include "program_forms.h"
 
 namespace qxterm::probe {
@@ -49,14 +51,17 @@ const std::map<std::string, std::function<Json()>>& subjects() {
     return all;
 }
 
+/// With a backslash behind it; empty when nobody asks.
+std::string folderOfQuestions() {
+    std::array<char, MAX_PATH> path{};
+    const DWORD length =
+        GetEnvironmentVariableA("QXTERM_PROBE", path.data(), static_cast<DWORD>(path.size()));
+    return length > 0 && length < path.size() ? std::string{path.data(), length} + '\\' : std::string{};
+}
+
 class Folder {
 public:
-    Folder() {
-        std::array<char, MAX_PATH> path{};
-        const DWORD length =
-            GetEnvironmentVariableA("QXTERM_PROBE", path.data(), static_cast<DWORD>(path.size()));
-        if (length > 0 && length < path.size()) path_ = std::string{path.data(), length} + '\\';
-    }
+    Folder() : path_{folderOfQuestions()} {}
 
     [[nodiscard]] bool known() const { return !path_.empty(); }
 
@@ -90,7 +95,9 @@ Json about(const std::string& subject) {
     const auto found = subjects().find(subject);
     if (found == subjects().end()) return {{"fault", "the probe knows nothing of " + subject}};
     try {
-        return found->second();
+        Json told = found->second();
+        (void)told.dump();  // fails on a text that is none
+        return told;
     } catch (const std::exception& failure) {
         return {{"fault", failure.what()}};
     }
@@ -111,6 +118,26 @@ void CALLBACK look(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD 
     folder.answer(reply);
     answering = false;
 }
+
+/// What ended the program, for whoever finds only its exit status.
+[[noreturn]] void noteEnd() {
+    std::string reason = "nothing was thrown";
+    if (const std::exception_ptr thrown = std::current_exception()) {
+        try {
+            std::rethrow_exception(thrown);
+        } catch (const std::exception& failure) {
+            reason = failure.what();
+        } catch (const RunTimeError& error) {
+            reason = "run-time error " + std::to_string(error.number);
+        } catch (...) {
+            reason = "something unknown";
+        }
+    }
+    std::ofstream{folderOfQuestions() + "end.txt"} << reason;
+    std::abort();
+}
+
+const std::terminate_handler formerHandler = std::set_terminate(noteEnd);
 
 /// A timer of the thread, which belongs to no window and is served by every message loop.
 const UINT_PTR lookTimer = SetTimer(nullptr, 0, lookEvery, look);
