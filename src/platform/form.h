@@ -54,6 +54,8 @@ public:
     /// loaded. Returns false when cancelled.
     bool unload(UnloadReason reason = UnloadReason::formCode);
     [[nodiscard]] bool loaded() const { return loaded_; }
+    /// True while unload runs, and with it the questions that its events ask.
+    [[nodiscard]] bool unloading() const { return unloading_; }
     [[nodiscard]] bool visible() const { return visible_; }
 
     // --- properties ----------------------------------------------------------------------------------------

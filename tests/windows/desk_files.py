@@ -5,7 +5,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from desk import Desk  # noqa: E402
-from program import check, checkEqual, iniPath, run  # noqa: E402
+from program import check, checkEqual, iniPath, readIni, run  # noqa: E402
 
 LOOP = b"[kept]\r\nconnect=loop\r\nFont=small\r\nnote=of another program\r\n"
 SETTINGS = b"[Settings]\r\nProfiles=kept \r\nOrder=kept \r\nColour=blue\r\n"
@@ -45,9 +45,46 @@ def twoEqualSections():
 
 
 def longValues():
-    long = b"x" * 60000
-    after = survives("a value of 60,000 characters", SETTINGS + LOOP + b"host=" + long + b"\r\n", saved=False)
+    long = b"x" * 65536
+    after = survives("a value of 64 KB", SETTINGS + LOOP + b"host=" + long + b"\r\n", saved=False)
     check(long in after, "the long value is whole")
+
+
+def embeddedNul():
+    """Zero bytes in values, names and between the lines."""
+    pass
+
+
+def twoWindowsSave():
+    """Each window knows only of the profiles it has read or made: the file keeps them all."""
+    iniPath().write_bytes(SETTINGS + LOOP)
+
+    def saveAs(desk, name):
+        desk.menu("p", "a")
+        desk.dialog("frmprof")
+        desk.fill(name)
+        desk.key("Return")
+        desk.gone("frmprof")
+        desk.waitCaption(name)
+
+    with Desk() as one:
+        saveAs(one, "first")
+        with Desk() as two:
+            saveAs(one, "second")
+            saveAs(two, "third")
+            saveAs(one, "fourth")
+            checkEqual(two.ask("lists")["profiles"], ["kept", "first", "third"], "what the second window knows")
+            two.close()
+            two.waitEnd()
+        one.close()
+        one.waitEnd()
+    ini = readIni()
+    checkEqual(sorted(ini["Settings"]["Profiles"].split()), ["first", "fourth", "kept", "second", "third"],
+               "the names in the file")
+    for name in ("first", "second", "third", "fourth"):
+        checkEqual(ini[name]["connect"], "ssh", f"profile {name}")
+    checkEqual([ini["kept"]["note"], ini["Settings"]["Colour"]], ["of another program", "blue"], "what stood in the file")
+    check(all(int(number) >= 0 for number in ini["Settings"]["Window"].split()), "the window's place")
 
 
 def tenMegabytes():
@@ -71,4 +108,4 @@ def readOnly():
         path.chmod(0o644)
 
 
-run(emptyAndHeadless, twoEqualSections, longValues, tenMegabytes, readOnly)
+run(emptyAndHeadless, twoEqualSections, longValues, embeddedNul, tenMegabytes, readOnly, twoWindowsSave)

@@ -177,14 +177,14 @@ TEST_P(TelnetFlood, SubnegotiationsThatOnlyBegin) {
     EXPECT_EQ(page(), pageOf({}));
 }
 
-// Text, sequences and negotiation in turn; each command whose cut could matter is complete in itself, and the
-// end of the subnegotiation has a zero behind it.
+// Text, sequences and negotiation in turn, options that would be letters among them; each command whose cut
+// could matter is complete in itself, and the end of the subnegotiation has a zero behind it.
 const std::string mixed =
     std::string{
         "\x1b[2;5Hab\xff\xfd\x18"
-        "cd\xff\xfd\x01\r\n\xff\xfb\x01"
-        "ef\xff\xfb\x03\x1b[31mred\xff\xfa\x18\x01\xff\xf0"} +
-    '\0' + "\x1b[mx\xff\xfe\x01\xff\xfc\x22yz\xff" + '\0' +
+        "cd\xff\xfd\x01\r\n\xff\xfb\x41"
+        "ef\xff\xfb\x42\x1b[31mred\xff\xfa\x18\x01\xff\xf0"} +
+    '\0' + "\x1b[mx\xff\xfe\x43\xff\xfc\x22yz\xff" + '\0' +
     "\x1f\x1b"
     "7\xff\xfd\x27\x1b"
     "8!\x1b"
