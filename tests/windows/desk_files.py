@@ -50,9 +50,29 @@ def longValues():
     check(long in after, "the long value is whole")
 
 
-def embeddedNul():
-    """Zero bytes in values, names and between the lines."""
-    pass
+def embeddedZeros():
+    """Zero bytes in a value, a key, a section's name, a list of names, and in a line of its own. The system takes a line
+    to its first zero; the lines without one are read, and stay when the profile is saved."""
+    content = (b"[Settings]\r\nProfiles=kept z\0y \r\nOrder=kept z\0y \r\nColour=blue\r\n\0\r\n[o\0ther]\r\nother=1\r\n"
+               + LOOP + b"host=a\0b\r\nho\0st=c\r\nparity=\0\r\nafter=2\r\n")
+    iniPath().write_bytes(content)
+    with Desk() as desk:
+        checkEqual(desk.ask("lists")["profiles"], ["kept", "z"], "the known names")
+        desk.menu("p", "1")
+        desk.waitCaption("kept")
+        desk.waitState("g_bConnectActive", True)
+        desk.gone("frmConn")
+        desk.type("alive")
+        desk.waitText("alive", row=0)
+        desk.connectionMenu("d")
+        desk.waitState("g_bConnectActive", False)
+        desk.menu("p", "s")
+        desk.close()
+        desk.waitEnd()
+    ini = readIni()
+    checkEqual([ini["Settings"]["Colour"], ini["kept"]["note"], ini["kept"]["after"], ini["kept"]["connect"]],
+               ["blue", "of another program", "2", "loop"], "the lines without a zero")
+    check(b"other=1" in iniPath().read_bytes(), "the section with a zero in its name")
 
 
 def twoWindowsSave():
@@ -108,4 +128,4 @@ def readOnly():
         path.chmod(0o644)
 
 
-run(emptyAndHeadless, twoEqualSections, longValues, embeddedNul, tenMegabytes, readOnly, twoWindowsSave)
+run(emptyAndHeadless, twoEqualSections, longValues, embeddedZeros, tenMegabytes, readOnly, twoWindowsSave)
