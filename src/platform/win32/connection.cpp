@@ -16,7 +16,10 @@ namespace {
 
 using State = Connection::State;
 
-constexpr std::size_t readSize = std::size_t{64} * 1024;
+constexpr std::size_t shortestRead = 1024;
+/// Milliseconds of this thread's own time from which on the handlers of one read have taken long: the window
+/// is to answer meanwhile.
+constexpr ULONGLONG longHandling = 60;
 /// Unread bytes from which on no more is taken from the system, so that the peer is slowed down instead.
 constexpr std::size_t unreadLimit = std::size_t{256} * 1024;
 constexpr std::size_t unsentLimit = std::size_t{16} * 1024 * 1024;
@@ -68,8 +71,8 @@ void readLater(const Connection& connection) {
 
 /// Appends what has arrived, once; returns the number of bytes.
 std::size_t readOnce(Connection& connection) {
-    static std::array<char, readSize> block;
-    const int count = recv(connection.handle, block.data(), static_cast<int>(block.size()), 0);
+    static std::array<char, Connection::longestRead> block;
+    const int count = recv(connection.handle, block.data(), static_cast<int>(connection.readSize), 0);
     if (count > 0) {
         if (connection.taken > unreadLimit) {
             connection.received.erase(0, connection.taken);
@@ -98,13 +101,40 @@ void announceBuffer(Connection& connection) {
     }
 }
 
+/// Milliseconds that this thread has run. Unlike a clock's they do not grow while other programs do.
+ULONGLONG timeUsed() {
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME kernel{};
+    FILETIME user{};
+    GetThreadTimes(GetCurrentThread(), &created, &ended, &kernel, &user);
+    const auto ticks = [](const FILETIME& time) {
+        return (static_cast<ULONGLONG>(time.dwHighDateTime) << 32U) | time.dwLowDateTime;
+    };
+    constexpr ULONGLONG perMillisecond = 10000;
+    return (ticks(kernel) + ticks(user)) / perMillisecond;
+}
+
+/// What repaints the screen again and again takes a thousand times as long as plain text. It is read in
+/// smaller pieces, with the user's messages in between.
+void adaptReadSize(Connection& connection, ULONGLONG milliseconds) {
+    std::size_t& size = connection.readSize;
+    if (milliseconds > longHandling) {
+        size = std::max(size / 2, shortestRead);
+    } else if (milliseconds < longHandling / 4) {
+        size = std::min(size * 2, Connection::longestRead);
+    }
+}
+
 void announce(Connection& connection, std::size_t arrived) {
     if (arrived == 0) return;
     ++connection.handlersRunning;
     if (connection.handlersRunning > 1) {
         connection.owner.onDataArrival.raise(static_cast<std::int32_t>(arrived));
     } else {
+        const ULONGLONG before = timeUsed();
         announceBuffer(connection);
+        adaptReadSize(connection, timeUsed() - before);
     }
     --connection.handlersRunning;
 }
@@ -134,6 +164,7 @@ void closeConnection(Connection& connection) {
     connection.addresses.clear();
     connection.received.clear();
     connection.taken = 0;
+    connection.readSize = Connection::longestRead;
     connection.held = false;
     connection.systemEmpty = false;
     connection.unsent.clear();
