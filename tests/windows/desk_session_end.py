@@ -57,8 +57,14 @@ def withASession():
             with SessionEnd("no"):
                 pass
             checkEqual(desk.boxes(), [ACTIVE], "message boxes after a second question")
+            # What the host sends meanwhile is shown, and answered where it is a request.
+            peer.send(b"\r\nunder the box\xff\xfd\x01\x1b[")
+            desk.waitText("under the box", row=1)
+            peer.expect(b"\xff\xfc\x01", "an answer under the box")
             desk.answer(ACTIVE, "No")
             desk.waitState("g_bConnectActive", True)
+            peer.send(b"3;1Hand on")
+            desk.waitText("and on", row=2)
             with SessionEnd("yes"):
                 desk.answer(ACTIVE, "Yes", ends=True)
             ended(desk, "with a session")
