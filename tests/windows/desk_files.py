@@ -11,8 +11,9 @@ LOOP = b"[kept]\r\nconnect=loop\r\nFont=small\r\nnote=of another program\r\n"
 SETTINGS = b"[Settings]\r\nProfiles=kept \r\nOrder=kept \r\nColour=blue\r\n"
 
 
-def survives(what, content, profile="kept", saved=True):
-    """Starts with the content, connects the profile by its menu entry where it is listed, closes; the file keeps what it held."""
+def survives(what, content, profile="kept", saved=True, phone=""):
+    """Starts with the content, connects the profile by its menu entry where it is listed, closes; the file keeps what it held.
+    phone: what the profile's key "phone" is read as."""
     iniPath().write_bytes(content)
     with Desk() as desk:
         desk.waitCaption("(untitled)")
@@ -23,6 +24,7 @@ def survives(what, content, profile="kept", saved=True):
             desk.gone("frmConn")
             desk.type("alive")
             desk.waitText("alive", row=0)
+            checkEqual(desk.ask("profile")["phone"], phone, f"{what}: the phone number")
             desk.connectionMenu("d")
             desk.waitState("g_bConnectActive", False)
             if saved:
@@ -45,8 +47,10 @@ def twoEqualSections():
 
 
 def longValues():
+    """Read as far as one read goes, and whole in the file as long as the profile is not saved."""
     long = b"x" * 65536
-    after = survives("a value of 64 KB", SETTINGS + LOOP + b"host=" + long + b"\r\n", saved=False)
+    content = SETTINGS + LOOP + b"host=" + long + b"\r\nphone=" + long[:65535] + b"y\r\n"
+    after = survives("values of 64 KB", content, saved=False, phone="x" * 512)
     check(long in after, "the long value is whole")
 
 
