@@ -5,6 +5,7 @@
 
 #include "platform/run_time_error.h"
 #include "platform/system_text.h"
+#include "platform/win32/event_loop.h"
 #include "platform/win32/message_window.h"
 
 namespace qxterm::win32 {
@@ -17,9 +18,8 @@ namespace {
 using State = Connection::State;
 
 constexpr std::size_t shortestRead = 1024;
-/// Milliseconds of this thread's own time from which on the handlers of one read have taken long: the window
-/// is to answer meanwhile.
-constexpr ULONGLONG longHandling = 60;
+/// Milliseconds without a yield that are long: the window is to answer meanwhile.
+constexpr std::uint64_t longWithoutYield = 60;
 /// Unread bytes from which on no more is taken from the system, so that the peer is slowed down instead.
 constexpr std::size_t unreadLimit = std::size_t{256} * 1024;
 constexpr std::size_t unsentLimit = std::size_t{16} * 1024 * 1024;
@@ -101,27 +101,13 @@ void announceBuffer(Connection& connection) {
     }
 }
 
-/// Milliseconds that this thread has run. Unlike a clock's they do not grow while other programs do.
-ULONGLONG timeUsed() {
-    FILETIME created{};
-    FILETIME ended{};
-    FILETIME kernel{};
-    FILETIME user{};
-    GetThreadTimes(GetCurrentThread(), &created, &ended, &kernel, &user);
-    const auto ticks = [](const FILETIME& time) {
-        return (static_cast<ULONGLONG>(time.dwHighDateTime) << 32U) | time.dwLowDateTime;
-    };
-    constexpr ULONGLONG perMillisecond = 10000;
-    return (ticks(kernel) + ticks(user)) / perMillisecond;
-}
-
-/// What repaints the screen again and again takes a thousand times as long as plain text. It is read in
-/// smaller pieces, with the user's messages in between.
-void adaptReadSize(Connection& connection, ULONGLONG milliseconds) {
+/// The interpreter yields at line feeds. Output that repaints the screen again and again without one is read
+/// in smaller pieces, with the user's messages in between.
+void adaptReadSize(Connection& connection, std::uint64_t milliseconds) {
     std::size_t& size = connection.readSize;
-    if (milliseconds > longHandling) {
+    if (milliseconds > longWithoutYield) {
         size = std::max(size / 2, shortestRead);
-    } else if (milliseconds < longHandling / 4) {
+    } else if (milliseconds < longWithoutYield / 4) {
         size = std::min(size * 2, Connection::longestRead);
     }
 }
@@ -132,9 +118,9 @@ void announce(Connection& connection, std::size_t arrived) {
     if (connection.handlersRunning > 1) {
         connection.owner.onDataArrival.raise(static_cast<std::int32_t>(arrived));
     } else {
-        const ULONGLONG before = timeUsed();
+        startYieldWatch();
         announceBuffer(connection);
-        adaptReadSize(connection, timeUsed() - before);
+        adaptReadSize(connection, longestWithoutYield());
     }
     --connection.handlersRunning;
 }
