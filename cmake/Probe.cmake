@@ -1,4 +1,6 @@
-# qxterm-probe.exe: the program with ears for the tests of the window (tests/windows/probe).
+# What the tests of the window need besides the program.
+#
+# qxterm-probe.exe: the program with ears (tests/windows/probe).
 
 if(NOT MINGW OR NOT TARGET qxterm)
     return()
@@ -21,3 +23,8 @@ target_link_libraries(
     qxterm-probe PRIVATE qxterm_options qxterm_json qxterm_core qxterm_win32 ${QXTERM_SYSTEM_LIBRARIES}
 )
 add_dependencies(qxterm-probe program)
+
+# What other programs and the system do to it.
+file(GLOB neighbour_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/neighbour/*.cpp")
+add_executable(neighbour ${neighbour_sources})
+target_link_libraries(neighbour PRIVATE qxterm_options)

@@ -67,11 +67,13 @@ void clearPicture() {
     cursorShown = 0;
 }
 
+/// As much of it as can be seen, however much was typed.
 std::string textOfRow(std::size_t row) {
     if (row < banner.size()) return std::string{banner[row]};
     const std::size_t index = row - banner.size();
     if (index >= localLines.size()) return {};
-    return std::string{localLines[index].prompt} + localLines[index].text;
+    const LocalLine& line = localLines[index];
+    return std::string{line.prompt} + line.text.substr(0, screenColumns);
 }
 
 void drawRow(std::size_t row) {

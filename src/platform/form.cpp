@@ -5,6 +5,7 @@
 #include "platform/backend.h"
 #include "platform/controls.h"
 #include "platform/display.h"
+#include "platform/event_loop.h"
 #include "platform/menu.h"
 
 namespace qxterm {
@@ -39,6 +40,7 @@ void Form::show() {
 }
 
 void Form::showModal() {
+    if (eventLoop::ending()) return;
     load();
     if (!loaded_) return;
     if (!visible_) {

@@ -48,12 +48,15 @@ public:
     /// Loads when needed and shows the window without waiting.
     void show();
     /// Loads when needed, shows the window on top of the others, which are disabled, and runs a nested event
-    /// loop until the form is unloaded. Returns at once when the load routine has unloaded the form.
+    /// loop until the form is unloaded. Returns at once when the load routine has unloaded the form, and does
+    /// nothing once the program is ending.
     void showModal();
     /// Raises onQueryUnload; unless that cancels, raises onUnload and destroys the window. Nothing when not
     /// loaded. Returns false when cancelled.
     bool unload(UnloadReason reason = UnloadReason::formCode);
     [[nodiscard]] bool loaded() const { return loaded_; }
+    /// True while unload runs, and with it the questions that its events ask.
+    [[nodiscard]] bool unloading() const { return unloading_; }
     [[nodiscard]] bool visible() const { return visible_; }
 
     // --- properties ----------------------------------------------------------------------------------------

@@ -5,14 +5,15 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from desk import Desk  # noqa: E402
-from program import check, checkEqual, iniPath, run  # noqa: E402
+from program import check, checkEqual, iniPath, readIni, run  # noqa: E402
 
 LOOP = b"[kept]\r\nconnect=loop\r\nFont=small\r\nnote=of another program\r\n"
 SETTINGS = b"[Settings]\r\nProfiles=kept \r\nOrder=kept \r\nColour=blue\r\n"
 
 
-def survives(what, content, profile="kept", saved=True):
-    """Starts with the content, connects the profile by its menu entry where it is listed, closes; the file keeps what it held."""
+def survives(what, content, profile="kept", saved=True, phone=""):
+    """Starts with the content, connects the profile by its menu entry where it is listed, closes; the file keeps what it held.
+    phone: what the profile's key "phone" is read as."""
     iniPath().write_bytes(content)
     with Desk() as desk:
         desk.waitCaption("(untitled)")
@@ -23,6 +24,7 @@ def survives(what, content, profile="kept", saved=True):
             desk.gone("frmConn")
             desk.type("alive")
             desk.waitText("alive", row=0)
+            checkEqual(desk.ask("profile")["phone"], phone, f"{what}: the phone number")
             desk.connectionMenu("d")
             desk.waitState("g_bConnectActive", False)
             if saved:
@@ -45,9 +47,68 @@ def twoEqualSections():
 
 
 def longValues():
-    long = b"x" * 60000
-    after = survives("a value of 60,000 characters", SETTINGS + LOOP + b"host=" + long + b"\r\n", saved=False)
+    """Read as far as one read goes, and whole in the file as long as the profile is not saved."""
+    long = b"x" * 65536
+    content = SETTINGS + LOOP + b"host=" + long + b"\r\nphone=" + long[:65535] + b"y\r\n"
+    after = survives("values of 64 KB", content, saved=False, phone="x" * 512)
     check(long in after, "the long value is whole")
+
+
+def embeddedZeros():
+    """Zero bytes in a value, a key, a section's name, a list of names, and in a line of its own. The system takes a line
+    to its first zero; the lines without one are read, and stay when the profile is saved."""
+    content = (b"[Settings]\r\nProfiles=kept z\0y \r\nOrder=kept z\0y \r\nColour=blue\r\n\0\r\n[o\0ther]\r\nother=1\r\n"
+               + LOOP + b"host=a\0b\r\nho\0st=c\r\nparity=\0\r\nafter=2\r\n")
+    iniPath().write_bytes(content)
+    with Desk() as desk:
+        checkEqual(desk.ask("lists")["profiles"], ["kept", "z"], "the known names")
+        desk.menu("p", "1")
+        desk.waitCaption("kept")
+        desk.waitState("g_bConnectActive", True)
+        desk.gone("frmConn")
+        desk.type("alive")
+        desk.waitText("alive", row=0)
+        desk.connectionMenu("d")
+        desk.waitState("g_bConnectActive", False)
+        desk.menu("p", "s")
+        desk.close()
+        desk.waitEnd()
+    ini = readIni()
+    checkEqual([ini["Settings"]["Colour"], ini["kept"]["note"], ini["kept"]["after"], ini["kept"]["connect"]],
+               ["blue", "of another program", "2", "loop"], "the lines without a zero")
+    check(b"other=1" in iniPath().read_bytes(), "the section with a zero in its name")
+
+
+def twoWindowsSave():
+    """Each window knows only of the profiles it has read or made: the file keeps them all."""
+    iniPath().write_bytes(SETTINGS + LOOP)
+
+    def saveAs(desk, name):
+        desk.menu("p", "a")
+        desk.dialog("frmprof")
+        desk.fill(name)
+        desk.key("Return")
+        desk.gone("frmprof")
+        desk.waitCaption(name)
+
+    with Desk() as one:
+        saveAs(one, "first")
+        with Desk() as two:
+            saveAs(one, "second")
+            saveAs(two, "third")
+            saveAs(one, "fourth")
+            checkEqual(two.ask("lists")["profiles"], ["kept", "first", "third"], "what the second window knows")
+            two.close()
+            two.waitEnd()
+        one.close()
+        one.waitEnd()
+    ini = readIni()
+    checkEqual(sorted(ini["Settings"]["Profiles"].split()), ["first", "fourth", "kept", "second", "third"],
+               "the names in the file")
+    for name in ("first", "second", "third", "fourth"):
+        checkEqual(ini[name]["connect"], "ssh", f"profile {name}")
+    checkEqual([ini["kept"]["note"], ini["Settings"]["Colour"]], ["of another program", "blue"], "what stood in the file")
+    check(all(int(number) >= 0 for number in ini["Settings"]["Window"].split()), "the window's place")
 
 
 def tenMegabytes():
@@ -71,4 +132,4 @@ def readOnly():
         path.chmod(0o644)
 
 
-run(emptyAndHeadless, twoEqualSections, longValues, tenMegabytes, readOnly)
+run(emptyAndHeadless, twoEqualSections, longValues, embeddedZeros, tenMegabytes, readOnly, twoWindowsSave)

@@ -175,7 +175,8 @@ def oddInput(desk):
     """Pasted into every box: too much, line ends and control characters, what means something in the file."""
     desk.menu("p", "s")
     desk.waitState("g_bProfileChanged", False)
-    for what, text in (("long", "x" * 40000), ("control", "1\a\b\x1b\x7f\xff;=[]"), ("lines", "7\r\n[evil]\r\nkey=1")):
+    for what, text in (("long", "x" * 40000), ("control", "1\a\b\x1b\x7f\xff;=[]"), ("lines", "7\r\n[evil]\r\nkey=1"),
+                       ("quoted", "-h \"a b\" & 'c' %1")):
         setClipboard(text)
         openOptions(desk)
         tab = 0
@@ -197,6 +198,17 @@ def oddInput(desk):
         desk.waitState("g_bProfileChanged", False)
         checkEqual(sorted(readIni()), ["Settings", "box"], f"the sections of the file after {what} text")
         check("key" not in readIni()["box"], "no key has slipped in")
+        host = desk.ask("profile")["host"]
+        if what == "lines":
+            checkEqual(host, "7", "the first line alone")
+            continue
+        # No such host can be connected to, and nothing worse comes of it.
+        desk.menu("c", "c")
+        desk.dialog("frmConn")
+        checkEqual(desk.label("frmConn", "lblConn"), f"Opening network connection to host: {host}", "the status")
+        desk.key("Escape")
+        desk.gone("frmConn")
+        desk.noBoxes()
     namesOfProfiles(desk)
 
 

@@ -3,6 +3,7 @@
 #include <deque>
 #include <string>
 
+#include "platform/event_loop.h"
 #include "platform/headless/recorder.h"
 
 namespace qxterm::headless {
@@ -80,6 +81,7 @@ void resetAnswers() { answers().clear(); }
 namespace qxterm {
 
 Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
+    if (eventLoop::ending()) return headless::usualAnswer(buttons);
     const Answer answer = headless::nextAnswer(buttons);
     headless::record("box", {{"title", std::string{title}},
                              {"text", std::string{text}},

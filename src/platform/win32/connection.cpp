@@ -5,6 +5,7 @@
 
 #include "platform/run_time_error.h"
 #include "platform/system_text.h"
+#include "platform/win32/event_loop.h"
 #include "platform/win32/message_window.h"
 
 namespace qxterm::win32 {
@@ -16,7 +17,9 @@ namespace {
 
 using State = Connection::State;
 
-constexpr std::size_t readSize = std::size_t{64} * 1024;
+constexpr std::size_t shortestRead = 1024;
+/// Milliseconds without a yield that are long: the window is to answer meanwhile.
+constexpr std::uint64_t longWithoutYield = 60;
 /// Unread bytes from which on no more is taken from the system, so that the peer is slowed down instead.
 constexpr std::size_t unreadLimit = std::size_t{256} * 1024;
 constexpr std::size_t unsentLimit = std::size_t{16} * 1024 * 1024;
@@ -68,8 +71,8 @@ void readLater(const Connection& connection) {
 
 /// Appends what has arrived, once; returns the number of bytes.
 std::size_t readOnce(Connection& connection) {
-    static std::array<char, readSize> block;
-    const int count = recv(connection.handle, block.data(), static_cast<int>(block.size()), 0);
+    static std::array<char, Connection::longestRead> block;
+    const int count = recv(connection.handle, block.data(), static_cast<int>(connection.readSize), 0);
     if (count > 0) {
         if (connection.taken > unreadLimit) {
             connection.received.erase(0, connection.taken);
@@ -98,13 +101,26 @@ void announceBuffer(Connection& connection) {
     }
 }
 
+/// The interpreter yields at line feeds. Output that repaints the screen again and again without one is read
+/// in smaller pieces, with the user's messages in between.
+void adaptReadSize(Connection& connection, std::uint64_t milliseconds) {
+    std::size_t& size = connection.readSize;
+    if (milliseconds > longWithoutYield) {
+        size = std::max(size / 2, shortestRead);
+    } else if (milliseconds < longWithoutYield / 4) {
+        size = std::min(size * 2, Connection::longestRead);
+    }
+}
+
 void announce(Connection& connection, std::size_t arrived) {
     if (arrived == 0) return;
     ++connection.handlersRunning;
     if (connection.handlersRunning > 1) {
         connection.owner.onDataArrival.raise(static_cast<std::int32_t>(arrived));
     } else {
+        startYieldWatch();
         announceBuffer(connection);
+        adaptReadSize(connection, longestWithoutYield());
     }
     --connection.handlersRunning;
 }
@@ -134,6 +150,7 @@ void closeConnection(Connection& connection) {
     connection.addresses.clear();
     connection.received.clear();
     connection.taken = 0;
+    connection.readSize = Connection::longestRead;
     connection.held = false;
     connection.systemEmpty = false;
     connection.unsent.clear();

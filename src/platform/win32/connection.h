@@ -20,6 +20,8 @@ struct Socket::Native {
         lost,    ///< it is gone, onClose has been or is being raised
     };
 
+    static constexpr std::size_t longestRead = std::size_t{64} * 1024;
+
     explicit Native(Socket& control) : owner{control} {}
 
     Socket& owner;
@@ -36,8 +38,9 @@ struct Socket::Native {
     std::size_t taken = 0;        ///< bytes of received that getData has handed out
     std::uint64_t takenEver = 0;  ///< tells whether a handler has read anything
     int handlersRunning = 0;
-    bool held = false;         ///< more is waiting in the system than may be kept unread here
-    bool systemEmpty = false;  ///< after the peer's end: all that it sent has been read
+    std::size_t readSize = longestRead;  ///< bytes that the next read takes at the most
+    bool held = false;                   ///< more is waiting in the system than may be kept unread here
+    bool systemEmpty = false;            ///< after the peer's end: all that it sent has been read
 
     std::string unsent;
     std::size_t sent = 0;  ///< bytes of unsent that the system has taken

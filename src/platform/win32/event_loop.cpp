@@ -1,5 +1,7 @@
 #include "platform/event_loop.h"
 
+#include <algorithm>
+
 #include "platform/win32/dialog.h"
 #include "platform/win32/event_loop.h"
 #include "platform/win32/native.h"
@@ -9,6 +11,22 @@ namespace win32 {
 namespace {
 
 bool programEnding = false;
+/// When doEvents looked at the queue last.
+ULONGLONG lastTurn = 0;
+/// Since when the longest time between two such looks is kept.
+ULONGLONG watchStart = 0;
+ULONGLONG longestGap = 0;
+
+ULONGLONG gapUntil(ULONGLONG now) { return now - std::max(lastTurn, watchStart); }
+
+/// Notes that the queue is looked at now. False when this tick of the clock has seen a look already.
+bool beginTurn() {
+    const ULONGLONG now = GetTickCount64();
+    if (now == lastTurn) return false;
+    longestGap = std::max(longestGap, gapUntil(now));
+    lastTurn = now;
+    return true;
+}
 
 bool isKeyMessage(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
 
@@ -43,6 +61,13 @@ void dispatch(MSG& message) {
 
 void endLoop() { programEnding = true; }
 
+void startYieldWatch() {
+    watchStart = GetTickCount64();
+    longestGap = 0;
+}
+
+std::uint64_t longestWithoutYield() { return std::max(longestGap, gapUntil(GetTickCount64())); }
+
 void waitAndDispatch() {
     MSG message{};
     const BOOL got = GetMessageA(&message, nullptr, 0, 0);
@@ -64,10 +89,7 @@ void run() {
 void doEvents() {
     // The interpreter yields after every line feed: looking at the queue more often than the clock ticks
     // would only cost.
-    static ULONGLONG lastTurn = 0;
-    const ULONGLONG now = GetTickCount64();
-    if (now == lastTurn) return;
-    lastTurn = now;
+    if (!win32::beginTurn()) return;
     MSG message{};
     while (!ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
         if (message.message == WM_QUIT) {

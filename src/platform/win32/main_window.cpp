@@ -17,14 +17,26 @@ constexpr const char* className = "QxtermMain";
 /// Caption, system menu and minimise box: the window's size follows from the screen's font alone.
 constexpr DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 
+/// Shows what has to be answered before the window can close.
+void showOpenQuestion(HWND window) {
+    MessageBeep(MB_OK);
+    SetForegroundWindow(GetLastActivePopup(window));
+}
+
 void closeByUser(Form& form, HWND window) {
     if (IsWindowEnabled(window) != 0) {
         (void)form.unload(UnloadReason::formControlMenu);
-        return;
+    } else {
+        showOpenQuestion(window);  // below a dialog or a box
     }
-    // Below a dialog or a box: show what has to be answered first.
-    MessageBeep(MB_OK);
-    SetForegroundWindow(GetLastActivePopup(window));
+}
+
+/// Whether the user's session may end as far as this program goes; it does when the window has closed. A
+/// question about closing that is open already has no answer yet, and with it there may be changes to save.
+bool sessionMayEnd(Form& form, HWND window) {
+    if (!form.unloading()) return form.unload(UnloadReason::windowsEnding);
+    showOpenQuestion(window);
+    return false;
 }
 
 void activated(Form& form, WPARAM wParam) {
@@ -86,7 +98,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         case WM_NCHITTEST: return hitTest(*form, standard());
         case WM_GETMINMAXINFO: holdSize(*form, *reinterpret_cast<MINMAXINFO*>(lParam)); return 0;
         case WM_CLOSE: closeByUser(*form, window); return 0;
-        case WM_QUERYENDSESSION: return form->unload(UnloadReason::windowsEnding) ? TRUE : FALSE;
+        case WM_QUERYENDSESSION: return sessionMayEnd(*form, window) ? TRUE : FALSE;
         default: return standard();
     }
 }

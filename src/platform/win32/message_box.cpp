@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/event_loop.h"
 #include "platform/win32/native.h"
 
 namespace qxterm {
@@ -36,6 +37,7 @@ HWND topmostWindow() {
 }  // namespace
 
 Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
+    if (eventLoop::ending()) return refusal(buttons);
     HWND const owner = topmostWindow();
     const UINT kind =
         static_cast<UINT>(buttons) | static_cast<UINT>(icon) | (owner == nullptr ? MB_TASKMODAL : 0U);

@@ -8,6 +8,7 @@
 #include "connection/session_state.h"
 #include "diag/error_trap.h"
 #include "platform/clipboard.h"
+#include "platform/event_loop.h"
 #include "platform/main_form.h"
 
 namespace qxterm::testing {
@@ -90,6 +91,18 @@ TEST_F(Menus, NewIsOptionsThenSaveAsThenConnect) {
     EXPECT_EQ(iniValue("line", "host"), "krv");
     EXPECT_TRUE(g_bConnectActive);
     EXPECT_FALSE(g_bProfileNew);
+}
+
+// Nobody is there any more for what New would ask next: the name, or the host to connect to.
+TEST_F(Menus, NothingIsAskedBehindTheProgramsEnd) {
+    then([] { EXPECT_TRUE(frmterm.unload(UnloadReason::windowsEnding)); });
+    EXPECT_TRUE(headless::chooseMenu(mnuprofitem, 0));
+    EXPECT_TRUE(eventLoop::ending());
+    EXPECT_FALSE(frmterm.loaded());
+    // Save As makes its dialog ready, connecting puts it away: it was never shown.
+    EXPECT_EQ(windows(), (Lines{"frmOptions modal", "frmterm unload", "frmprof unload"}));
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(countOf("socket"), 0U);
 }
 
 TEST_F(Menus, SaveWritesANamedProfileAndAsksForAnothersName) {

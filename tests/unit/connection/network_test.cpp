@@ -8,6 +8,7 @@
 #include "connection/connection_manager.h"
 #include "connection/session_state.h"
 #include "connection/ssh_hooks.h"
+#include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
 #include "diag/trace_log.h"
@@ -137,6 +138,25 @@ TEST_F(Network, TheHostsGoodbyeIsToldAndEndsTheSession) {
     EXPECT_EQ(recorded("box", "icon"), (Lines{"information"}));
     EXPECT_FALSE(g_bConnectActive);
     EXPECT_EQ(row(0), "");
+}
+
+TEST_F(Network, AHostNameOf64KilobytesReachesTheSocketWhole) {
+    mnuconnitem_Click(connectionItem::disconnect);
+    std::string host = "-h \"quoted\" & 'more' %1 ";
+    host += std::string(65536 - host.size(), 'x');
+    CurrentProfile.host = host;
+    then([&] {
+        EXPECT_EQ(find<Label>(frmConn, "lblConn").caption(),
+                  "Opening network connection to host: " + CurrentProfile.host);
+        headless::socketConnects(comnet2);
+    });
+    thenWait(400);
+    records.clear();
+    connectPort();
+    EXPECT_EQ(recorded("socket", "host"), (Lines{host}));
+    EXPECT_TRUE(boxes().empty());
+    arrive("still here");
+    EXPECT_EQ(row(0), "still here");
 }
 
 TEST_F(Network, ASocketErrorIsSilent) {

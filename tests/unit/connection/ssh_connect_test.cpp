@@ -1,6 +1,7 @@
 #include "connection/ssh_connect.h"
 
 #include "app/program_fixture.h"
+#include "config/profile_record.h"
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/session_state.h"
@@ -163,6 +164,62 @@ TEST_F(SshConnect, ALongLoginNameIsKeptWhole) {
     type(std::string(300, 'b') + "\rsecret\r");
     EXPECT_EQ(boxes(), (Lines{"The login name is too long.  It may have up to 255 characters."}));
     EXPECT_EQ(processes(), Lines{});
+}
+
+// Typed into the prompt or put into the profile: a complaint, whole names or nothing, and never a process.
+TEST_F(SshConnect, FieldsOf64KilobytesAreRefusedAndNotCut) {
+    const std::string quoted = "\"-l root\" & 'x' `y` ";
+    std::string login;
+    while (login.size() < 65536) login += quoted;
+    type(login);
+    EXPECT_EQ(g_sSSHLogin, login);
+    type("\rsecret\r");
+    EXPECT_EQ(boxes(), (Lines{"The login name is too long.  It may have up to 255 characters."}));
+    EXPECT_EQ(processes(), Lines{});
+    EXPECT_EQ(g_sSSHPassword, "");
+
+    CurrentProfile.host = std::string(65535, 'h') + '"';
+    records.clear();
+    mnuconnitem_Click(connectionItem::connect);
+    enterBob();
+    EXPECT_EQ(boxes(), (Lines{"The hostname is too long.  It may have up to 255 characters."}));
+    EXPECT_EQ(processes(), Lines{});
+
+    CurrentProfile.host = "host1";
+    mnuconnitem_Click(connectionItem::connect);
+    thenCancel();
+    enterBob();
+    EXPECT_EQ(processes(),
+              (Lines{clientLine, relayLine, "socket connect localhost 3000", "process terminate zpt_ssh",
+                     "process terminate zpt_tnetd", "socket close"}));
+}
+
+TEST_F(SshConnect, NoFieldBecomesAnOptionOrASecondArgument) {
+    for (const char* login : {"-l", "--", "bob root", "bob\"", "'bob'", "`id`", "bob\t", "\"bob\" \"root"}) {
+        type(login);
+        type("\rsecret\r");
+        EXPECT_EQ(boxes().size(), 1U) << login;
+        EXPECT_EQ(processes(), Lines{}) << login;
+        records.clear();
+        mnuconnitem_Click(connectionItem::connect);
+    }
+    for (const char* host :
+         {"-oProxy=x", "-", "a b", "a\"b", "'a'", "a&b", "a|b", "%COMSPEC%\\x", "host1 -R"}) {
+        CurrentProfile.host = host;
+        enterBob();
+        EXPECT_EQ(boxes().size(), 1U) << host;
+        EXPECT_EQ(processes(), Lines{}) << host;
+        records.clear();
+        mnuconnitem_Click(connectionItem::connect);
+    }
+    // Of use to a shell only, and there is none: one argument like any other.
+    CurrentProfile.host = "host1";
+    type("b&b|%PATH%\rsecret");
+    thenCancel();
+    type("\r");
+    EXPECT_EQ(processes(), (Lines{clientLine, "process start zpt_tnetd zpt_tnetd 2 3000 3000 4 b&b|%PATH%",
+                                  "socket connect localhost 3000", "process terminate zpt_ssh",
+                                  "process terminate zpt_tnetd", "socket close"}));
 }
 
 TEST(SshCommandLines, KeepTheDoubledBlank) {

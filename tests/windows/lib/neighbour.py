@@ -1,0 +1,46 @@
+"""What other programs and the system do to the program under test (tests/windows/neighbour)."""
+
+import contextlib
+import os
+import subprocess
+
+from program import BUILD, Failure, checkEqual
+
+
+def _start(*wish):
+    return subprocess.Popen([os.environ["WINE"], str(BUILD / "neighbour.exe"), *map(str, wish)],
+                            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+
+
+@contextlib.contextmanager
+def heldClipboard(seconds=30):
+    """The clipboard is another program's."""
+    with _start("hold-clipboard", seconds) as holder:
+        try:
+            checkEqual(holder.stdout.readline().strip(), "held", "what holds the clipboard")
+            yield
+        finally:
+            holder.kill()
+
+
+class SessionEnd:
+    """The system asks whether the session may end. Waits for the answer at the end of the with statement's body."""
+
+    def __init__(self, answer):
+        """answer: the one expected, yes or no."""
+        self.expected = answer
+
+    def __enter__(self):
+        self.process = _start("end-session")
+        return self
+
+    def __exit__(self, kind, *_):
+        if kind is not None:
+            self.process.kill()
+        try:
+            said, _ = self.process.communicate(timeout=20)
+        except subprocess.TimeoutExpired as late:
+            self.process.kill()
+            raise Failure("the system gets no answer about the session's end") from late
+        if kind is None:
+            checkEqual(said.strip(), self.expected, "the answer about the session's end")
