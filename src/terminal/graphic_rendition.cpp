@@ -27,48 +27,56 @@ constexpr AttrTriple unpack(Packed packed) {
     return {part(packed), part(packed >> 16U), part(packed >> 32U)};
 }
 
-/// What a parameter does to the current attribute: it keeps these bits and sets those.
-struct Change {
-    Packed kept = ~Packed{0};
-    Packed set = 0;
+/// What the parameters do to the current attribute: each keeps some of its bits and sets others.
+struct Changes {
+    std::array<Packed, 50> kept{};
+    std::array<Packed, 50> set{};
+
+    constexpr void keepAndSet(int parameter, Packed keptBits, Packed setBits) {
+        kept[static_cast<std::size_t>(parameter)] = keptBits;
+        set[static_cast<std::size_t>(parameter)] = setBits;
+    }
+    constexpr void setFlag(int parameter, std::int16_t flag) {
+        keepAndSet(parameter, ~Packed{0}, pack({flag, 0, 0}));
+    }
+    constexpr void clearFlags(int parameter, std::int16_t flags) {
+        keepAndSet(parameter, ~pack({flags, 0, 0}), 0);
+    }
+    constexpr void setFg(int parameter, std::int16_t index) {
+        keepAndSet(parameter, ~pack({0, -1, 0}), pack({0, index, 0}));
+    }
+    constexpr void setBg(int parameter, std::int16_t index) {
+        keepAndSet(parameter, ~pack({0, 0, -1}), pack({0, 0, index}));
+    }
 };
 
-constexpr Change setsFlag(std::int16_t flag) { return {.set = pack({flag, 0, 0})}; }
-constexpr Change clearsFlags(std::int16_t flags) { return {.kept = ~pack({flags, 0, 0})}; }
-constexpr Change setsFg(std::int16_t index) {
-    return {.kept = ~pack({0, -1, 0}), .set = pack({0, index, 0})};
-}
-constexpr Change setsBg(std::int16_t index) {
-    return {.kept = ~pack({0, 0, -1}), .set = pack({0, 0, index})};
-}
-
 /// By parameter; those that are not named, and all that lie beyond, change nothing.
-constexpr auto changes = [] {
-    std::array<Change, 50> all{};
-    all[0] = {.kept = pack({attrFlag::shiftOut, 0, 0}), .set = pack(defaultAttrTriple)};
-    all[1] = setsFlag(attrFlag::bold);
-    all[4] = setsFlag(attrFlag::underline);
-    all[blinkOn] = setsFlag(attrFlag::blink);
-    all[7] = setsFlag(attrFlag::reverse);
-    all[8] = setsFlag(attrFlag::invisible);
-    all[22] = clearsFlags(-1);  // every flag, shift-out included
-    all[24] = clearsFlags(attrFlag::underline);
-    all[25] = clearsFlags(attrFlag::blink);
-    all[27] = clearsFlags(attrFlag::blink | attrFlag::reverse);
-    all[28] = clearsFlags(attrFlag::invisible);
+constexpr Changes changes = [] {
+    Changes all;
+    all.kept.fill(~Packed{0});
+    all.keepAndSet(0, pack({attrFlag::shiftOut, 0, 0}), pack(defaultAttrTriple));
+    all.setFlag(1, attrFlag::bold);
+    all.setFlag(4, attrFlag::underline);
+    all.setFlag(blinkOn, attrFlag::blink);
+    all.setFlag(7, attrFlag::reverse);
+    all.setFlag(8, attrFlag::invisible);
+    all.clearFlags(22, -1);  // every flag, shift-out included
+    all.clearFlags(24, attrFlag::underline);
+    all.clearFlags(25, attrFlag::blink);
+    all.clearFlags(27, attrFlag::blink | attrFlag::reverse);
+    all.clearFlags(28, attrFlag::invisible);
     for (std::int16_t index = 0; index < 8; ++index) {
-        all[30 + static_cast<std::size_t>(index)] = setsFg(index);
-        all[40 + static_cast<std::size_t>(index)] = setsBg(index);
+        all.setFg(30 + index, index);
+        all.setBg(40 + index, index);
     }
-    all[39] = setsFg(defaultAttrTriple.fg);
-    all[49] = setsBg(defaultAttrTriple.bg);
+    all.setFg(39, defaultAttrTriple.fg);
+    all.setBg(49, defaultAttrTriple.bg);
     return all;
 }();
 
-Packed changed(Packed attr, std::int16_t parameter) {
-    const auto number = static_cast<std::size_t>(parameter);  // none is negative
-    if (number >= changes.size()) return attr;
-    return (attr & changes[number].kept) | changes[number].set;
+Packed changed(Packed attr, std::size_t parameter) {
+    if (parameter >= changes.set.size()) return attr;
+    return (attr & changes.kept[parameter]) | changes.set[parameter];
 }
 
 /// Registers the timer of blinking text. It is never removed: clearing the flag stops nothing.
@@ -80,7 +88,8 @@ void selectGraphicRendition(std::span<const std::int16_t> parameters) {
     flushBuf();
     Packed attr = pack({curAttr, curFg, curBg});
     if (parameters.empty()) attr = changed(attr, 0);
-    for (const std::int16_t parameter : parameters) {
+    for (const std::int16_t value : parameters) {
+        const auto parameter = static_cast<std::size_t>(value);
         attr = changed(attr, parameter);
         if (parameter == blinkOn) [[unlikely]] {
             setCurrentAttr(unpack(attr));

@@ -14,11 +14,13 @@
 /// is planned for any routine closes the short way.
 namespace qxterm {
 
-/// The cursor's line when a run of that many characters, one or more, is an ordinary one; else null.
-[[nodiscard]] inline ScreenLine* lineOfOrdinaryRun(std::int32_t count) {
+/// The cursor's line when a run of that many characters, one or more, is an ordinary one, and none of these
+/// modes is set; else null.
+[[nodiscard]] inline ScreenLine* lineOfOrdinaryRun(std::int32_t count,
+                                                   std::int16_t otherModes = mode::insert) {
     constexpr int otherFlags =
         ~(UINT8_MAX & ~attrFlag::invisible);  // those that an ordinary run may not have
-    if (modeSet(mode::insert) || (curAttr & otherFlags) != 0) return nullptr;
+    if (modeSet(otherModes) || (curAttr & otherFlags) != 0) return nullptr;
     if (static_cast<std::uint32_t>(curRow) >= screenRows || curCol < 0 || curCol + count > screenColumns)
         return nullptr;
     if (!coloursExist(curFg, curBg) || detail::faultPlanned) return nullptr;

@@ -17,9 +17,10 @@ namespace {
 /// The ordinary flush: one ordinary run waits for a line that is drawn up to date, and there is nothing else
 /// to do. The line, else null.
 ScreenLine* lineOfOnlyRun() {
-    if (pendingCount <= 0 || pendingScrolls != 0 || recordsToDraw != 0 || modeSet(mode::drawingSuspended))
-        return nullptr;
-    ScreenLine* line = lineOfOrdinaryRun(pendingCount);
+    constexpr auto otherModes = static_cast<std::int16_t>(mode::insert | mode::drawingSuspended);
+    const bool othersWait = (static_cast<std::uint32_t>(pendingScrolls) | recordsToDraw) != 0;
+    if (pendingCount <= 0 || othersWait) return nullptr;
+    ScreenLine* line = lineOfOrdinaryRun(pendingCount, otherModes);
     const bool upToDate =
         line != nullptr && line->dirtyLast == -1 && (line->lineFlags & lineFlag::whole) == 0;
     return upToDate ? line : nullptr;

@@ -81,7 +81,7 @@ inline bool OrdinaryParameters::read(std::string_view data, std::size_t& positio
             digit = digitAt(++at);
         }
         values_[count++] = static_cast<std::int16_t>(value);
-        if (*at != ';') break;
+        if (digit != ';' - '0') break;
         digit = digitAt(++at);
         if (digit > 9) return false;
     }
