@@ -39,6 +39,27 @@ void meetPlannedFault(const char* routine) {
 
 }  // namespace detail
 
+void ErrorTrap::begin() {
+    step([this] { detail::meetPlannedFault(routine_); });
+}
+
+void ErrorTrap::begin(const char* routine) { ErrorTrap{routine}.begin(); }
+
+void ErrorTrap::end(const char* routine) { ErrorTrap{routine}.end(); }
+
+void ErrorTrap::end() const {
+    try {
+        throw;
+    } catch (const RunTimeError& error) {
+        if (!armed_) throw;
+        (void)report(error.number);
+    } catch (const std::bad_alloc&) {
+        if (!armed_) throw RunTimeError{errors::outOfMemory};
+        (void)report(errors::outOfMemory);
+    } catch (const Left&) {
+    }
+}
+
 void planFault(std::string_view routine, std::int16_t number) {
     plannedFaults().push_back({std::string{routine}, number});
     detail::faultPlanned = true;

@@ -44,19 +44,17 @@ public:
     template <class Body>
     void run(Body&& body) {
         try {
-            if (detail::faultPlanned) [[unlikely]] {
-                step([this] { detail::meetPlannedFault(routine_); });
-            }
+            if (detail::faultPlanned) [[unlikely]]
+                begin();
             body();
-        } catch (const RunTimeError& error) {
-            if (!armed_) throw;
-            (void)report(error.number);
-        } catch (const std::bad_alloc&) {
-            if (!armed_) throw RunTimeError{errors::outOfMemory};
-            (void)report(errors::outOfMemory);
-        } catch (const Left&) {
+        } catch (...) {
+            end();
         }
     }
+
+    /// The beginning and the end of a routine that needs no trap of its own while all goes well.
+    static void begin(const char* routine);
+    static void end(const char* routine);
 
     /// One operation of the body that is repeated as a whole when the user answers Retry: it must have no
     /// effect before it fails.
@@ -78,6 +76,11 @@ public:
     }
 
 private:
+    /// Meets the failure that is planned for the routine.
+    void begin();
+    /// Sorts the exception being handled: what belongs to the routine ends here, everything else passes on.
+    void end() const;
+
     struct Left {};  ///< carries control from a failed step to the end of the routine
 
     std::int16_t report(std::int16_t number) const {
@@ -90,10 +93,17 @@ private:
     bool armed_;
 };
 
-/// The ordinary use: one routine, one body.
+/// The ordinary use: one routine, one body. The trap itself is made only when there is something for it to
+/// do, since such routines lie on the way of every run of text.
 template <class Body>
 void trapped(const char* routine, Body&& body) {
-    ErrorTrap{routine}.run(body);
+    try {
+        if (detail::faultPlanned) [[unlikely]]
+            ErrorTrap::begin(routine);
+        body();
+    } catch (...) {
+        ErrorTrap::end(routine);
+    }
 }
 
 /// The same for a routine that arms its trap only while g_bTrapErrors is on.

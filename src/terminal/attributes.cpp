@@ -12,8 +12,7 @@ void doAttr(std::int16_t flags, std::int16_t foreground, std::int16_t background
     trapped("doAttr", [&] {
         dcLook = -1;
         const std::int16_t index = reversed(flags) ? background : foreground;
-        picterm.setTextColour(static_cast<std::uint8_t>(subscript(index, 0, 7)));
-        picterm.setFontBold((flags & attrFlag::bold) != 0);
+        applyAttr(flags, static_cast<std::int16_t>(subscript(index, 0, 7)));
     });
 }
 

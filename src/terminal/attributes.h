@@ -4,8 +4,10 @@
 #include <cstdint>
 
 #include "diag/checked.h"
+#include "diag/error_trap.h"
 #include "platform/geometry.h"
 #include "terminal/screen_store.h"
+#include "terminal/view/screen_controls.h"
 
 namespace qxterm {
 
@@ -43,6 +45,11 @@ extern std::array<Rgb, 8> colourTable;
     return modeSet(mode::reverseScreen) != ((flags & attrFlag::reverse) != 0);
 }
 
+/// True for two indices into that table.
+[[nodiscard]] constexpr bool coloursExist(std::int16_t fg, std::int16_t bg) {
+    return static_cast<std::uint16_t>(fg | bg) < 8;
+}
+
 /// What drawing last set the picture box's colours and font up for: a cell word, and 65536 more in reverse
 /// screen; -1 when anything else has changed them since.
 extern std::int32_t dcLook;
@@ -51,6 +58,23 @@ extern std::int32_t dcLook;
 /// after each change of the current attribute. Error 9, reported as "doAttr", for a colour index of 8 or
 /// more.
 void doAttr(std::int16_t flags, std::int16_t foreground, std::int16_t background);
+
+/// What doAttr does, once it has decided between the two colours.
+inline void applyAttr(std::int16_t flags, std::int16_t colour) {
+    dcLook = -1;
+    picterm.setTextColour(static_cast<std::uint8_t>(colour));
+    picterm.setFontBold((flags & attrFlag::bold) != 0);
+}
+
+/// doAttr for the current triple after a command has changed it. What doAttr sets is set again before the
+/// next run is drawn, so that all there is to do for colours that exist is to forget what was set up.
+inline void currentAttrChanged() {
+    if (coloursExist(curFg, curBg) && !detail::faultPlanned) [[likely]] {
+        dcLook = -1;
+    } else {
+        doAttr(curAttr, curFg, curBg);
+    }
+}
 
 /// Sets default colours, the blank line and the colour table. Called by main.
 void initAttributes();

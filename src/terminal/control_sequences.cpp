@@ -110,7 +110,7 @@ void repeatCharacter(Interpretation& input) {
 Outcome dispatch(Interpretation& input, char final) {
     switch (final) {
         case 'H':
-        case 'f': cursorPosition(); break;
+        case 'f': cursorPosition(escParams); break;
         case 'r': setRegion(); break;
         case 'J': eraseInDisplay(); break;
         case 'K': eraseInLine(); break;
@@ -120,7 +120,7 @@ Outcome dispatch(Interpretation& input, char final) {
         case 'D': cursorBack(); break;
         case 'L': insertLines(first(1)); break;
         case 'M': deleteLines(first(1)); break;
-        case 'm': selectGraphicRendition(); break;
+        case 'm': selectGraphicRendition(escParams); break;
         case 'h': changeModes(true); break;
         case 'l': changeModes(false); break;
         case 'p': selectLabelBank(); break;
@@ -139,6 +139,19 @@ Outcome dispatch(Interpretation& input, char final) {
 }
 
 }  // namespace
+
+std::size_t doOrdinarySequence(std::string_view data, std::size_t introducer) {
+    std::size_t at = introducer + 1;
+    if (at == data.size() || data[at] != '[' || detail::faultPlanned) return introducer;
+    OrdinaryParameters parameters;
+    if (!parameters.read(data, ++at)) return introducer;
+    const char final = data[at];
+    if (final != 'H' && final != 'm') return introducer;
+    trapped("doEscBracket", [&] {
+        final == 'H' ? cursorPosition(parameters.values()) : selectGraphicRendition(parameters.values());
+    });
+    return at + 1;
+}
 
 bool doEscBracket(Interpretation& input) {
     bool carried = false;

@@ -22,6 +22,11 @@ struct Interpretation {
     [[nodiscard]] std::int32_t length() const { return static_cast<std::int32_t>(data.size()); }
 };
 
+/// Executes a cursor position or a graphic rendition of the most frequent form, as doEsc and doEscBracket
+/// would. introducer: place of the ESC, which counts from 0. Returns the place behind the sequence; the
+/// introducer's, with nothing done, for whatever else begins there. Reports as "doEscBracket".
+[[nodiscard]] std::size_t doOrdinarySequence(std::string_view data, std::size_t introducer);
+
 /// Parses and executes one control sequence; the position stands on the "[" on entry and on the last byte
 /// consumed on return. Returns true when the sequence's text, from its ESC to the position (or to the end of
 /// the data), must be carried: it is unfinished or its final character is unknown. Reports as "doEscBracket":

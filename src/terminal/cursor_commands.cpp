@@ -15,18 +15,15 @@ std::int16_t count() { return escParams.empty() ? std::int16_t{1} : escParams[0]
 
 }  // namespace
 
-void cursorPosition() {
+void cursorPosition(std::span<const std::int16_t> parameters) {
     flushBuf();
-    curRow = 0;
-    curCol = 0;
-    if (!escParams.empty()) curRow = escParams[0] - 1;
-    if (escParams.size() >= 2) curCol = escParams[1] - 1;
-    if (curCol < 0) curCol = 0;
-    if (curCol > screenColumns) curCol = lastColumn;
+    const std::int32_t row = !parameters.empty() ? parameters[0] - 1 : 0;
+    const std::int32_t column = parameters.size() >= 2 ? parameters[1] - 1 : 0;
+    curCol = column > screenColumns ? lastColumn : std::max(column, 0);
     if (modeSet(mode::origin)) {
-        curRow = std::clamp(curRow + regionTop, regionTop, regionBottom);
+        curRow = std::clamp(row + regionTop, regionTop, regionBottom);
     } else {
-        curRow = std::clamp(curRow, 0, pageRows - 1);
+        curRow = std::clamp(row, 0, pageRows - 1);
     }
 }
 

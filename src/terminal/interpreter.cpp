@@ -14,6 +14,7 @@
 #include "terminal/cursor_commands.h"
 #include "terminal/escape_sequences.h"
 #include "terminal/function_keys.h"
+#include "terminal/ordinary_run.h"
 #include "terminal/printable_scan.h"
 #include "terminal/screen_operations.h"
 #include "terminal/scrolling.h"
@@ -40,11 +41,15 @@ constexpr unsigned char iac = 255;
 bool interpreting = false;
 std::deque<std::string> waitingBlocks;
 
-/// Any output brings the view back to the live screen.
-void returnToLiveView() {
-    if (vscterm.value() == liveView) return;
+[[gnu::noinline]] void leaveScrollback() {
     vscterm.setValue(liveView);
     toggleCursor(hideCursor);
+}
+
+/// Any output brings the view back to the live screen.
+void returnToLiveView() {
+    if (vscterm.value() != liveView) [[unlikely]]
+        leaveScrollback();
 }
 
 /// Lets paints, timers, keys and the user's commands in between. What is left of the block is dropped when
@@ -64,8 +69,19 @@ void keepLast(char c) {
     }
 }
 
-void acceptPrintable(std::string_view run) {
-    keepLast(run.back());
+/// Appends a run for which there is room.
+void appendPending(std::string_view run) {
+    const auto waiting = static_cast<std::size_t>(pendingCount);
+    if (run.size() == 1) {  // frequent, and not worth a call
+        pendingText[waiting] = run.front();
+    } else {
+        std::memcpy(pendingText.data() + waiting, run.data(), run.size());
+    }
+    pendingCount = static_cast<std::int16_t>(waiting + run.size());
+}
+
+/// A run that comes to the right edge, or does not begin within the line.
+[[gnu::noinline]] void acceptAtEdge(std::string_view run) {
     while (!run.empty()) {
         if (curCol + pendingCount >= screenColumns && !modeSet(mode::wrapDisabled)) {
             putBuf();
@@ -77,17 +93,52 @@ void acceptPrintable(std::string_view run) {
             --curCol;  // the character overwrites the last column
         }
         const auto room = static_cast<std::size_t>(std::max(screenColumns - curCol - pendingCount, 1));
-        const auto waiting = static_cast<std::size_t>(pendingCount);
         const std::size_t count = std::min(room, run.size());
-        (void)subscript(static_cast<std::int64_t>(waiting + count), 0, pendingCapacity);
-        if (count == 1) {  // frequent, and not worth a call
-            pendingText[waiting] = run.front();
-        } else {
-            std::memcpy(pendingText.data() + waiting, run.data(), count);
-        }
-        pendingCount = static_cast<std::int16_t>(waiting + count);
+        (void)subscript(static_cast<std::int64_t>(pendingCount) + static_cast<std::int64_t>(count), 0,
+                        pendingCapacity);
+        appendPending(run.substr(0, count));
         run.remove_prefix(count);
     }
+}
+
+void acceptPrintable(std::string_view run) {
+    keepLast(run.back());
+    const std::int64_t room = screenColumns - curCol - pendingCount;
+    if (curCol >= 0 && static_cast<std::int64_t>(run.size()) <= room) [[likely]] {
+        appendPending(run);
+    } else {
+        acceptAtEdge(run);
+    }
+}
+
+[[nodiscard]] bool lineEndsAt(std::string_view data, std::size_t at) {
+    return data.size() - at >= 2 && data[at] == control::carriageReturn && data[at + 1] == control::lineFeed;
+}
+
+/// The short way of a run that CR and LF follow, when it is an ordinary one: acceptPrintable, putBuf and
+/// lineFeed without the way through the pending run. Returns false, with nothing done, in every other case.
+bool acceptLine(std::string_view run) {
+    if (pendingCount != 0 || run.size() > screenColumns) return false;
+    const auto count = static_cast<std::int32_t>(run.size());
+    ScreenLine* const line = lineOfOrdinaryRun(count);
+    if (line == nullptr) return false;
+    markOrdinaryRun(*line, count);
+    storeOrdinaryRun(*line, run.data(), count);
+    curCol = 0;
+    keepLast(run.back());
+    lineFeed();
+    return true;
+}
+
+/// Length of the printable run at the beginning of a text that begins with a printable character.
+std::size_t runLength(const char* text, std::size_t length) {
+    const bool single = length > 1 && !isPrintable(static_cast<unsigned char>(text[1]));
+    return single ? 1 : printableRun(text, length);
+}
+
+void returnCarriage() {
+    putBuf();
+    curCol = 0;
 }
 
 void horizontalTab() {
@@ -117,10 +168,7 @@ void actOn(Interpretation& input, unsigned char byte, std::int32_t& carryFrom, s
             lineFeed();
             yield(input);
             break;
-        case control::carriageReturn:
-            putBuf();
-            curCol = 0;
-            break;
+        case control::carriageReturn: returnCarriage(); break;
         case control::shiftOut: shift(true); break;
         case control::shiftIn: shift(false); break;
         case control::escape: sequence([](Interpretation& at) { return doEsc(at); }); break;
@@ -137,21 +185,40 @@ void actOn(Interpretation& input, unsigned char byte, std::int32_t& carryFrom, s
 }
 
 void interpret(Interpretation& input, std::int32_t& carryFrom, std::int32_t& carryTo) {
-    while (input.position <= input.length()) {
-        const auto at = static_cast<std::size_t>(input.position - 1);
-        const auto byte = static_cast<unsigned char>(input.data[at]);
+    const std::string_view data = input.data;
+    for (std::size_t at = 0; at < data.size();) {
+        const auto byte = static_cast<unsigned char>(data[at]);
         if (isPrintable(byte)) {
-            const std::size_t run = printableRun(input.data.data() + at, input.data.size() - at);
-            acceptPrintable({input.data.data() + at, run});
-            input.position += static_cast<std::int32_t>(run);
+            const std::size_t run = runLength(data.data() + at, data.size() - at);
+            if (lineEndsAt(data, at + run) && acceptLine({data.data() + at, run})) {
+                input.position = static_cast<std::int32_t>(at + run) + 2;  // on the line feed
+                yield(input);
+                at = static_cast<std::size_t>(input.position);
+                continue;
+            }
+            acceptPrintable({data.data() + at, run});
+            at += run;
             continue;
         }
+        if (byte == control::carriageReturn) {
+            returnCarriage();
+            ++at;
+            continue;
+        }
+        if (byte == control::escape && !input.resumed) {
+            if (const std::size_t behind = doOrdinarySequence(data, at); behind != at) {
+                carryTo = 0;  // nothing is carried
+                at = behind;
+                continue;
+            }
+        }
+        input.position = static_cast<std::int32_t>(at) + 1;
         actOn(input, byte, carryFrom, carryTo);
         if (input.wentBack) {
             input.wentBack = false;
             yield(input);
         }
-        ++input.position;
+        at = static_cast<std::size_t>(input.position);  // counts from 1: the byte behind
     }
 }
 

@@ -45,4 +45,16 @@ inline void copyLine(ScreenLine& to, const ScreenLine& from) {
         std::memcpy(target + at, source + at, piece);
 }
 
+/// to = from, from = blank: a line leaves for the scrollback.
+inline void moveLine(ScreenLine& to, ScreenLine& from, const ScreenLine& blank) {
+    constexpr std::size_t piece = 128;
+    auto* target = reinterpret_cast<std::byte*>(&to);
+    auto* source = reinterpret_cast<std::byte*>(&from);
+    const auto* empty = reinterpret_cast<const std::byte*>(&blank);
+    for (std::size_t at = 0; at < sizeof(ScreenLine); at += piece) {
+        std::memcpy(target + at, source + at, piece);
+        std::memcpy(source + at, empty + at, piece);
+    }
+}
+
 }  // namespace qxterm

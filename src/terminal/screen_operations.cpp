@@ -5,14 +5,15 @@
 
 #include "diag/error_trap.h"
 #include "terminal/attributes.h"
+#include "terminal/ordinary_run.h"
 #include "terminal/scrolling.h"
 #include "terminal/view/drawing.h"
 
 namespace qxterm {
-namespace {
 
-/// The pending run could not be stored and waits for one more try.
 bool pendingFailed = false;
+
+namespace {
 
 void setFlags(std::int32_t record, std::int16_t flags) {
     ScreenLine& line = screenLines[static_cast<std::size_t>(record)];
@@ -54,52 +55,28 @@ void storePending() {
     dropPending();
 }
 
+/// The general way: stores a run that fails once more at most.
+[[gnu::noinline]] void storeAnyRun() {
+    const bool lastTry = pendingFailed;
+    pendingFailed = true;
+    try {
+        storePending();
+    } catch (const RunTimeError&) {
+        if (lastTry) dropPending();
+        throw;
+    }
+}
+
 }  // namespace
 
-void dropPending() {
-    pendingCount = 0;
-    pendingFailed = false;
-}
-
-ScreenLine* lineOfOrdinaryRun() {
-    if (pendingCount <= 0 || modeSet(mode::insert) || (curAttr & attrFlag::invisible) != 0) return nullptr;
-    if (curRow < 0 || curRow >= screenRows || curCol < 0 || curCol + pendingCount > screenColumns)
-        return nullptr;
-    if (curAttr > UINT8_MAX || curFg > 7 || curBg > 7 || detail::faultPlanned) return nullptr;
-    return &screenLines[static_cast<std::size_t>(rowMap[static_cast<std::size_t>(curRow)])];
-}
-
-void storeOrdinaryRun(ScreenLine& line) {
-    char* text = line.text.data() + curCol;
-    std::int16_t* words = line.attrs.data() + curCol + 1;
-    const auto word = static_cast<std::int16_t>(curAttr + curFg * 256 + curBg * 4096);
-    if (pendingCount == 1) {  // frequent, and not worth the calls
-        *text = pendingText[0];
-        *words = word;
-    } else {
-        std::memcpy(text, pendingText.data(), static_cast<std::size_t>(pendingCount));
-        std::fill_n(words, pendingCount, word);
-    }
-    curCol += pendingCount;
-    dropPending();
-}
-
-void putBuf() {
-    if (pendingCount == 0) return;
+void putPending() {
     trapped("putBuf", [] {
-        if (ScreenLine* line = lineOfOrdinaryRun()) {
-            markForDrawing(rowMap[static_cast<std::size_t>(curRow)], curCol);
-            storeOrdinaryRun(*line);
-            line->dirtyLast = std::max(line->dirtyLast, static_cast<std::int16_t>(curCol - 1));
-            return;
-        }
-        const bool lastTry = pendingFailed;
-        pendingFailed = true;
-        try {
-            storePending();
-        } catch (const RunTimeError&) {
-            if (lastTry) dropPending();
-            throw;
+        if (ScreenLine* line = lineOfOrdinaryRun(pendingCount)) [[likely]] {
+            markOrdinaryRun(*line, pendingCount);
+            storeOrdinaryRun(*line, pendingText.data(), pendingCount);
+            dropPending();
+        } else {
+            storeAnyRun();
         }
     });
 }

@@ -3,21 +3,18 @@
 #include <cstdint>
 #include <string_view>
 
-#include "terminal/line_record.h"
+#include "terminal/screen_store.h"
 
 namespace qxterm {
 
+/// putBuf for a run that is not empty.
+void putPending();
+
 /// Stores the pending run at the cursor, advances curCol and empties the run. Reports as "putBuf": error 5
 /// left of the line, 9 right of it; a run that failed stays, and is dropped when it fails again.
-void putBuf();
-
-/// The cursor's line when a pending run overwrites cells that lie within it and nothing of that can fail;
-/// null in every other case. Such a run, nearly all of them, is stored by storeOrdinaryRun; putBuf's general
-/// way does the same with every run.
-[[nodiscard]] ScreenLine* lineOfOrdinaryRun();
-/// Stores the pending run on that line, advances curCol and empties the run. The caller marks or draws what
-/// was written.
-void storeOrdinaryRun(ScreenLine& line);
+inline void putBuf() {
+    if (pendingCount != 0) putPending();
+}
 
 /// Inserts text at the cursor, shifting the rest of the line right; the inserted cells take the word. Reports
 /// as "insChars".
@@ -32,7 +29,12 @@ void scrErase(std::int32_t colFrom, std::int32_t colTo, std::int32_t rowFrom, st
 /// flushBuf, then one column left, not below 0. Reports as "cursorLeft".
 void cursorLeft();
 
+/// The pending run could not be stored and waits for one more try. Belongs to putBuf.
+extern bool pendingFailed;
 /// Forgets the pending run.
-void dropPending();
+inline void dropPending() {
+    pendingCount = 0;
+    pendingFailed = false;
+}
 
 }  // namespace qxterm

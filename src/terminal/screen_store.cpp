@@ -47,10 +47,4 @@ void blankRecord(std::int32_t record) {
     recordsToDraw &= ~(1U << static_cast<std::uint32_t>(record));
 }
 
-void setCurrentAttr(const AttrTriple& triple) {
-    curAttr = triple.flags;
-    curFg = triple.fg;
-    curBg = triple.bg;
-}
-
 }  // namespace qxterm

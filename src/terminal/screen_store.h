@@ -88,11 +88,17 @@ extern std::int16_t screenBackIndex;
 
 /// The record on a screen row. Error 9 outside 0..24.
 [[nodiscard]] inline ScreenLine& lineOnRow(std::int32_t row) {
-    return screenLines[static_cast<std::size_t>(rowMap[subscript(row, 0, screenRows - 1)])];
+    return *(screenLines.data() + rowMap[subscript(row, 0, screenRows - 1)]);
 }
 
 /// Storage slot of a scrollback position (1..500, 500 the newest). Error 9 outside 0..500.
 [[nodiscard]] std::int16_t scrollbackMap(std::int32_t position);
+
+/// The slot of position 500, which holds the line stored last.
+[[nodiscard]] inline std::size_t newestSlot() {
+    const std::int32_t turned = scrollbackTurns == 0 ? 1 : liveView - scrollbackTurns;
+    return static_cast<std::size_t>(scrollbackTop > 1 ? scrollbackTop : turned);
+}
 
 /// The line with a virtual number: 1..500 scrollback positions, 501..524 screen rows; 0 is the slot that
 /// holds no line. Error 9 outside.
@@ -115,6 +121,10 @@ inline void setMode(std::int16_t bit, bool on) {
 }
 
 /// The current attribute becomes the triple.
-void setCurrentAttr(const AttrTriple& triple);
+inline void setCurrentAttr(const AttrTriple& triple) {
+    curAttr = triple.flags;
+    curFg = triple.fg;
+    curBg = triple.bg;
+}
 
 }  // namespace qxterm

@@ -15,6 +15,12 @@ namespace {
 bool programEnding = false;
 bool endTold = false;
 
+/// What waits at a yield.
+[[gnu::noinline]] void deliverEvents() {
+    if (yieldHook != nullptr) yieldHook();
+    if (paintsWaiting) deliverPaints();
+}
+
 }  // namespace
 
 void endProgram() {
@@ -44,8 +50,7 @@ void run() {
 }
 
 void doEvents() {
-    if (headless::yieldHook != nullptr) headless::yieldHook();
-    if (headless::paintsWaiting) headless::deliverPaints();
+    if (headless::yieldHook != nullptr || headless::paintsWaiting) headless::deliverEvents();
 }
 
 void sleep(std::int32_t milliseconds) { headless::passTime(milliseconds); }

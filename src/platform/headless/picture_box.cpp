@@ -22,6 +22,34 @@ void recordArea(const char* op, const PixelRect& area, Fields more = {}) {
     record("draw", std::move(fields));
 }
 
+void recordText(const Picture& picture, const PixelRect& cells, std::string_view text, TextFont font) {
+    const bool terminal = font == TextFont::terminal;
+    std::string stored{text};
+    if (terminal) {
+        for (char& c : stored) c = storedCharacter(c);
+    }
+    recordArea("text", cells,
+               {{"text", std::move(stored)},
+                {"fg", picture.textColour},
+                {"bg", picture.textBackground},
+                {"bold", picture.bold},
+                {"font", terminal ? "terminal" : "normal"}});
+}
+
+[[gnu::noinline]] void drawText(Picture& picture, const PixelRect& cells, std::string_view text,
+                                TextFont font, const std::int32_t* advances) {
+    if (recordsDrawing()) recordText(picture, cells, text, font);
+    if (detail::drawing == Drawing::cells) {
+        picture.grid.drawText(cells, text, advances,
+                              {font, picture.bold, picture.textColour, picture.textBackground});
+    }
+}
+
+[[gnu::noinline]] void drawLine(Picture& picture, std::int32_t x, std::int32_t y, std::int32_t width) {
+    if (recordsDrawing()) recordArea("line", {x, y, x + width, y + 1});
+    if (detail::drawing == Drawing::cells) picture.grid.drawLine(x, y, width);
+}
+
 }  // namespace
 
 void setDrawing(Drawing drawing) { detail::drawing = drawing; }
@@ -54,6 +82,9 @@ using headless::detail::counts;
 namespace {
 
 [[nodiscard]] bool drawsCells() { return headless::detail::drawing == headless::Drawing::cells; }
+
+/// True while a caller's own cost is measured: a text or a line is counted, and that is all.
+[[nodiscard]] bool onlyCounts() { return !drawsCells() && !headless::recordsDrawing(); }
 
 }  // namespace
 
@@ -111,23 +142,8 @@ void PictureBox::drawText(const PixelRect& cells, std::string_view text, TextFon
     if (native == nullptr) return;
     ++counts.text;
     counts.characters += text.size();
-    headless::Picture& picture = *native->picture;
-    if (headless::recordsDrawing()) {
-        const bool terminal = font == TextFont::terminal;
-        std::string stored{text};
-        if (terminal) {
-            for (char& c : stored) c = headless::storedCharacter(c);
-        }
-        headless::recordArea("text", cells,
-                             {{"text", std::move(stored)},
-                              {"fg", picture.textColour},
-                              {"bg", picture.textBackground},
-                              {"bold", picture.bold},
-                              {"font", terminal ? "terminal" : "normal"}});
-    }
-    if (!drawsCells()) return;
-    picture.grid.drawText(cells, text, advances,
-                          {font, picture.bold, picture.textColour, picture.textBackground});
+    if (onlyCounts()) return;
+    headless::drawText(*native->picture, cells, text, font, advances);
 }
 
 void PictureBox::fill(const PixelRect& area, Raster raster) {
@@ -156,8 +172,8 @@ void PictureBox::invert(const PixelRect& area, Inversion of) {
 void PictureBox::drawLine(std::int32_t x, std::int32_t y, std::int32_t width) {
     if (native == nullptr) return;
     ++counts.line;
-    if (headless::recordsDrawing()) headless::recordArea("line", {x, y, x + width, y + 1});
-    if (drawsCells()) native->picture->grid.drawLine(x, y, width);
+    if (onlyCounts()) return;
+    headless::drawLine(*native->picture, x, y, width);
 }
 
 }  // namespace qxterm

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "diag/error_trap.h"
 #include "terminal/attributes.h"
@@ -37,13 +38,14 @@ void drawPlainText(const ScreenLine& line, std::int32_t first, std::int32_t coun
                      TextFont::normal, &charAdvances[1]);
 }
 
-void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+std::int32_t lookOf(std::int16_t word) {
+    return static_cast<std::uint16_t>(word) + (modeSet(mode::reverseScreen) ? 0x10000 : 0);
+}
+
+/// The cells of any run, with the picture box set up for them.
+[[gnu::noinline]] void drawAnyRun(const ScreenLine& line, std::int32_t first, std::int32_t count,
+                                  std::int32_t row) {
     const std::int16_t word = line.attrs[static_cast<std::size_t>(first + 1)];
-    const std::int32_t look = static_cast<std::uint16_t>(word) + (modeSet(mode::reverseScreen) ? 0x10000 : 0);
-    if (look == dcLook && !detail::faultPlanned) {
-        drawPlainText(line, first, count, row);
-        return;
-    }
     const AttrTriple attr = unpackAttr(word);
     if ((attr.flags & attrFlag::blink) != 0 && textBlinkOff) {
         picterm.fill(cellRect(first, row, count), eraseRaster());
@@ -58,14 +60,60 @@ void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t cou
     }
     if ((attr.flags & attrFlag::underline) != 0) underline(first, count, row);
     constexpr std::int16_t special = attrFlag::blink | attrFlag::shiftOut | attrFlag::underline;
-    if ((attr.flags & special) == 0) dcLook = look;
+    if ((attr.flags & special) == 0) dcLook = lookOf(word);
+}
+
+[[gnu::noinline]] void drawUnderlinedText(const ScreenLine& line, std::int32_t first, std::int32_t count,
+                                          std::int32_t row) {
+    drawPlainText(line, first, count, row);
+    underline(first, count, row);
+}
+
+/// True for the words that drawCellsOfRun draws by itself: plain or underlined text in colours that exist.
+constexpr bool isOrdinary(std::int16_t word) {
+    constexpr int missingColours = 0x8800;  // the highest bits of background and foreground
+    return (word & (missingColours | attrFlag::blink | attrFlag::shiftOut)) == 0;
+}
+
+/// doAttr and the colour behind the text, for an ordinary word.
+void setUp(std::int16_t word) {
+    AttrTriple attr = unpackAttr(word);
+    if (reversed(attr.flags)) std::swap(attr.fg, attr.bg);
+    applyAttr(attr.flags, attr.fg);
+    setTextBackground(attr.bg);
+}
+
+/// drawAnyRun with a short way for text that needs no other set-up than the run before, or an ordinary one.
+void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+    const std::int16_t word = line.attrs[static_cast<std::size_t>(first + 1)];
+    const std::int32_t look = lookOf(word);
+    if (look != dcLook || detail::faultPlanned) {
+        if (!isOrdinary(word) || detail::faultPlanned) {
+            drawAnyRun(line, first, count, row);
+            return;
+        }
+        setUp(word);
+        if ((word & attrFlag::underline) != 0) {
+            drawUnderlinedText(line, first, count, row);
+            return;
+        }
+        dcLook = look;
+    }
+    drawPlainText(line, first, count, row);
+}
+
+/// drawRun while a selection is shown.
+[[gnu::noinline]] void drawRunAndTell(const ScreenLine& line, std::int32_t first, std::int32_t count,
+                                      std::int32_t row) {
+    drawCellsOfRun(line, first, count, row);
+    lineDrawn(row, first, first + count - 1);
 }
 
 /// True when all words of a span are equal: each equals the one behind it.
 bool oneWord(const ScreenLine& line, std::int32_t first, std::int32_t last) {
     const std::int16_t* words = line.attrs.data() + first + 1;
     const auto bytes = static_cast<std::size_t>(last - first) * sizeof(std::int16_t);
-    return bytes == 0 || std::memcmp(words, words + 1, bytes) == 0;
+    return std::memcmp(words, words + 1, bytes) == 0;
 }
 
 void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {
@@ -80,9 +128,21 @@ void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std
     }
 }
 
+/// Columns within the line, more than one.
+[[gnu::noinline]] void drawSpan(const ScreenLine& line, std::int32_t first, std::int32_t last,
+                                std::int32_t row) {
+    if (oneWord(line, first, last)) {
+        drawRun(line, first, last - first + 1, row);
+        return;
+    }
+    drawRuns(line, first, last, row);
+    if (lineDrawn != nullptr) lineDrawn(row, first, last);
+}
+
 }  // namespace
 
-void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+[[gnu::noinline]] void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count,
+                                std::int32_t row) {
     trapped("lineDraw", [&] {
         std::array<char, screenColumns> glyphs;
         const std::int32_t end = first + count;
@@ -103,20 +163,22 @@ void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count, st
 }
 
 void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
-    drawCellsOfRun(line, first, count, row);
-    if (lineDrawn != nullptr) lineDrawn(row, first, first + count - 1);
+    if (lineDrawn == nullptr) [[likely]] {
+        drawCellsOfRun(line, first, count, row);
+    } else {
+        drawRunAndTell(line, first, count, row);
+    }
 }
 
 void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {
     first = std::max(first, 0);
     last = std::min(last, lastColumn);
     if (first > last) return;
-    if (oneWord(line, first, last)) {
-        drawRun(line, first, last - first + 1, row);
-        return;
+    if (first == last) {
+        drawRun(line, first, 1, row);
+    } else {
+        drawSpan(line, first, last, row);
     }
-    drawRuns(line, first, last, row);
-    if (lineDrawn != nullptr) lineDrawn(row, first, last);
 }
 
 void paintLine(const ScreenLine& line, std::int16_t start, std::int32_t row) {

@@ -35,6 +35,7 @@ TEST_F(ScrollbackMap, ReadsAsTheShiftedTableAtEveryPosition) {
         }
         insBuf(0);
         plain.store();
+        ASSERT_EQ(static_cast<int>(newestSlot()), plain.map[500]) << stored;
     }
 }
 

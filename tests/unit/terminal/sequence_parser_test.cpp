@@ -124,5 +124,43 @@ TEST(SequenceParser, NumberOfParametersHasNoLimit) {
     EXPECT_EQ(parse("m").parameters, List{});
 }
 
+/// The values that the way for ordinary sequences reads, with enough of the block behind them.
+struct Ordinary {
+    bool taken = false;
+    List values{};
+    std::size_t place = 0;
+    friend bool operator==(const Ordinary&, const Ordinary&) = default;
+};
+
+Ordinary ordinary(const std::string& bytes, std::size_t behind = 64) {
+    const std::string data = bytes + std::string(behind, 'x');
+    OrdinaryParameters parameters;
+    Ordinary result;
+    result.taken = parameters.read(data, result.place);
+    if (result.taken) result.values.assign(parameters.values().begin(), parameters.values().end());
+    return result;
+}
+
+TEST(OrdinaryParameters, ReadsWhatNeedsNoState) {
+    EXPECT_EQ(ordinary("H"), (Ordinary{true, {}, 0}));
+    EXPECT_EQ(ordinary("5;17H"), (Ordinary{true, {5, 17}, 4}));
+    EXPECT_EQ(ordinary("0007m"), (Ordinary{true, {7}, 4}));
+    EXPECT_EQ(ordinary("9999;0K"), (Ordinary{true, {9999, 0}, 6}));
+    EXPECT_EQ(ordinary("1;2;3;4;5;6;7;8m"), (Ordinary{true, {1, 2, 3, 4, 5, 6, 7, 8}, 15}));
+    EXPECT_EQ(ordinary("5>"), (Ordinary{true, {5}, 1}));
+}
+
+TEST(OrdinaryParameters, LeavesEverythingElseAlone) {
+    for (const std::string bytes :
+         {"?25l", "2?5l", "?", ";5H", "5;H", "5;;7r", ";", "10000m", "00007m", "1;2;3;4;5;6;7;8;9m", "5;?7h"})
+        EXPECT_EQ(ordinary(bytes), Ordinary{}) << bytes;
+}
+
+TEST(OrdinaryParameters, WantsRoomForTheLongestSequence) {
+    // eight numbers of four digits, seven separators and one more, and the final character: 41 bytes
+    EXPECT_FALSE(ordinary("5;7H", 36).taken);
+    EXPECT_TRUE(ordinary("5;7H", 37).taken);
+}
+
 }  // namespace
 }  // namespace qxterm
