@@ -157,3 +157,5 @@ foreach(script IN LISTS window_tests)
     )
 endforeach()
 qxterm_run_alone(wine/bad-connections wine/flood wine/modem-calls)
+# Both listen at the telnet port, behind their tunnels.
+set_tests_properties(wine/ssh-sessions wine/reconnections PROPERTIES RESOURCE_LOCK telnet_port)
