@@ -102,7 +102,8 @@ if(NOT QXTERM_WINE_TESTS)
     return()
 endif()
 
-# The Windows build under Wine, each test in a prefix and on a display of its own.
+# The Windows build under Wine, each test in a prefix and on a display of its own. They wait more than they
+# compute: begun first (COST), they leave the processors to the others.
 
 set(windows_build "${CMAKE_SOURCE_DIR}/build/windows")
 set(with_prefix "${CMAKE_SOURCE_DIR}/tools/setup/with-prefix.sh")
@@ -111,7 +112,8 @@ set(with_display "${CMAKE_SOURCE_DIR}/tools/setup/with-display.sh")
 function(qxterm_wine_test name seconds)
     qxterm_test("${name}" wine ${seconds} ${ARGN})
     set_tests_properties(
-        "${name}" PROPERTIES ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED wine_prefix
+        "${name}" PROPERTIES ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED wine_prefix COST
+                             100
     )
 endfunction()
 
@@ -158,4 +160,4 @@ foreach(script IN LISTS window_tests)
 endforeach()
 qxterm_run_alone(wine/bad-connections wine/flood wine/modem-calls)
 # Both listen at the telnet port, behind their tunnels.
-set_tests_properties(wine/ssh-sessions wine/reconnections PROPERTIES RESOURCE_LOCK telnet_port)
+set_tests_properties(wine/ssh-sessions wine/reconnections PROPERTIES RESOURCE_LOCK telnet_port COST 200)
