@@ -145,6 +145,8 @@ if(TARGET qxterm-scenario AND scenarios)
         --all
         tests/scenarios
     )
+    # Hundreds of short programs: Wine's server would come and go among other work.
+    qxterm_run_alone(wine/scenarios)
 endif()
 
 # Scripts whose name begins with "_" are there to be sourced by the others; pictures.sh takes pictures to be looked at.

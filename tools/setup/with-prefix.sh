@@ -52,9 +52,6 @@ done
 (cd "$base" && find drive_c/windows -type f -name '*.ini' -print0 |
     xargs -0 -r cp -p --parents --remove-destination -t "$WINEPREFIX")
 
-# It stays until it is ended: one that goes by itself, between two programs, may do so just when the second begins.
-wineserver -p
-
 "$@" <&0 &
 child=$!
 wait "$child"
