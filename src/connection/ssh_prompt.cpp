@@ -184,7 +184,7 @@ bool localTextUp() { return textUp && g_iConnectType == connectType::ssh; }
 bool paintLocalText() {
     if (!localTextUp()) return false;
     for (std::size_t row = 0; row < static_cast<std::size_t>(pageRows); ++row) drawRow(row);
-    picterm.clear(cellRect(0, statusRow, screenColumns));
+    picterm.clear({0, statusRow, screenColumns, 1});
     restoreAttribute();
     return true;
 }
