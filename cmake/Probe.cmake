@@ -1,6 +1,7 @@
 # What the tests of the window need besides the program.
 #
-# qxterm-probe.exe: the program with ears (tests/windows/probe).
+# qxterm-probe.exe: the program with ears (tests/windows/probe). neighbour.exe: what others do to it. glyphs.exe: how
+# the system draws the terminal font.
 
 if(NOT MINGW OR NOT TARGET qxterm)
     return()
@@ -28,3 +29,9 @@ add_dependencies(qxterm-probe program)
 file(GLOB neighbour_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/neighbour/*.cpp")
 add_executable(neighbour ${neighbour_sources})
 target_link_libraries(neighbour PRIVATE qxterm_options)
+
+file(GLOB glyphs_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/glyphs/*.cpp")
+add_executable(glyphs ${glyphs_sources})
+target_link_libraries(glyphs PRIVATE qxterm_options gdi32)
+# It draws with the font that stands beside it.
+add_dependencies(glyphs program_files)

@@ -20,7 +20,7 @@ from fontTools.ttLib.tables._n_a_m_e import NameRecord
 from fontTools.ttLib.tables.ttProgram import Program
 
 FAMILY = "QXTERM"
-VERSION = "1.000"
+VERSION = "1.001"
 DEFAULT_BASE = "/usr/share/fonts/truetype/liberation2/LiberationMono-Regular.ttf"
 BASE_SHA256 = "6b3809450cf6253b36d157198dc15004a5fbade9abad5543c377feb7bb29139c"
 DEFAULT_OUTPUT = pathlib.Path(__file__).resolve().parents[2] / "resources" / "font" / "QXTERM.ttf"
@@ -51,6 +51,12 @@ OVERHANG_Y = 160
 OVERHANG_X = 24
 # The outermost scan lines stay this far inside the cell so that rounding never moves them out of it.
 SCAN_INSET = 60
+
+# How far an upright stroke's own middle stands left of the cell's, in the instructions' unit. A stroke of one pixel then
+# reaches from 3/4 of a pixel left of the cell's middle to 1/4 right of it. Stretched to between 0.67 and 1.33 of that it
+# covers the centre of one pixel, whether the middle is a pixel boundary or a centre itself.
+PIXEL = 64
+LEFT_OF_MIDDLE = PIXEL // 4
 
 MIDDLE_Y = (ASCENT - DESCENT) // 2
 MIDDLE_X = ADVANCE // 2
@@ -122,9 +128,15 @@ def outline(arms, rise):
 def instructions(points):
     """Grid-fitting that puts equal strokes of different glyphs on equal pixels.
 
-    A stroke's lower (left) edge goes to the nearest pixel boundary and its thickness to whole pixels, one at
-    least. The outer ends of horizontal arms go to the cell's edges exactly: these are the two side-bearing
-    points that follow the outline's own points.
+    Thicknesses go to whole pixels, one at least. A horizontal stroke's lower edge goes to the nearest pixel boundary.
+    The outer ends of horizontal arms go to the cell's edges exactly: these are the two side-bearing points that follow
+    the outline's own points.
+
+    An upright stroke goes LEFT_OF_MIDDLE to the left of the cell's middle, wherever pixel boundaries are: some
+    renderers run the instructions at the font's own width and then stretch the outline to the cell's. The middle is
+    the one place that the stretch maps to a known one: to a pixel boundary or to a pixel's centre. A stroke of one
+    pixel that lay between two centres after the stretch would be left to dropout control, which does nothing in the
+    rows where an arm covers one of the two: the joint's pixel would be missing.
     """
     leftEdge, rightEdge = len(points), len(points) + 1
     # Native ClearType mode for this glyph: otherwise newer rasterizers ignore all movement along x. Then
@@ -140,13 +152,40 @@ def instructions(points):
             push(index)
             code.append("ALIGNRP[ ]")
 
-    def fitStroke(lower, upper):
-        push(lower[0])
-        code.append("MDAP[1]")
+    def fitThickness(lower, upper):
+        """With the lower edge's first point as reference."""
         align(lower[1:])
         push(upper[0])
         code.append("MDRP[11101]")
         align(upper[1:])
+
+    def fitHorizontal(lower, upper):
+        push(lower[0])
+        code.append("MDAP[1]")
+        fitThickness(lower, upper)
+
+    def pushTwiceMiddle(lower, upper):
+        for point in (lower[0], upper[0]):
+            push(point)
+            code.append("GC[0]")
+        code.append("ADD[ ]")
+
+    def fitUpright(lower, upper):
+        push(*lower, *upper)  # for the shift in the end
+        push(lower[0], upper[0], rightEdge, leftEdge)
+        code.extend(["SRP1[ ]", "SRP2[ ]", "IP[ ]", "IP[ ]"])
+        pushTwiceMiddle(lower, upper)
+        push(lower[0])
+        code.append("SRP0[ ]")
+        fitThickness(lower, upper)
+        pushTwiceMiddle(lower, upper)
+        code.append("SUB[ ]")
+        push(2 * PIXEL)
+        code.append("DIV[ ]")
+        push(LEFT_OF_MIDDLE)
+        code.append("SUB[ ]")
+        push(len(lower) + len(upper))
+        code.extend(["SLOOP[ ]", "SHPIX[ ]"])
 
     def at(axis, value):
         return [index for index, point in enumerate(points) if point[axis] == value]
@@ -154,7 +193,7 @@ def instructions(points):
     x0 = MIDDLE_X - STROKE // 2
     if at(0, x0):
         code.append("SVTCA[1]")
-        fitStroke(at(0, x0), at(0, x0 + STROKE))
+        fitUpright(at(0, x0), at(0, x0 + STROKE))
     for value, edge in ((-OVERHANG_X, leftEdge), (ADVANCE + OVERHANG_X, rightEdge)):
         if at(0, value):
             code.append("SVTCA[1]")
@@ -166,7 +205,7 @@ def instructions(points):
     if inner:
         lower, upper = inner
         code.append("SVTCA[0]")
-        fitStroke(at(1, lower), at(1, upper))
+        fitHorizontal(at(1, lower), at(1, upper))
     program = Program()
     program.fromAssembly(code)
     return program
@@ -272,8 +311,8 @@ def setMetrics(font):
     os2.panose.bFamilyType, os2.panose.bProportion = 2, 9  # Latin text, monospaced
     post.isFixedPitch = 1
     # Up to each em size in pixels: 1 is grid-fitting alone, 3 smoothing too. At the screen's sizes lines are crisp
-    # in black and white; smoothed, a renderer that stretches finished outlines spreads them over two pixels.
-    font["gasp"].gaspRange = {64: 1, 0xFFFF: 3}
+    # in black and white; smoothed, uprights would spread over two pixels.
+    font["gasp"].gaspRange = {128: 1, 0xFFFF: 3}
     head.fontRevision = float(VERSION)
     head.created = head.modified = TIMESTAMP
     if any(advance not in (0, ADVANCE) for advance, _ in font["hmtx"].metrics.values()):

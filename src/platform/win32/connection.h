@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/socket.h"
+#include "platform/synch_filter.h"
 #include "platform/win32/resolver.h"
 
 namespace qxterm {
@@ -32,6 +33,8 @@ struct Socket::Native {
     std::size_t nextAddress = 0;
     int lastError = 0;
 
+    SynchFilter synchs;         ///< between the system and received
+    bool atUrgentByte = false;  ///< nothing has been read since an urgent byte was taken
     std::string received;
     std::size_t taken = 0;        ///< bytes of received that getData has handed out
     std::uint64_t takenEver = 0;  ///< tells whether a handler has read anything
@@ -56,7 +59,7 @@ using Connection = Socket::Native;
 void tryNextAddress(Connection& connection);
 /// Drops handle and buffers; no event.
 void closeConnection(Connection& connection);
-/// FD_READ, FD_CLOSE: reads what has arrived and announces it, for some 10 ms at the most; what is left then
+/// FD_READ, FD_OOB, FD_CLOSE: reads what has arrived and announces it, for some 10 ms at the most; what is left then
 /// is read as soon as the message queue has been served.
 void receive(Connection& connection);
 /// Goes on with reading that was interrupted. False when there was none.

@@ -59,7 +59,8 @@ void socketMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         const int error = highWord(event);
         switch (lowWord(event)) {
             case FD_CONNECT: connectAnswered(*connection, error); break;
-            case FD_READ: receive(*connection); break;
+            case FD_READ:
+            case FD_OOB: receive(*connection); break;
             case FD_WRITE: sendRest(*connection); break;
             case FD_CLOSE: closeAnswered(*connection); break;
             default: break;
