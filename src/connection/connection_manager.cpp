@@ -30,6 +30,9 @@ namespace {
 
 void trace(const std::string& text) { writeLog("connectPort() - " + text); }
 
+/// The attempt is under way: from now on the session holds its type.
+void startSession() { sessionStarted = true; }
+
 /// Asks for the host's name. False when the profile has none, after the user was sent to the options.
 bool hostGiven() {
     if (!CurrentProfile.host.empty()) return true;
@@ -57,6 +60,7 @@ bool startNetwork(ErrorTrap& trap) {
     if (!hostGiven()) return false;
     logAddress();
     trap.step([] { comnet2.connect(CurrentProfile.host, socketPort(CurrentProfile.port)); });
+    startSession();
     return true;
 }
 
@@ -68,6 +72,7 @@ bool startSsh() {
     setConnItems(true);
     if (!hostGiven()) return false;
     logAddress();
+    startSession();
     runSshHook(sshHooks.DisplayBanner);
     runSshHook(sshHooks.doFakeLogin);
     return true;
@@ -95,6 +100,7 @@ void startSerial(ErrorTrap& trap) {
     // A plain line need not have a carrier at all.
     comser.setCarrierTimeout(g_iConnectType == connectType::modem ? profile.cd_timeout : std::int16_t{0});
     trap.step([] { comser.setPortOpen(true); });
+    startSession();
     if (g_iConnectType == connectType::serial) g_bConnectActive = true;
     startSerialPoll();
 }
@@ -107,10 +113,11 @@ bool startTransport(ErrorTrap& trap) {
         case connectType::modem: startSerial(trap); return true;
         case connectType::ssh: return startSsh();
         case connectType::loop:
+            startSession();
             trace("g_bConnectActive is TRUE");
             g_bConnectActive = true;
             return true;
-        default: return true;
+        default: startSession(); return true;
     }
 }
 
@@ -148,6 +155,11 @@ void closeTransport() {
     }
 }
 
+/// An attempt that no dialog waits for gives way to a connection of another type.
+void endAttemptOfAnotherType() {
+    if (sessionStarted && g_iConnectType != CurrentProfile.connectType) disconnectPort();
+}
+
 void enableItem(std::int16_t index, bool enabled) {
     if (managerHooks.enableConnectionItem != nullptr) managerHooks.enableConnectionItem(index, enabled);
 }
@@ -159,6 +171,7 @@ void connectPort() {
     trap.run([&] {
         if (managerHooks.unloadProfileDialog != nullptr) managerHooks.unloadProfileDialog();
         if (g_bConnectActive) return;
+        endAttemptOfAnotherType();
         carryOver.clear();  // what the last session left unfinished is no beginning of this one's output
         if (!startTransport(trap)) return;
         if (g_iConnectType == connectType::modem) {
@@ -181,6 +194,8 @@ void disconnectPort() {
         runSshHook(sshHooks.endLocalLogin);
         closeTransport();
         g_bConnectActive = false;
+        sessionStarted = false;
+        followProfileType();
     });
 }
 
