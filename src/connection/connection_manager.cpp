@@ -16,7 +16,7 @@
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/function_keys.h"
-#include "terminal/interpreter_state.h"
+#include "terminal/interpreter.h"
 #include "terminal/reset.h"
 #include "terminal/screen_operations.h"
 #include "terminal/screen_store.h"
@@ -30,8 +30,12 @@ namespace {
 
 void trace(const std::string& text) { writeLog("connectPort() - " + text); }
 
-/// The attempt is under way: from now on the session holds its type.
-void startSession() { sessionStarted = true; }
+/// The attempt is under way: from now on the session holds its type, and what was received before is not its
+/// output.
+void startSession() {
+    sessionStarted = true;
+    beginOutput();
+}
 
 /// Asks for the host's name. False when the profile has none, after the user was sent to the options.
 bool hostGiven() {
@@ -172,7 +176,6 @@ void connectPort() {
         if (managerHooks.unloadProfileDialog != nullptr) managerHooks.unloadProfileDialog();
         if (g_bConnectActive) return;
         endAttemptOfAnotherType();
-        carryOver.clear();  // what the last session left unfinished is no beginning of this one's output
         if (!startTransport(trap)) return;
         if (g_iConnectType == connectType::modem) {
             trace("modemConnect - MODEM_RESET");
@@ -193,6 +196,7 @@ void disconnectPort() {
         scrErase(0, lastColumn, 0, statusRow);
         runSshHook(sshHooks.endLocalLogin);
         closeTransport();
+        dropWaitingBlocks();
         g_bConnectActive = false;
         sessionStarted = false;
         followProfileType();
