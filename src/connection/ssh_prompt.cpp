@@ -58,7 +58,7 @@ void clearDialogue() {
     loginEntered = false;
     passwordEntered = false;
     g_sSSHLogin.clear();
-    g_sSSHPassword.clear();
+    forgetPassword();
 }
 
 /// The whole picture in its background, the cursor with it.
@@ -110,7 +110,7 @@ void eraseCharacter() {
 
 void addCharacter(char character) {
     if (loginEntered) {
-        g_sSSHPassword += character;
+        addToPassword(character);
         return;
     }
     g_sSSHLogin += character;
@@ -191,7 +191,7 @@ bool paintLocalText() {
 
 void endLocalPrompt() {
     dialogueRuns = false;
-    g_sSSHPassword.clear();
+    forgetPassword();
     if (!textUp) return;
     textUp = false;
     picterm.refresh();

@@ -53,12 +53,14 @@ void returnToLiveView() {
 }
 
 /// Lets paints, timers, keys and the user's commands in between. What is left of the block is dropped when
-/// the program ends meanwhile.
+/// the program ends or another session begins meanwhile.
 void yield(Interpretation& input) {
+    const std::uint32_t stream = outputStream;
     layOutKeyBar();
     eventLoop::doEvents();
-    returnToLiveView();
-    if (eventLoop::ending()) input.position = input.length();
+    if (stream == outputStream) [[likely]]
+        returnToLiveView();
+    if (eventLoop::ending() || stream != outputStream) input.position = input.length();
 }
 
 void keepLast(char c) {
@@ -247,7 +249,7 @@ public:
 
 private:
     void update() {
-        if (to_ < from_) return;
+        if (to_ < from_ || stream_ != outputStream) return;
         const auto from = static_cast<std::size_t>(from_ - 1);
         const auto count = static_cast<std::size_t>(to_ - from_ + 1);
         if (!buffer_.empty() && from == 0) {
@@ -263,6 +265,7 @@ private:
     std::int32_t& from_;
     std::int32_t& to_;
     bool resumed_ = false;
+    std::uint32_t stream_ = outputStream;
 };
 
 void interpretBlock(std::string_view block) {
@@ -278,9 +281,15 @@ void processBlock(std::string_view block) {
     ErrorTrap trap{"processInput", Arm::always, [] { inputBusy = 0; }};
     trap.run([&] {
         inputBusy = -1;
+        const std::uint32_t stream = outputStream;
         if (vscterm.value() != liveView) vscterm.setValue(liveView);
         toggleCursor(hideCursor);
         interpretBlock(block);
+        if (stream != outputStream) {
+            picterm.refresh();  // the window is the next session's: its login prompt, or the screen and the
+                                // cursor
+            return;
+        }
         flushBuf();
         layOutKeyBar();
         toggleCursor(showCursor);
@@ -312,5 +321,13 @@ void processInput(std::string_view block) {
 }
 
 void dropWaitingBlocks() { waitingBlocks.clear(); }
+
+void beginOutput() {
+    dropWaitingBlocks();
+    flushBuf();
+    carryOver.clear();
+    lastChar.clear();
+    ++outputStream;
+}
 
 }  // namespace qxterm
