@@ -28,3 +28,8 @@ add_dependencies(qxterm-probe program)
 file(GLOB neighbour_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/neighbour/*.cpp")
 add_executable(neighbour ${neighbour_sources})
 target_link_libraries(neighbour PRIVATE qxterm_options)
+
+# The least that a client has to do, to measure beside.
+file(GLOB reader_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/reader/*.cpp")
+add_executable(reader ${reader_sources})
+target_link_libraries(reader PRIVATE qxterm_options ws2_32)
