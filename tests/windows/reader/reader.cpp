@@ -1,4 +1,5 @@
-// What a Windows program needs at least to receive a host's output: it connects, reads, and forgets what it has read.
+// What a Windows program needs at least to receive a host's output: it connects, reads, and forgets what it
+// has read.
 //
 //   reader ADDRESS PORT
 
