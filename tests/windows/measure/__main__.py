@@ -5,10 +5,15 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "lib"))
+import calls  # noqa: E402
+import connections  # noqa: E402
 import drain  # noqa: E402
+import flood  # noqa: E402
+import idle  # noqa: E402
+import memory  # noqa: E402
 from program import Failure  # noqa: E402
 
-SUBJECTS = {"drain": drain}
+SUBJECTS = {"drain": drain, "flood": flood, "idle": idle, "calls": calls, "connections": connections, "memory": memory}
 
 
 def build(text):

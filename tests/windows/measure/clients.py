@@ -4,6 +4,7 @@ import os
 import shutil
 import subprocess
 import tempfile
+import time
 from pathlib import Path
 
 import display
@@ -16,11 +17,11 @@ COLUMNS = 2
 CAPTION = 30
 START = 60.0  # seconds
 
-# No window asks anything at its end, keys go to the host at once, and so much is kept of what has scrolled off as in
-# qxterm; the font is that of qxterm's setting "large".
+# No window asks anything at its end, keys go to the host at once, the right button calls a menu, and so much is kept of
+# what has scrolled off as in qxterm; the font is that of qxterm's setting "large".
 PUTTY_SESSION = {"Font": "Courier New", "FontIsBold": 0, "FontCharSet": 0, "FontHeight": 11, "TermWidth": 80,
                  "TermHeight": 24, "ScrollbackLines": 500, "WarnOnClose": 0, "CloseOnExit": 2, "LocalEcho": 1,
-                 "LocalEdit": 1, "BlinkCur": 0, "LineCodePage": "ISO-8859-1"}
+                 "LocalEdit": 1, "BlinkCur": 0, "MouseIsXterm": 2, "LineCodePage": "ISO-8859-1"}
 
 
 class Client:
@@ -28,6 +29,7 @@ class Client:
     """
 
     title = None  # of its window, as a regular expression; None without a window
+    pause = 0.0  # seconds that it rests at its start
 
     def __init__(self, name, slot):
         """slot: which room on the display is its own."""
@@ -42,27 +44,36 @@ class Client:
     def prepare(self):
         """What has to be there before the program starts."""
 
+    def callMenu(self, screen):
+        """Does what opens one of its menus. The moment before."""
+        raise NotImplementedError
+
     def __enter__(self):
         self.host = Host()
         self._scratch = tempfile.mkdtemp(prefix="qxterm-")
         self.prepare()
+        environment = dict(os.environ, **self.environment)
+        self.startedAt = time.monotonic()
+        self._process = subprocess.Popen(self.command(), cwd=self._scratch, env=environment, stdin=subprocess.DEVNULL,
+                                         stdout=subprocess.DEVNULL, stderr=self.errors)
+        self.process = self._process.pid
         try:
-            self._start()
+            self._waitStart()
         except BaseException:
             self.__exit__()
             raise
         return self
 
-    def _start(self):
-        environment = dict(os.environ, **self.environment)
-        self._process = subprocess.Popen(self.command(), cwd=self._scratch, env=environment, stdin=subprocess.DEVNULL,
-                                         stdout=subprocess.DEVNULL, stderr=self.errors)
-        self.process = self._process.pid
+    def _waitStart(self):
+        if self.title is not None:
+            screen = display.Display()
+            self.window = waitFor(lambda: screen.windowOf(self.process, self.title), f"{self.name} shows its window", START,
+                                  pause=0.002)
+            self.shownAt = time.monotonic()
+            screen.close()
         self.host.waitConnected(START)
-        if self.title is None:
+        if self.window is None:
             return
-        self.window = waitFor(lambda: display.windowsOf(self.process, self.title), f"{self.name} shows its window",
-                              START)[0]
         display.moveWindow(self.window, self._slot % COLUMNS * COLUMN_WIDTH, self._slot // COLUMNS * ROW_HEIGHT + CAPTION)
 
     def __exit__(self, *_):
@@ -82,6 +93,7 @@ class Client:
 
 class Qxterm(Client):
     title = f"^{TITLE} - "
+    pause = 3.0  # the picture at the start (src/app/main.cpp)
 
     def __init__(self, name, slot, folder):
         super().__init__(name, slot)
@@ -94,6 +106,9 @@ class Qxterm(Client):
 
     def command(self):
         return [os.environ["WINE"], str(self._program), self.name]
+
+    def callMenu(self, screen):
+        return screen.key("Alt_L", "c")
 
 
 class Putty(Client):
@@ -113,6 +128,10 @@ class Putty(Client):
 
     def command(self):
         return [os.environ["WINE"], self._program, "-load", "measured", "-telnet", "127.0.0.1", "-P", str(self.host.port)]
+
+    def callMenu(self, screen):
+        left, top, width, height = screen.place(self.window)
+        return screen.rightClick(left + width // 2, top + height // 2)
 
 
 class Reader(Client):

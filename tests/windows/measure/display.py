@@ -2,6 +2,7 @@
 under a millisecond, so that looking often does not disturb what is measured."""
 
 import ctypes
+import re
 import subprocess
 import time
 from ctypes import POINTER, Structure, Union, byref, c_char_p, c_int, c_long, c_uint, c_ulong, c_void_p
@@ -13,6 +14,8 @@ ZPIXMAP = 2
 ALL_PLANES = c_ulong(-1).value
 SUBSTRUCTURE_NOTIFY = 1 << 19
 MAP_NOTIFY = 19
+ANY_KIND = 0
+RIGHT_BUTTON = 3
 IPC_PRIVATE = 0
 IPC_CREATE = 0o1000
 IPC_REMOVE = 0
@@ -47,11 +50,20 @@ def _library(name, **results):
 
 
 _x = _library("libX11.so.6", XOpenDisplay=c_void_p, XDefaultRootWindow=c_ulong, XDefaultVisual=c_void_p,
-              XStringToKeysym=c_ulong)
+              XInternAtom=c_ulong, XStringToKeysym=c_ulong)
 _extensions = _library("libXext.so.6", XShmCreateImage=POINTER(_Image))
 _test = _library("libXtst.so.6")
 _c = _library("libc.so.6", shmat=c_void_p)
 _c.memcmp.argtypes = [c_void_p, c_void_p, ctypes.c_size_t]
+
+
+@ctypes.CFUNCTYPE(c_int, c_void_p, c_void_p)
+def _ignored(_display, _error):
+    """A window may be gone before it is asked about; that shall not end the process."""
+    return 0
+
+
+_x.XSetErrorHandler(_ignored)
 
 
 class Display:
@@ -63,7 +75,32 @@ class Display:
             raise Failure("there is no display")
         self.root = c_ulong(_x.XDefaultRootWindow(self.handle))
 
+    def close(self):
+        _x.XCloseDisplay(self.handle)
+
     # --- windows -----------------------------------------------------------------------------------------------------
+
+    def _property(self, window, name):
+        """A property's numbers, or its bytes, of a window that may be gone."""
+        atom = c_ulong(_x.XInternAtom(self.handle, c_char_p(name), 0))
+        kind, form, count, left, data = c_ulong(), c_int(), c_ulong(), c_ulong(), c_void_p()
+        _x.XGetWindowProperty(self.handle, window, atom, c_long(0), c_long(4096), 0, c_ulong(ANY_KIND), byref(kind),
+                              byref(form), byref(count), byref(left), byref(data))
+        if not data:
+            return []
+        # Numbers of 32 bits come as longs.
+        item = c_ulong if form.value == 32 else ctypes.c_ubyte
+        found = ctypes.cast(data, POINTER(item))[:count.value]
+        _x.XFree(data)
+        return found
+
+    def windowOf(self, process, title):
+        """The window of a process, one that the window manager knows, whose title fits a regular expression; or None."""
+        for window in self._property(self.root, b"_NET_CLIENT_LIST"):
+            name = bytes(self._property(c_ulong(window), b"WM_NAME")).decode("latin-1")
+            if self._property(c_ulong(window), b"_NET_WM_PID") == [process] and re.search(title, name):
+                return window
+        return None
 
     def place(self, window):
         """Left, top, width and height of a window on the display."""
@@ -80,7 +117,7 @@ class Display:
         _x.XSync(self.handle, 1)
 
     def windowAppears(self, seconds):
-        """Waits for such a window; the moment at which it came."""
+        """Waits for such a window; the moment at which it came, or None."""
         event = _Event()
         end = time.monotonic() + seconds
         while time.monotonic() < end:
@@ -89,9 +126,9 @@ class Display:
                 if event.type == MAP_NOTIFY and event.map.override_redirect:
                     return time.monotonic()
             time.sleep(0.0005)
-        raise Failure(f"no window appears within {seconds:g} s")
+        return None
 
-    # --- keyboard ----------------------------------------------------------------------------------------------------
+    # --- keyboard and mouse ------------------------------------------------------------------------------------------
 
     def key(self, *names):
         """Presses the keys in turn and releases them in the opposite order: ("Alt_L", "c"). The moment before."""
@@ -101,6 +138,16 @@ class Display:
             _test.XTestFakeKeyEvent(self.handle, c_uint(code), 1, c_ulong(0))
         for code in reversed(codes):
             _test.XTestFakeKeyEvent(self.handle, c_uint(code), 0, c_ulong(0))
+        _x.XFlush(self.handle)
+        return began
+
+
+    def rightClick(self, left, top):
+        """At a place of the display. The moment before."""
+        _test.XTestFakeMotionEvent(self.handle, -1, left, top, c_ulong(0))
+        began = time.monotonic()
+        for down in (1, 0):
+            _test.XTestFakeButtonEvent(self.handle, c_uint(RIGHT_BUTTON), down, c_ulong(0))
         _x.XFlush(self.handle)
         return began
 
@@ -147,6 +194,23 @@ class Area:
                                         c_ulong(ALL_PLANES)):
             raise Failure("the display gives no picture")
 
+    def part(self, left, top, width, height):
+        """A part of it, as an area of its own."""
+        return Area(self._display, self._left + left, self._top + top, width, height)
+
+    def changedPart(self):
+        """The rectangle (left, top, width, height) around all in which a new picture differs from the last one."""
+        old = self.pixels()
+        self.changed()
+        new, line = self.pixels(), self._width * PIXEL
+        places = [(row, at // PIXEL) for row in range(self._height)
+                  if (a := old[row * line:(row + 1) * line]) != (b := new[row * line:(row + 1) * line])
+                  for at in range(line) if a[at] != b[at]]
+        if not places:
+            raise Failure("nothing has changed in the window")
+        rows, columns = [row for row, _ in places], [column for _, column in places]
+        return min(columns), min(rows), max(columns) - min(columns) + 1, max(rows) - min(rows) + 1
+
     def changed(self):
         """Whether a new picture differs from the last one."""
         self._pictures.reverse()
@@ -158,13 +222,6 @@ class Area:
         """The last picture."""
         segment, _ = self._pictures[0]
         return ctypes.string_at(segment.shmaddr, self._size)
-
-
-def windowsOf(process, title):
-    """The visible windows of a process whose title fits a regular expression."""
-    found = subprocess.run(["xdotool", "search", "--all", "--onlyvisible", "--pid", str(process), "--name", title],
-                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-    return [int(line) for line in found.stdout.split()]
 
 
 def moveWindow(window, left, top):

@@ -1,5 +1,6 @@
 """The host of one client: it listens, sends, and knows what the client has left unread."""
 
+import contextlib
 import fcntl
 import socket
 import struct
@@ -10,6 +11,7 @@ import time
 from listener import Listener
 from program import waitFor
 
+PIECE = 16384  # bytes of a flood that are sent at once
 SOCK_DIAG = 4  # the protocol of netlink by which the system tells of its sockets
 BY_FAMILY = 20
 REQUEST = 1
@@ -58,16 +60,17 @@ class Host:
 
     def __exit__(self, *_):
         self._listener.close()
-        self._forget()
+        self.forget()
 
-    def _forget(self):
+    def forget(self):
+        """Closes the connection, if there is one."""
         if self.connection is not None:
             self.connection.close()
             self._queue.close()
             self.connection = None
 
     def _take(self, connection):
-        self._forget()
+        self.forget()
         connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self._queue = Queue(connection.getpeername(), connection.getsockname())
         self.endedAt = None
@@ -118,3 +121,31 @@ class Sending:
     def received(self):
         """Whether all of it is sent, and the client has read it."""
         return self.done.is_set() and self._host.isRead()
+
+
+class Flood:
+    """A block that is sent again and again as long as the with statement runs. sent: bytes."""
+
+    def __init__(self, host, block):
+        self._host, self._block = host, block
+        self.sent = 0
+        self._over = False
+
+    def __enter__(self):
+        self._thread = threading.Thread(target=self._send, daemon=True)
+        self._thread.start()
+        return self
+
+    def _send(self):
+        with contextlib.suppress(OSError):
+            while not self._over:
+                for at in range(0, len(self._block), PIECE):
+                    piece = self._block[at:at + PIECE]
+                    self._host.send(piece)
+                    self.sent += len(piece)
+                    if self._over:
+                        return
+
+    def __exit__(self, *_):
+        self._over = True
+        self._thread.join()
