@@ -37,6 +37,9 @@ constexpr unsigned char escape = 27;
 constexpr unsigned char iac = 255;
 }  // namespace control
 
+/// Bytes without a line feed after which the interpreter yields all the same.
+constexpr std::size_t longestStretch = 4096;
+
 /// True while processInput works, also while one of its error boxes is open.
 bool interpreting = false;
 std::deque<std::string> waitingBlocks;
@@ -188,7 +191,15 @@ void actOn(Interpretation& input, unsigned char byte, std::int32_t& carryFrom, s
 
 void interpret(Interpretation& input, std::int32_t& carryFrom, std::int32_t& carryTo) {
     const std::string_view data = input.data;
+    std::size_t nextYield = longestStretch;
     for (std::size_t at = 0; at < data.size();) {
+        if (at >= nextYield) [[unlikely]] {
+            input.position = static_cast<std::int32_t>(at);
+            yield(input);
+            at = static_cast<std::size_t>(input.position);
+            nextYield = at + longestStretch;
+            continue;
+        }
         const auto byte = static_cast<unsigned char>(data[at]);
         if (isPrintable(byte)) {
             const std::size_t run = runLength(data.data() + at, data.size() - at);

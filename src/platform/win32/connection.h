@@ -59,8 +59,8 @@ using Connection = Socket::Native;
 void tryNextAddress(Connection& connection);
 /// Drops handle and buffers; no event.
 void closeConnection(Connection& connection);
-/// FD_READ, FD_OOB, FD_CLOSE: reads what has arrived and announces it, for some 10 ms at the most; what is left then
-/// is read as soon as the message queue has been served.
+/// FD_READ, FD_OOB, FD_CLOSE: reads what has arrived and announces it, for some 10 ms at the most; what is
+/// left then is read as soon as the message queue has been served.
 void receive(Connection& connection);
 /// Goes on with reading that was interrupted. False when there was none.
 [[nodiscard]] bool readMore(Connection& connection);
