@@ -297,8 +297,8 @@ void processBlock(std::string_view block) {
         toggleCursor(hideCursor);
         interpretBlock(block);
         if (stream != outputStream) {
-            picterm.refresh();  // the window is the next session's: its login prompt, or the screen and the
-                                // cursor
+            // The window is the next session's: its login prompt, or the screen with the cursor.
+            picterm.refresh();
             return;
         }
         flushBuf();
