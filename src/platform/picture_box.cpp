@@ -115,8 +115,7 @@ void PictureBox::scroll(std::int32_t first, std::int32_t last, std::int32_t by) 
         drawingWatcher->scroll(first, last, by);
     picture_.scroll(first, last, by);
     invalid_.follow(first, last, by);
-    const std::int32_t freed = std::min(std::abs(by), last - first + 1);
-    invalidate({0, by < 0 ? last - freed + 1 : first, pictureColumns, freed});
+    noteChange();
 }
 
 void PictureBox::update() {

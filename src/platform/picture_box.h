@@ -54,8 +54,8 @@ public:
     void clear(const CellArea& area);
     /// Inverts cells; inverted twice they are as before.
     void invert(const CellArea& area, Inversion of);
-    /// Moves what stands on rows first..last by that many rows (negative: up) within themselves; the cells
-    /// that come free become invalid.
+    /// Moves what stands on rows first..last by that many rows (negative: up) within themselves, and with it
+    /// what is invalid. Nothing is drawn on the cells that come free, and no paint follows for them.
     void scroll(std::int32_t first, std::int32_t last, std::int32_t by);
     /// Delivers the paint message of the invalid cells at once.
     void update();

@@ -207,6 +207,7 @@ void interpret(Interpretation& input, std::int32_t& carryFrom, std::int32_t& car
                 input.position = static_cast<std::int32_t>(at + run) + 2;  // on the line feed
                 yield(input);
                 at = static_cast<std::size_t>(input.position);
+                nextYield = at + longestStretch;
                 continue;
             }
             acceptPrintable({data.data() + at, run});
@@ -232,6 +233,7 @@ void interpret(Interpretation& input, std::int32_t& carryFrom, std::int32_t& car
             yield(input);
         }
         at = static_cast<std::size_t>(input.position);  // counts from 1: the byte behind
+        if (byte == control::lineFeed) nextYield = at + longestStretch;
     }
 }
 

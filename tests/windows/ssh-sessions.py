@@ -132,9 +132,10 @@ def wrongPassword():
         program.waitText("Login incorrect", seconds=30)
         program.waitText("login:")
         checkEqual(program.ask("state")["g_bConnectActive"], True, "g_bConnectActive")
+        before = program.page().count("Password:")  # that of the refused login is still there
         program.type(tunnel.name)
         program.key("Return")
-        waitFor(lambda: program.page().count("Password:") >= 1, "the next password prompt")
+        waitFor(lambda: program.page().count("Password:") > before, "the next password prompt")
         program.type(tunnel.word)
         program.key("Return")
         atTheShell(program)
