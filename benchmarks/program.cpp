@@ -1,18 +1,11 @@
 #include "program.h"
 
 #include "headless-session/session.h"
-#include "platform/headless/picture_box.h"
 
 namespace qxterm::bench {
 
-void startProgram() {
-    headless::startProgram();
-    headless::setDrawing(headless::Drawing::countOnly);
-}
+void startProgram() { headless::startProgram(); }
 
-void startSession() {
-    headless::startSession();
-    headless::setDrawing(headless::Drawing::countOnly);
-}
+void startSession() { headless::startSession(); }
 
 }  // namespace qxterm::bench

@@ -35,3 +35,7 @@ add_executable(glyphs ${glyphs_sources})
 target_link_libraries(glyphs PRIVATE qxterm_options gdi32)
 # It draws with the font that stands beside it.
 add_dependencies(glyphs program_files)
+# The least that a client has to do, to measure beside.
+file(GLOB reader_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/windows/reader/*.cpp")
+add_executable(reader ${reader_sources})
+target_link_libraries(reader PRIVATE qxterm_options ws2_32)

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/headless/picture_box.h"
 #include "terminal/function_keys.h"
 #include "terminal/interpreter_state.h"
 #include "terminal/screen_store.h"
@@ -46,14 +45,14 @@ std::string terminalState() {
 }
 
 std::string windowState() {
-    const headless::CellGrid& cells = headless::cellsOf(picterm);
+    const Picture& cells = picterm.picture();
     std::string out;
-    for (int row = 0; row < headless::CellGrid::rows; ++row) {
-        for (int column = 0; column < headless::CellGrid::columns; ++column) {
-            const headless::CellLook& cell = cells.at(column, row);
-            out += cell.text;
+    for (int row = 0; row < pictureRows; ++row) {
+        for (int column = 0; column < pictureColumns; ++column) {
+            const PictureCell cell = cells.at(column, row);
+            out += cell.text();
             for (const int part :
-                 {int{cell.fg}, int{cell.bg}, int{cell.style}, int{cell.drawn}, int{cell.cursor}})
+                 {int{cell.fg()}, int{cell.bg()}, int{cell.style()}, int{cell.drawn()}, int{cell.cursor()}})
                 out += static_cast<char>('0' + part);
         }
         out += '\n';

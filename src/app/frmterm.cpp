@@ -1,5 +1,7 @@
 #include "app/frmterm.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 
 #include "app/dialogs/profile_dialog.h"
@@ -113,11 +115,16 @@ void Form_GotFocus() {
     ignoringErrors([] { picterm.refresh(); });
 }
 
+/// The next start reads 16 bits. Far out on a wide desktop the window comes back a little nearer.
+std::string savedTwips(std::int32_t pixels, std::int16_t twipsPerPixel) {
+    const std::int64_t twips = std::int64_t{pixels} * twipsPerPixel;
+    return std::to_string(std::clamp<std::int64_t>(twips, INT16_MIN, INT16_MAX));
+}
+
 void saveWindowPlace() {
     const PixelRect place = frmterm.normalPosition();
-    writePrivateProfileString(
-        settingsSection, "Window",
-        std::to_string(place.left * g_iTwipsX) + ' ' + std::to_string(place.top * g_iTwipsY));
+    writePrivateProfileString(settingsSection, "Window",
+                              savedTwips(place.left, g_iTwipsX) + ' ' + savedTwips(place.top, g_iTwipsY));
 }
 
 /// False when the user wants the window to stay.

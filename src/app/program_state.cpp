@@ -51,6 +51,8 @@ void resetConfiguration() {
 
 void resetConnections() {
     g_bConnectActive = false;
+    sessionStarted = false;
+    followProfileType();
     g_bSSHMode = false;
     userDisconnect = false;
     clearReceiveState();

@@ -28,7 +28,11 @@ void initDefaults() {
 
 void setCurrentProfile(const ProfileRecord& record) {
     CurrentProfile = record;
-    g_iConnectType = record.connectType;
+    followProfileType();
+}
+
+void followProfileType() {
+    if (!sessionHoldsType()) g_iConnectType = CurrentProfile.connectType;
 }
 
 }  // namespace qxterm

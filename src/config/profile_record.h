@@ -51,5 +51,8 @@ void initDefaults();
 
 /// Makes the record the current profile and its type the type of the next connection.
 void setCurrentProfile(const ProfileRecord& record);
+/// Brings g_iConnectType to the current profile's type, unless a session holds it. Called when either has
+/// changed.
+void followProfileType();
 
 }  // namespace qxterm

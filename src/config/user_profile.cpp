@@ -110,8 +110,8 @@ void readUserProf(const std::string& name) {
         if (profileHooks.resizeScreen != nullptr) profileHooks.resizeScreen();
 
         CurrentProfile.connectType = typeOfWord(section.text("connect", "serial"));
-        g_iConnectType = CurrentProfile.connectType;
-        if (g_iConnectType == connectType::ssh) g_bSSHMode = true;
+        followProfileType();
+        if (CurrentProfile.connectType == connectType::ssh) g_bSSHMode = true;
         if (profileHooks.setCaption != nullptr) profileHooks.setCaption();
 
         if (const char* key = portKey(CurrentProfile.connectType)) {

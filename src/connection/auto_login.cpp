@@ -1,5 +1,7 @@
 #include "connection/auto_login.h"
 
+#include <algorithm>
+
 #include "connection/send.h"
 #include "connection/ssh_hooks.h"
 
@@ -10,6 +12,39 @@ bool g_bLoginSent = false;
 bool g_bLoginDone = false;
 std::string g_sSSHLogin;
 std::string g_sSSHPassword;
+
+namespace {
+
+/// Room from the first character on: while a password of usual length is typed, it never moves.
+constexpr std::size_t passwordRoom = 64;
+
+/// Zeroes all that the text has room for. The stores are volatile, so that they are made although nobody
+/// reads them.
+void overwrite(std::string& secret) {
+    secret.resize(secret.capacity());
+    volatile char* const characters = secret.data();
+    for (std::size_t n = 0; n < secret.size(); ++n) characters[n] = 0;
+    secret.clear();
+}
+
+void makeRoom() {
+    const std::string& password = g_sSSHPassword;
+    if (password.capacity() >= passwordRoom && password.size() < password.capacity()) return;
+    std::string roomier;
+    roomier.reserve(std::max(passwordRoom, password.size() * 2));
+    roomier.assign(password);
+    overwrite(g_sSSHPassword);
+    g_sSSHPassword.swap(roomier);
+}
+
+}  // namespace
+
+void addToPassword(char character) {
+    makeRoom();
+    g_sSSHPassword += character;
+}
+
+void forgetPassword() { overwrite(g_sSSHPassword); }
 
 void clearLoginFlags() {
     g_bLoginPromptSeen = false;
@@ -39,7 +74,9 @@ bool passLoginFilter(std::string_view text) {
         if (!passwordPrompt) return false;
     }
     if (passwordPrompt) {
-        sendText(g_sSSHPassword + '\r');
+        addToPassword('\r');
+        sendText(g_sSSHPassword);
+        forgetPassword();
         g_bLoginDone = true;
         runSshHook(sshHooks.ClearSSHText);
     }

@@ -13,9 +13,15 @@ extern bool g_bLoginPromptSeen;
 extern bool g_bLoginSent;
 /// The password has been sent; automatic login is over.
 extern bool g_bLoginDone;
-/// What the user typed into the local prompt; written by the SSH bridge.
+/// What the user typed into the local prompt; written by the SSH bridge. The password is there until it has
+/// been sent, or will not be.
 extern std::string g_sSSHLogin;
 extern std::string g_sSSHPassword;
+
+/// Appends a character to the password, and leaves nothing of it in memory that is given back.
+void addToPassword(char character);
+/// Overwrites the password in its place, and clears it.
+void forgetPassword();
 
 /// Clears the three flags. Called when a network or SSH connection starts and when an SSH session ends.
 void clearLoginFlags();

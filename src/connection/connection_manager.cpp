@@ -16,7 +16,7 @@
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/function_keys.h"
-#include "terminal/interpreter_state.h"
+#include "terminal/interpreter.h"
 #include "terminal/reset.h"
 #include "terminal/screen_operations.h"
 #include "terminal/screen_store.h"
@@ -29,6 +29,13 @@ bool userDisconnect = false;
 namespace {
 
 void trace(const std::string& text) { writeLog("connectPort() - " + text); }
+
+/// The attempt is under way: from now on the session holds its type, and what was received before is not its
+/// output.
+void startSession() {
+    sessionStarted = true;
+    beginOutput();
+}
 
 /// Asks for the host's name. False when the profile has none, after the user was sent to the options.
 bool hostGiven() {
@@ -57,6 +64,7 @@ bool startNetwork(ErrorTrap& trap) {
     if (!hostGiven()) return false;
     logAddress();
     trap.step([] { comnet2.connect(CurrentProfile.host, socketPort(CurrentProfile.port)); });
+    startSession();
     return true;
 }
 
@@ -68,6 +76,7 @@ bool startSsh() {
     setConnItems(true);
     if (!hostGiven()) return false;
     logAddress();
+    startSession();
     runSshHook(sshHooks.DisplayBanner);
     runSshHook(sshHooks.doFakeLogin);
     return true;
@@ -95,6 +104,7 @@ void startSerial(ErrorTrap& trap) {
     // A plain line need not have a carrier at all.
     comser.setCarrierTimeout(g_iConnectType == connectType::modem ? profile.cd_timeout : std::int16_t{0});
     trap.step([] { comser.setPortOpen(true); });
+    startSession();
     if (g_iConnectType == connectType::serial) g_bConnectActive = true;
     startSerialPoll();
 }
@@ -107,10 +117,11 @@ bool startTransport(ErrorTrap& trap) {
         case connectType::modem: startSerial(trap); return true;
         case connectType::ssh: return startSsh();
         case connectType::loop:
+            startSession();
             trace("g_bConnectActive is TRUE");
             g_bConnectActive = true;
             return true;
-        default: return true;
+        default: startSession(); return true;
     }
 }
 
@@ -148,6 +159,11 @@ void closeTransport() {
     }
 }
 
+/// An attempt that no dialog waits for gives way to a connection of another type.
+void endAttemptOfAnotherType() {
+    if (sessionStarted && g_iConnectType != CurrentProfile.connectType) disconnectPort();
+}
+
 void enableItem(std::int16_t index, bool enabled) {
     if (managerHooks.enableConnectionItem != nullptr) managerHooks.enableConnectionItem(index, enabled);
 }
@@ -159,7 +175,7 @@ void connectPort() {
     trap.run([&] {
         if (managerHooks.unloadProfileDialog != nullptr) managerHooks.unloadProfileDialog();
         if (g_bConnectActive) return;
-        carryOver.clear();  // what the last session left unfinished is no beginning of this one's output
+        endAttemptOfAnotherType();
         if (!startTransport(trap)) return;
         if (g_iConnectType == connectType::modem) {
             trace("modemConnect - MODEM_RESET");
@@ -180,7 +196,10 @@ void disconnectPort() {
         scrErase(0, lastColumn, 0, statusRow);
         runSshHook(sshHooks.endLocalLogin);
         closeTransport();
+        dropWaitingBlocks();
         g_bConnectActive = false;
+        sessionStarted = false;
+        followProfileType();
     });
 }
 

@@ -27,6 +27,22 @@ void logArrival(std::string_view before, std::int32_t bytes, std::string_view af
     if (tracing()) writeLog(std::string{before} + std::to_string(bytes) + std::string{after});
 }
 
+/// Whose bytes pendingBytes counts while the receive loop runs.
+struct Counted {
+    std::uint32_t stream = 0;
+    bool sessionUp = false;
+    friend bool operator==(const Counted&, const Counted&) = default;
+};
+Counted counted;
+
+/// Events inside the loop can end the session, and start another. The bytes announced until then went with
+/// their connection.
+void forgetBytesOfEndedSession() {
+    if (counted.stream == outputStream && (!counted.sessionUp || g_bConnectActive)) return;
+    counted = {outputStream, g_bConnectActive};
+    pendingBytes = 0;
+}
+
 /// Reads and shows what is pending. Returns when nothing is left, or after a block that is kept off the
 /// screen.
 void drainSocket() {
@@ -34,18 +50,21 @@ void drainSocket() {
         logArrival("comnet2_DataArrival(): processing ", pendingBytes, " bytes in loop");
         const std::string data = GetNetworkBytes(pendingBytes);
         logBytes("BYTES>>", data);
+        const Counted own = counted;
         const bool shown = !g_bSSHMode || g_bLoginDone || passLoginFilter(data);
         if (shown) {
             tellHostText(data);
             processInput(data);
         }
-        pendingBytes -= static_cast<std::int32_t>(data.size());
+        forgetBytesOfEndedSession();
+        if (own == counted) pendingBytes -= static_cast<std::int32_t>(data.size());
         if (!shown || data.empty()) return;
     } while (pendingBytes > 0);
 }
 
 void receive(std::int32_t bytesTotal) {
     if (bytesTotal == -1) return;
+    if (receiving) forgetBytesOfEndedSession();
     pendingBytes = toInt32(std::int64_t{pendingBytes} + bytesTotal);
     if (receiving) {
         logArrival("comnet2_DataArrival() Rentry: ", bytesTotal, " bytes incoming");
@@ -60,6 +79,7 @@ void receive(std::int32_t bytesTotal) {
                " bytes incoming, " + std::to_string(pendingBytes) + " bytes to process");
     if (packetCount < INT16_MAX) ++packetCount;
     if (g_bSSHMode && g_bLoginDone) doAttr(screenMode, 7, 0);
+    counted = {outputStream, g_bConnectActive};
     drainSocket();
     receiving = false;
 }

@@ -4,6 +4,7 @@ namespace qxterm {
 
 std::int16_t g_iConnectType = connectType::ssh;
 bool g_bConnectActive = false;
+bool sessionStarted = false;
 bool g_bSSHMode = false;
 
 }  // namespace qxterm

@@ -53,6 +53,7 @@ void awaitForward() {
     }
     if (!sshClient.ended()) return;
     g_bLoginDone = true;
+    forgetPassword();  // nothing is left to send it to
     endSshHelpers();
 }
 

@@ -58,7 +58,7 @@ void clearDialogue() {
     loginEntered = false;
     passwordEntered = false;
     g_sSSHLogin.clear();
-    g_sSSHPassword.clear();
+    forgetPassword();
 }
 
 /// The whole picture in its background, the cursor with it.
@@ -110,7 +110,7 @@ void eraseCharacter() {
 
 void addCharacter(char character) {
     if (loginEntered) {
-        g_sSSHPassword += character;
+        addToPassword(character);
         return;
     }
     g_sSSHLogin += character;
@@ -184,14 +184,14 @@ bool localTextUp() { return textUp && g_iConnectType == connectType::ssh; }
 bool paintLocalText() {
     if (!localTextUp()) return false;
     for (std::size_t row = 0; row < static_cast<std::size_t>(pageRows); ++row) drawRow(row);
-    picterm.clear(cellRect(0, statusRow, screenColumns));
+    picterm.clear({0, statusRow, screenColumns, 1});
     restoreAttribute();
     return true;
 }
 
 void endLocalPrompt() {
     dialogueRuns = false;
-    g_sSSHPassword.clear();
+    forgetPassword();
     if (!textUp) return;
     textUp = false;
     picterm.refresh();

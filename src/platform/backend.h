@@ -53,6 +53,14 @@ void tabsChanged(TabStrip& strip);
 /// An entry of the menu changed.
 void menuChanged(Menu& menu);
 
+/// The first change of a picture since its last frame.
+void pictureChanged(PictureBox& box);
+/// Cells of a picture box became invalid: their paint message is to follow.
+void paintWaits(PictureBox& box);
+/// May be called before the form is loaded.
+void cellSizeChanged(PictureBox& box, std::int32_t width, std::int32_t height,
+                     const std::array<std::int32_t, pictureColumns>& advances);
+
 /// Interval or enabling changed: the period starts anew. May be called while the form is not loaded.
 void timerChanged(Timer& timer);
 

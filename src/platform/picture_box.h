@@ -2,28 +2,19 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 #include "platform/controls.h"
 #include "platform/event.h"
 #include "platform/geometry.h"
+#include "platform/picture.h"
 
 namespace qxterm {
 
-/// Which font a text call uses: the picture box's own, or the terminal font that holds the line-drawing
-/// glyphs.
-enum class TextFont : std::uint8_t { normal, terminal };
-
-/// Raster operations of an area fill.
-enum class Raster : std::uint8_t { blackness, whiteness };
-
-/// Whom an inverted area belongs to: the window shows both alike; a record of the window keeps them apart.
-enum class Inversion : std::uint8_t { cursor, selection };
-
-/// The screen's picture box. Text and areas are in pixels of its client area, place and size in twips.
-/// Colours are indices 0 to 7 into the table given by setColourTable. Drawing goes straight to the window;
-/// while the form is not loaded it is dropped. No routine here raises an error unless it says so.
+/// The screen's picture box. Drawing speaks in cells and changes the picture in memory; the system shows it
+/// when it comes to it. Place and size are in twips, colours are indices 0 to 7 into the table given by
+/// setColourTable. While the form is not loaded drawing is dropped. No routine here raises an error unless it
+/// says so.
 class PictureBox : public Control {
 public:
     PictureBox(Form& form, const char* name, int id) : Control{form, ControlKind::pictureBox, name, id, {}} {}
@@ -32,7 +23,6 @@ public:
     void setFontName(std::string_view face);
     /// 9, 10 or 11 points.
     void setFontSize(float points);
-    void setFontBold(bool bold);
     /// Height and width of a text in twips in the picture box's (not bold) font.
     [[nodiscard]] std::int32_t textHeight(std::string_view text) const;
     [[nodiscard]] std::int32_t textWidth(std::string_view text) const;
@@ -42,50 +32,49 @@ public:
     /// Size of the drawing area in twips.
     [[nodiscard]] std::int32_t scaleWidth() const;
     [[nodiscard]] std::int32_t scaleHeight() const;
+    /// Size of a cell in pixels, and the advance of each of a row's characters. With another size than before
+    /// nothing is drawn on any cell.
+    void setCellSize(std::int32_t width, std::int32_t height,
+                     const std::array<std::int32_t, pictureColumns>& advances);
 
-    // --- drawing state -------------------------------------------------------------------------------------
     void setColourTable(const std::array<Rgb, 8>& table);
-    /// Colour of the picture box where nothing is drawn. Does not redraw.
+    /// Colour of the cells that nothing is drawn on. Does not draw.
     void setBackground(std::uint8_t index);
-    /// Colour of text and lines.
-    void setTextColour(std::uint8_t index);
-    /// Colour behind text (SetBkColor).
-    void setTextBackground(std::uint8_t index);
     /// Opaque text background, as the screen is drawn.
     void setOpaque(bool opaque);
 
     // --- drawing -------------------------------------------------------------------------------------------
-    /// One text call, opaque and clipped to the cell rectangle, at its left top corner; advance: pixels per
-    /// character.
-    void drawText(const PixelRect& cells, std::string_view text, TextFont font, const std::int32_t* advances);
-    /// PatBlt in black or white.
-    void fill(const PixelRect& area, Raster raster);
-    /// Clears an area to the picture box's background.
-    void clear(const PixelRect& area);
-    /// DSTINVERT.
-    void invert(const PixelRect& area, Inversion of);
-    /// A horizontal line one pixel high in the text colour, from x to x + width.
-    void drawLine(std::int32_t x, std::int32_t y, std::int32_t width);
-    /// Moves the pixels of area by dy (negative: up) within area; what it exposes becomes invalid
-    /// (ScrollWindow).
-    void scroll(const PixelRect& area, std::int32_t dy);
-    /// Delivers the paint message of the invalid area at once (UpdateWindow).
+    /// A character in each cell from there on.
+    void drawText(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look);
+    /// A line under the cells, in the colour of their text.
+    void underline(std::int32_t row, std::int32_t column, std::int32_t count);
+    /// Blank cells in black or white.
+    void fill(const CellArea& area, Raster raster);
+    /// Blank cells in the picture box's background.
+    void clear(const CellArea& area);
+    /// Inverts cells; inverted twice they are as before.
+    void invert(const CellArea& area, Inversion of);
+    /// Moves what stands on rows first..last by that many rows (negative: up) within themselves; the cells
+    /// that come free become invalid.
+    void scroll(std::int32_t first, std::int32_t last, std::int32_t by);
+    /// Delivers the paint message of the invalid cells at once.
     void update();
     /// Makes the whole picture box invalid: a paint message follows when the event loop runs.
-    void refresh();
+    void refresh() { invalidate(allCells); }
 
     // --- painting ------------------------------------------------------------------------------------------
-    /// The area that the paint in progress covers; the whole picture box outside of one.
-    [[nodiscard]] PixelRect clipBox() const;
-    /// True when the pixel lies in the invalid area (GetUpdateRgn, PtInRegion). Only meaningful in
-    /// onPaintMessage.
-    [[nodiscard]] bool invalidAt(std::int32_t x, std::int32_t y) const;
+    /// The cells that the paint in progress covers; the whole picture box outside of one.
+    [[nodiscard]] CellArea clipBox() const;
+    /// True when the cell is invalid. Only meaningful in onPaintMessage.
+    [[nodiscard]] bool invalidAt(std::int32_t column, std::int32_t row) const {
+        return invalid_.contains(column, row);
+    }
 
     /// mbPaint: a paint message (15) arrives, before it is carried out. Raised while the hook is attached.
     Event<> onPaintMessage;
-    /// The paint itself; the invalid area has been cleared to the background.
+    /// The paint itself; the invalid cells have been cleared to the background, and drawing reaches no other.
     Event<> onPaint;
-    void attachMessageHook(bool attached);
+    void attachMessageHook(bool attached) { hooked_ = attached; }
 
     /// Mouse events: button mask (1 left), shift mask, x and y in twips (may lie outside while a button is
     /// held).
@@ -93,10 +82,59 @@ public:
     /// Lines that the mouse wheel asks the view to move: negative scrolls back.
     Event<std::int16_t> onWheel;
 
+    // --- for whoever shows it ------------------------------------------------------------------------------
+    [[nodiscard]] const Picture& picture() const { return picture_; }
+    [[nodiscard]] std::uint8_t background() const { return background_; }
+    /// True when cells wait to be painted.
+    [[nodiscard]] bool paintWaits() const { return !invalid_.empty(); }
+    /// Cells have to be painted anew: their paint message waits.
+    void invalidate(const CellArea& area);
+    /// True when anything has changed since the last frame; hands the picture out and begins the next frame.
+    [[nodiscard]] bool changed() const { return changed_; }
+    [[nodiscard]] Picture& takeFrame();
+    /// A new window: nothing drawn, nothing invalid.
+    void resetPicture();
+
 private:
     friend class Control;
     friend class Form;
+    class Paint;
+
+    void noteChange();
+
+    Picture picture_;
+    CellSet invalid_;   ///< cells that wait for a paint
+    CellSet painting_;  ///< those of the paint in progress
+    std::uint8_t background_ = 0;
     bool hooked_ = false;
+    bool inPaint_ = false;
+    bool changed_ = false;
+    std::uint32_t loads_ = 0;  ///< counts the windows: a paint may outlive its own
+    std::int32_t cellWidth_ = 0;
+    std::int32_t cellHeight_ = 0;
 };
+
+/// Told of every drawing call before it changes a picture, for records and counts.
+class DrawingWatcher {
+public:
+    enum class Area : std::uint8_t { fill, clear };
+
+    DrawingWatcher() = default;
+    DrawingWatcher(const DrawingWatcher&) = delete;
+    DrawingWatcher& operator=(const DrawingWatcher&) = delete;
+    virtual ~DrawingWatcher() = default;
+
+    virtual void text(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) = 0;
+    virtual void underline(std::int32_t row, std::int32_t column, std::int32_t count) = 0;
+    virtual void blank(Area kind, const CellArea& area, std::uint8_t colour) = 0;
+    virtual void invert(const CellArea& area, Inversion of) = 0;
+    virtual void scroll(std::int32_t first, std::int32_t last, std::int32_t by) = 0;
+};
+/// Null while nobody watches.
+extern DrawingWatcher* drawingWatcher;
+
+/// The pixel row of the line under a cell row: an eighth of the cell above its lower edge, reckoned in twips.
+[[nodiscard]] std::int32_t underlineTop(std::int32_t row, std::int32_t cellHeight,
+                                        std::int32_t twipsPerPixel);
 
 }  // namespace qxterm

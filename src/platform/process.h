@@ -33,8 +33,8 @@ public:
 
     /// Starts the program file of that name in the program's own folder, which also becomes its working
     /// folder. The command line begins with the helper's name. False when it cannot be started (missing,
-    /// blocked). Error 7 when the system has no pipes left. A process that is recorded has to be closed
-    /// first.
+    /// blocked), or when the system cannot promise to end it with the program. Error 7 when the system has no
+    /// pipes left. A process that is recorded has to be closed first.
     [[nodiscard]] bool start(std::string_view commandLine, StandardHandles handles,
                              std::span<const EnvironmentValue> environment = {});
     /// True from a successful start to close, also when the process has ended meanwhile.

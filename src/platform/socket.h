@@ -16,7 +16,7 @@ class Form;
 /// Announcing: outside an onDataArrival handler the control raises onDataArrival with the number of bytes in
 /// the receive buffer, and again, with the number then in it, for as long as the handler returns with bytes
 /// unread; it stops when two runs in a row have read nothing. While a handler runs it raises onDataArrival
-/// with the number of newly arrived bytes only.
+/// with the number of newly arrived bytes only; on Windows nothing is read while one runs.
 class Socket {
 public:
     constexpr Socket(Form& form, const char* name) : form_{form}, name_{name} {}

@@ -6,13 +6,13 @@
 namespace qxterm {
 
 std::array<Rgb, 8> colourTable{};
-std::int32_t dcLook = -1;
+TextLook textLook;
 
 void doAttr(std::int16_t flags, std::int16_t foreground, std::int16_t background) {
     trapped("doAttr", [&] {
-        dcLook = -1;
         const std::int16_t index = reversed(flags) ? background : foreground;
-        applyAttr(flags, static_cast<std::int16_t>(subscript(index, 0, 7)));
+        textLook.fg = static_cast<std::uint8_t>(subscript(index, 0, 7));
+        textLook.bold = (flags & attrFlag::bold) != 0;
     });
 }
 

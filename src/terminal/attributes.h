@@ -6,8 +6,8 @@
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "platform/geometry.h"
+#include "platform/picture.h"
 #include "terminal/screen_store.h"
-#include "terminal/view/screen_controls.h"
 
 namespace qxterm {
 
@@ -50,30 +50,18 @@ extern std::array<Rgb, 8> colourTable;
     return static_cast<std::uint16_t>(fg | bg) < 8;
 }
 
-/// What drawing last set the picture box's colours and font up for: a cell word, and 65536 more in reverse
-/// screen; -1 when anything else has changed them since.
-extern std::int32_t dcLook;
+/// Colour and weight that text is drawn with, as doAttr last set them.
+extern TextLook textLook;
 
-/// Turns a triple into the picture box's text colour and bold font. Called before a run of cells is drawn and
-/// after each change of the current attribute. Error 9, reported as "doAttr", for a colour index of 8 or
-/// more.
+/// Turns a triple into text colour and weight: textLook. Called before a run of cells is drawn and after each
+/// change of the current attribute. Error 9, reported as "doAttr", for a colour index of 8 or more.
 void doAttr(std::int16_t flags, std::int16_t foreground, std::int16_t background);
 
-/// What doAttr does, once it has decided between the two colours.
-inline void applyAttr(std::int16_t flags, std::int16_t colour) {
-    dcLook = -1;
-    picterm.setTextColour(static_cast<std::uint8_t>(colour));
-    picterm.setFontBold((flags & attrFlag::bold) != 0);
-}
-
-/// doAttr for the current triple after a command has changed it. What doAttr sets is set again before the
-/// next run is drawn, so that all there is to do for colours that exist is to forget what was set up.
+/// doAttr for the current triple after a command has changed it. Every run that is drawn sets its own look,
+/// so that there is nothing to do for colours that exist.
 inline void currentAttrChanged() {
-    if (coloursExist(curFg, curBg) && !detail::faultPlanned) [[likely]] {
-        dcLook = -1;
-    } else {
+    if (!coloursExist(curFg, curBg) || detail::faultPlanned) [[unlikely]]
         doAttr(curAttr, curFg, curBg);
-    }
 }
 
 /// Sets default colours, the blank line and the colour table. Called by main.

@@ -37,6 +37,9 @@ constexpr unsigned char escape = 27;
 constexpr unsigned char iac = 255;
 }  // namespace control
 
+/// Bytes without a line feed after which the interpreter yields all the same.
+constexpr std::size_t longestStretch = 4096;
+
 /// True while processInput works, also while one of its error boxes is open.
 bool interpreting = false;
 std::deque<std::string> waitingBlocks;
@@ -53,12 +56,14 @@ void returnToLiveView() {
 }
 
 /// Lets paints, timers, keys and the user's commands in between. What is left of the block is dropped when
-/// the program ends meanwhile.
+/// the program ends or another session begins meanwhile.
 void yield(Interpretation& input) {
+    const std::uint32_t stream = outputStream;
     layOutKeyBar();
     eventLoop::doEvents();
-    returnToLiveView();
-    if (eventLoop::ending()) input.position = input.length();
+    if (stream == outputStream) [[likely]]
+        returnToLiveView();
+    if (eventLoop::ending() || stream != outputStream) input.position = input.length();
 }
 
 void keepLast(char c) {
@@ -186,7 +191,15 @@ void actOn(Interpretation& input, unsigned char byte, std::int32_t& carryFrom, s
 
 void interpret(Interpretation& input, std::int32_t& carryFrom, std::int32_t& carryTo) {
     const std::string_view data = input.data;
+    std::size_t nextYield = longestStretch;
     for (std::size_t at = 0; at < data.size();) {
+        if (at >= nextYield) [[unlikely]] {
+            input.position = static_cast<std::int32_t>(at);
+            yield(input);
+            at = static_cast<std::size_t>(input.position);
+            nextYield = at + longestStretch;
+            continue;
+        }
         const auto byte = static_cast<unsigned char>(data[at]);
         if (isPrintable(byte)) {
             const std::size_t run = runLength(data.data() + at, data.size() - at);
@@ -247,7 +260,7 @@ public:
 
 private:
     void update() {
-        if (to_ < from_) return;
+        if (to_ < from_ || stream_ != outputStream) return;
         const auto from = static_cast<std::size_t>(from_ - 1);
         const auto count = static_cast<std::size_t>(to_ - from_ + 1);
         if (!buffer_.empty() && from == 0) {
@@ -263,6 +276,7 @@ private:
     std::int32_t& from_;
     std::int32_t& to_;
     bool resumed_ = false;
+    std::uint32_t stream_ = outputStream;
 };
 
 void interpretBlock(std::string_view block) {
@@ -278,9 +292,15 @@ void processBlock(std::string_view block) {
     ErrorTrap trap{"processInput", Arm::always, [] { inputBusy = 0; }};
     trap.run([&] {
         inputBusy = -1;
+        const std::uint32_t stream = outputStream;
         if (vscterm.value() != liveView) vscterm.setValue(liveView);
         toggleCursor(hideCursor);
         interpretBlock(block);
+        if (stream != outputStream) {
+            // The window is the next session's: its login prompt, or the screen with the cursor.
+            picterm.refresh();
+            return;
+        }
         flushBuf();
         layOutKeyBar();
         toggleCursor(showCursor);
@@ -312,5 +332,13 @@ void processInput(std::string_view block) {
 }
 
 void dropWaitingBlocks() { waitingBlocks.clear(); }
+
+void beginOutput() {
+    dropWaitingBlocks();
+    flushBuf();
+    carryOver.clear();
+    lastChar.clear();
+    ++outputStream;
+}
 
 }  // namespace qxterm

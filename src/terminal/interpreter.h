@@ -12,7 +12,11 @@ namespace qxterm {
 /// Reports as "processInput"; the rest of the block is dropped then.
 void processInput(std::string_view block);
 
-/// Forgets blocks that wait.
+/// Forgets blocks that wait. Called when a session ends: the block that is being interpreted is still shown.
 void dropWaitingBlocks();
+
+/// The output of another session begins. What waits, what was left unfinished, and the rest of a block that
+/// is being interpreted go with the session before. Called when a connection is started.
+void beginOutput();
 
 }  // namespace qxterm

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "terminal/input_busy.h"
@@ -11,5 +12,7 @@ namespace qxterm {
 inline std::string carryOver;
 /// The last printable character accepted, for the repeat command; empty until there was one.
 inline std::string lastChar;
+/// Number of the session whose output is interpreted. Written by beginOutput only.
+inline std::uint32_t outputStream = 0;
 
 }  // namespace qxterm

@@ -14,13 +14,27 @@ namespace {
 
 constexpr std::int16_t reverseBackground = 7;
 
-void reverseScreen(bool set) {
+/// The repaint that the parameters of one sequence ask for. A sequence may ask a hundred thousand times; it
+/// is carried out once, before something else is drawn or at the end.
+class Repaint {
+public:
+    void ask() { due_ = true; }
+    void carryOut() {
+        if (due_) picterm_Paint();
+        due_ = false;
+    }
+
+private:
+    bool due_ = false;
+};
+
+void reverseScreen(bool set, Repaint& repaint) {
     setMode(mode::reverseScreen, set);
     flushBuf();
     doAttr(curAttr, curFg, curBg);
     screenBackIndex = set ? reverseBackground : std::int16_t{0};
     picterm.setBackground(static_cast<std::uint8_t>(screenBackIndex));
-    picterm_Paint();
+    repaint.ask();
 }
 
 void originMode(bool set) {
@@ -30,17 +44,23 @@ void originMode(bool set) {
     curRow = set ? regionTop : 0;
 }
 
-void suspendDrawing(bool set) {
+void suspendDrawing(bool set, Repaint& repaint) {
+    if (set) repaint.carryOut();
     setMode(mode::drawingSuspended, set);
     if (set) {
         blankArea(0, 0, screenColumns, screenRows - 1);
     } else {
-        picterm_Paint();
+        repaint.ask();
     }
 }
 
-void underlineCursor(bool set) {
+void removeCursor(Repaint& repaint) {
+    if (cursorShown != 0) repaint.carryOut();
     toggleCursor(hideCursor);
+}
+
+void underlineCursor(bool set, Repaint& repaint) {
+    removeCursor(repaint);
     setMode(mode::underlineCursor, set);
 }
 
@@ -53,21 +73,21 @@ void blinkingCursor(bool set) {
     }
 }
 
-void hiddenCursor(bool hidden) {
+void hiddenCursor(bool hidden, Repaint& repaint) {
     setMode(mode::cursorHidden, hidden);
-    if (hidden) toggleCursor(hideCursor);
+    if (hidden) removeCursor(repaint);
 }
 
-void changePrivateMode(std::int16_t parameter, bool set) {
+void changePrivateMode(std::int16_t parameter, bool set, Repaint& repaint) {
     switch (parameter) {
-        case 5: reverseScreen(set); break;
+        case 5: reverseScreen(set, repaint); break;
         case 6: originMode(set); break;
         case 7: setMode(mode::wrapDisabled, !set); break;
-        case 10: suspendDrawing(set); break;
-        case 11: underlineCursor(set); break;
+        case 10: suspendDrawing(set, repaint); break;
+        case 11: underlineCursor(set, repaint); break;
         case 12: blinkingCursor(set); break;
         case 13: set ? hideKeyBar() : showKeyBar(); break;  // the other way round than the rest
-        case 25: hiddenCursor(!set); break;
+        case 25: hiddenCursor(!set, repaint); break;
         default: break;
     }
 }
@@ -76,14 +96,16 @@ void changePrivateMode(std::int16_t parameter, bool set) {
 
 void changeModes(bool set) {
     constexpr std::int16_t insertMode = 4;
+    Repaint repaint;
     for (const std::int16_t parameter : escParams) {
         if (privateMarker) {
-            changePrivateMode(parameter, set);
+            changePrivateMode(parameter, set, repaint);
         } else if (parameter == insertMode) {
             flushBuf();
             setMode(mode::insert, set);
         }
     }
+    repaint.carryOut();
 }
 
 }  // namespace qxterm

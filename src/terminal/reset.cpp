@@ -23,8 +23,6 @@ constexpr std::int16_t keptModes = static_cast<std::int16_t>(0xFFA8 - 0x10000);
 void resetBackground() {
     screenBackIndex = 0;
     picterm.setBackground(0);
-    dcBackIndex = -1;
-    dcLook = -1;
 }
 
 void resetRegion() {

@@ -31,6 +31,11 @@ void setWords(ScreenLine& line, std::int32_t column, std::int32_t count, std::in
     if (inside < count) throw RunTimeError{errors::subscriptOutOfRange};
 }
 
+/// A host may insert into one line for ever; what counts ends with column 79 anyway.
+std::int16_t grown(std::int16_t length, std::int16_t count) {
+    return toInt16(std::min<std::int32_t>(length + count, INT16_MAX));
+}
+
 void overwrite(std::int32_t record, std::int16_t word) {
     ScreenLine& line = screenLines[static_cast<std::size_t>(record)];
     if (curCol < 0) throw RunTimeError{errors::invalidProcedureCall};
@@ -102,9 +107,9 @@ void insChars(std::string_view text, std::int16_t count, std::int16_t word) {
         setWords(line, curCol,
                  curCol < screenColumns ? std::min<std::int32_t>(count, screenColumns - curCol) : count,
                  word);
-        if (line.usedLength >= curCol) line.usedLength = toInt16(line.usedLength + count);
+        if (line.usedLength >= curCol) line.usedLength = grown(line.usedLength, count);
         // Text that waits to be drawn moves along, or the window would miss its end.
-        if (line.dirtyLast >= curCol) line.dirtyLast = toInt16(line.dirtyLast + count);
+        if (line.dirtyLast >= curCol) line.dirtyLast = grown(line.dirtyLast, count);
     });
 }
 

@@ -6,7 +6,6 @@
 #include "terminal/attributes.h"
 #include "terminal/ordinary_run.h"
 #include "terminal/screen_operations.h"
-#include "terminal/view/cell_size.h"
 #include "terminal/view/drawing.h"
 #include "terminal/view/paint.h"
 #include "terminal/view/screen_controls.h"
@@ -44,7 +43,7 @@ inline void storeAndDraw(ScreenLine& line, std::int32_t count) {
     putBuf();
     if (pendingScrolls > 0) {
         const std::int32_t lines = pendingScrolls;
-        scrollWindow(scrollRect, -lineHeight * lines);
+        scrollRegion(-lines);
         pendingScrolls = 0;
     }
     if (recordsToDraw == 0) return;
@@ -128,7 +127,7 @@ void scrollUp(std::int16_t immediate) {
         rowMap[subscript(regionBottom, 0, screenRows - 1)] = record;
         blankRecord(record);
         if (immediate == scrollImmediate) {
-            scrollWindow(scrollRect, -lineHeight);
+            scrollRegion(-1);
         } else if (++pendingScrolls > scrollFlushLimit) {
             flushBuf();
         }
@@ -142,7 +141,7 @@ void scrollDown() {
                            rowMap.begin() + regionBottom + 1);
         rowMap[subscript(regionTop, 0, screenRows - 1)] = record;
         blankRecord(record);
-        scrollWindow(scrollRect, lineHeight);
+        scrollRegion(1);
     });
 }
 

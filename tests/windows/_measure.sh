@@ -2,4 +2,6 @@
 # Measures the program in its window; needs build/windows (./test builds it). No test.
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 export QXTERM_BUILD=${QXTERM_BUILD:-$PWD/build/windows}
-exec tools/setup/with-display.sh tools/setup/with-prefix.sh python3 tests/windows/measure.py "$@"
+# Room for several windows side by side.
+export QXTERM_SCREEN=${QXTERM_SCREEN:-1600x1200x24}
+exec tools/setup/with-display.sh tools/setup/with-prefix.sh python3 tests/windows/measure "$@"

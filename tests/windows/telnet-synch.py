@@ -168,10 +168,31 @@ def otherUrgentBytes(screen):
 
 
 @connected
+def theEnd(screen):
+    """What stands behind Synchs when the peer has gone is read to its end."""
+    for synch in ([Urgent(IAC), DM], [Urgent(IAC + DM)]):
+        for pieces in ([b"text", *synch], [*synch, *synch, b"text"], [*synch, *synch, *synch, b"text" + IAC]):
+            screen.program.process.send_signal(signal.SIGSTOP)
+            try:
+                for piece in pieces:
+                    screen.peer.connections[-1].send(piece, socket.MSG_OOB if isinstance(piece, Urgent) else 0)
+                screen.peer.connections[-1].shutdown(socket.SHUT_RDWR)
+            finally:
+                screen.program.process.send_signal(signal.SIGCONT)
+            box = screen.program.messageBox("The connection has been dropped")
+            screen.program.clickButton(box, "OK")
+            screen.program.waitState("g_bConnectActive", False)
+            screen.program.connectionMenu("c")
+            screen.program.waitState("g_bConnectActive", True)
+            screen.program.waitForm("frmConn", loaded=False)
+
+
+@connected
 def withoutUrgency(screen):
     """The byte behind the command goes with it."""
     screen.case("DM as any command", [b"one" + IAC + DM + b"two"], "onewo")
     screen.case("behind a Synch, too", [b"one", Urgent(IAC), DM, Pause, b"two" + IAC + DM + b"three"], "onetwohree")
 
 
-run(everyCut, atTheBeginningAndAtTheEnd, inARow, whileTheProgramIsBusy, dense, otherUrgentBytes, withoutUrgency)
+run(everyCut, atTheBeginningAndAtTheEnd, inARow, whileTheProgramIsBusy, dense, otherUrgentBytes,
+    theEnd, withoutUrgency)

@@ -2,7 +2,6 @@
 
 #include "dump_lines.h"
 #include "dumps.h"
-#include "platform/headless/picture_box.h"
 #include "platform/main_form.h"
 #include "terminal/screen_store.h"
 #include "terminal/view/screen_controls.h"
@@ -72,14 +71,14 @@ Json dumpRow(std::int32_t row) {
 
 Json dumpView() {
     if (!frmterm.loaded()) return {{"dump", "view"}, {"cursor", nullptr}, {"rows", Json::object()}};
-    const headless::CellGrid& cells = headless::cellsOf(picterm);
+    const Picture& cells = picterm.picture();
     const auto cursor = cells.cursor();
     return {{"dump", "view"},
             {"cursor", cursor ? Json::array({cursor->first, cursor->second}) : Json{}},
             {"rows", rowsThatHoldText([&](std::int32_t row) {
                  std::string text;
-                 for (int column = 0; column < headless::CellGrid::columns; ++column) {
-                     text += cells.at(column, row).text;
+                 for (int column = 0; column < pictureColumns; ++column) {
+                     text += cells.at(column, row).text();
                  }
                  return text;
              })}};

@@ -1,21 +1,23 @@
 #!/usr/bin/env bash
-# Builds plink.exe, an SSH client for Windows, from Debian's source package of PuTTY, and keeps it in the user's cache.
-# It is a peer for the tests of the SSH bridge; none of it goes into the project.
+# Builds plink.exe (an SSH client) or putty.exe (a terminal) for Windows from Debian's source package of PuTTY, and keeps
+# it in the user's cache. plink is a peer for the tests of the SSH bridge, putty one for measuring in the window; none of
+# it goes into the project.
 set -euo pipefail
 
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/qxterm
-result=$cache/plink.exe
+target=${1:-plink}
 
-if [[ $# -gt 0 ]]; then
-    echo "Usage: tools/setup/plink.sh"
+if [[ $# -gt 1 || ($target != plink && $target != putty) ]]; then
+    echo "Usage: tools/setup/plink.sh [plink | putty]"
     echo
-    echo "Makes $result when it is missing, and prints its path."
-    [[ $1 == -h || $1 == --help ]] && exit 0 || exit 2
+    echo "Makes $cache/plink.exe or putty.exe when it is missing, and prints its path."
+    [[ ${1:-} == -h || ${1:-} == --help ]] && exit 0 || exit 2
 fi
 
+result=$cache/$target.exe
 mkdir -p "$cache"
 # Two tests may ask for it at once.
-exec {lock}>"$cache/plink.lock"
+exec {lock}>"$cache/$target.lock"
 flock "$lock"
 if [[ -x $result ]]; then
     echo "$result"
@@ -52,13 +54,14 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 CMAKE
-    cmake -G Ninja -S source -B build -DCMAKE_TOOLCHAIN_FILE="$work/windows.cmake" -DCMAKE_BUILD_TYPE=Release
-    nice cmake --build build --target plink
+    cmake -G Ninja -S source -B build -DCMAKE_TOOLCHAIN_FILE="$work/windows.cmake" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_EXE_LINKER_FLAGS=-static
+    nice cmake --build build --target "$target"
 } >log 2>&1 || {
     tail -30 log >&2
-    echo "plink.sh: plink.exe could not be built" >&2
+    echo "plink.sh: $target.exe could not be built" >&2
     exit 1
 }
-cp build/plink.exe "$result.new"
+cp "build/$target.exe" "$result.new"
 mv "$result.new" "$result"
 echo "$result"

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "platform/controls.h"
 #include "platform/form.h"
-#include "platform/headless/picture.h"
 
 namespace qxterm {
 
@@ -15,7 +12,7 @@ struct Form::Native {
 
 struct Control::Native {
     TwipsRect place;
-    std::unique_ptr<headless::Picture> picture;  ///< of a picture box only
+    float points = 10;  ///< font size of a picture box
 };
 
 }  // namespace qxterm

@@ -1,20 +1,24 @@
-#include "platform/picture_box.h"
+#include "platform/headless/picture_box.h"
 
 #include <string>
 
+#include "platform/backend.h"
+#include "platform/display.h"
 #include "platform/headless/display.h"
+#include "platform/headless/forms.h"
 #include "platform/headless/native.h"
-#include "platform/headless/picture_box.h"
 #include "platform/headless/recorder.h"
 
 namespace qxterm::headless {
 
-namespace detail {
-Drawing drawing = Drawing::cells;
-DrawCounts counts;
-}  // namespace detail
+bool paintsWaiting = false;
 
 namespace {
+
+/// Size of a cell on the display in pixels, as the program last set it: one picture box has cells.
+CellMeasures cell{};
+bool counting = false;
+DrawCounts counts;
 
 void recordArea(const char* op, const PixelRect& area, Fields more = {}) {
     Fields fields{{"op", op}, {"x", area.left}, {"y", area.top}, {"w", area.width()}, {"h", area.height()}};
@@ -22,50 +26,77 @@ void recordArea(const char* op, const PixelRect& area, Fields more = {}) {
     record("draw", std::move(fields));
 }
 
-void recordText(const Picture& picture, const PixelRect& cells, std::string_view text, TextFont font) {
-    const bool terminal = font == TextFont::terminal;
-    std::string stored{text};
-    if (terminal) {
-        for (char& c : stored) c = storedCharacter(c);
-    }
-    recordArea("text", cells,
-               {{"text", std::move(stored)},
-                {"fg", picture.textColour},
-                {"bg", picture.textBackground},
-                {"bold", picture.bold},
-                {"font", terminal ? "terminal" : "normal"}});
+PixelRect pixelsOf(const CellArea& area) {
+    return {area.column * cell.width, area.row * cell.height, (area.column + area.columns) * cell.width,
+            (area.row + area.rows) * cell.height};
 }
 
-[[gnu::noinline]] void drawText(Picture& picture, const PixelRect& cells, std::string_view text,
-                                TextFont font, const std::int32_t* advances) {
-    if (recordsDrawing()) recordText(picture, cells, text, font);
-    if (detail::drawing == Drawing::cells) {
-        picture.grid.drawText(cells, text, advances,
-                              {font, picture.bold, picture.textColour, picture.textBackground});
+/// Counts drawing calls, and records them as what they come to in pixels.
+class Watcher final : public DrawingWatcher {
+public:
+    void text(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) override {
+        ++counts.text;
+        counts.characters += text.size();
+        if (!recordsDrawing()) return;
+        const bool terminal = look.font == TextFont::terminal;
+        std::string stored{text};
+        if (terminal) {
+            for (char& c : stored) c = storedCharacter(c);
+        }
+        recordArea("text", pixelsOf({column, row, static_cast<std::int32_t>(text.size()), 1}),
+                   {{"text", std::move(stored)},
+                    {"fg", look.fg},
+                    {"bg", look.bg},
+                    {"bold", look.bold},
+                    {"font", terminal ? "terminal" : "normal"}});
     }
-}
+    void underline(std::int32_t row, std::int32_t column, std::int32_t count) override {
+        ++counts.line;
+        if (!recordsDrawing()) return;
+        const std::int32_t top = underlineTop(row, cell.height, display::twipsPerPixelY());
+        recordArea("line", {column * cell.width, top, (column + count) * cell.width, top + 1});
+    }
+    void blank(Area kind, const CellArea& area, std::uint8_t colour) override {
+        ++(kind == Area::fill ? counts.fill : counts.clear);
+        if (recordsDrawing()) recordArea("fill", pixelsOf(area), {{"colour", colour}});
+    }
+    void invert(const CellArea& area, Inversion of) override {
+        ++counts.invert;
+        if (!recordsDrawing()) return;
+        PixelRect pixels = pixelsOf(area);
+        if (of == Inversion::underlineCursor) pixels.top = pixels.bottom - underlineCursorHeight;
+        recordArea("invert", pixels);
+    }
+    void scroll(std::int32_t first, std::int32_t last, std::int32_t by) override {
+        ++counts.scroll;
+        if (!recordsDrawing()) return;
+        recordArea("scroll", pixelsOf({0, first, pictureColumns, last - first + 1}),
+                   {{"dx", 0}, {"dy", by * cell.height}});
+    }
+};
 
-[[gnu::noinline]] void drawLine(Picture& picture, std::int32_t x, std::int32_t y, std::int32_t width) {
-    if (recordsDrawing()) recordArea("line", {x, y, x + width, y + 1});
-    if (detail::drawing == Drawing::cells) picture.grid.drawLine(x, y, width);
-}
+Watcher watcher;
+
+/// Watches drawing calls while they are counted or recorded.
+void watchDrawing() { drawingWatcher = counting || recordsDrawing() ? &watcher : nullptr; }
+
+[[maybe_unused]] const bool tied = (recordsDrawingChanged = watchDrawing, true);
 
 }  // namespace
 
-void setDrawing(Drawing drawing) { detail::drawing = drawing; }
+const DrawCounts& drawCounts() { return counts; }
 
-const DrawCounts& drawCounts() { return detail::counts; }
-
-void clearDrawCounts() { detail::counts = {}; }
-
-void resetDrawing() {
-    detail::drawing = Drawing::cells;
-    detail::counts = {};
+void clearDrawCounts() {
+    counts = {};
+    counting = true;
+    watchDrawing();
 }
 
-const CellGrid& cellsOf(const PictureBox& box) { return box.native->picture->grid; }
-
-std::uint8_t backgroundOf(const PictureBox& box) { return box.native->picture->background; }
+void resetDrawing() {
+    counts = {};
+    counting = false;
+    watchDrawing();
+}
 
 CellMeasures measuresAt(float points) {
     if (points == 9.0F) return {7, 15};
@@ -73,42 +104,45 @@ CellMeasures measuresAt(float points) {
     return {8, 16};
 }
 
+void deliverPaints() {
+    paintsWaiting = false;
+    const std::vector<Form*> forms = visibleForms();
+    for (Form* form : forms) {
+        for (Control* control = form->firstControl(); control != nullptr; control = control->next()) {
+            if (control->kind() == ControlKind::pictureBox) static_cast<PictureBox*>(control)->update();
+        }
+    }
+}
+
+void uncover(PictureBox& box) { box.invalidate(allCells); }
+
 }  // namespace qxterm::headless
 
 namespace qxterm {
 
-using headless::detail::counts;
+void backend::pictureChanged(PictureBox& /*box*/) {}
 
-namespace {
+void backend::paintWaits(PictureBox& /*box*/) { headless::paintsWaiting = true; }
 
-[[nodiscard]] bool drawsCells() { return headless::detail::drawing == headless::Drawing::cells; }
-
-/// True while a caller's own cost is measured: a text or a line is counted, and that is all.
-[[nodiscard]] bool onlyCounts() { return !drawsCells() && !headless::recordsDrawing(); }
-
-}  // namespace
+void backend::cellSizeChanged(PictureBox& /*box*/, std::int32_t width, std::int32_t height,
+                              const std::array<std::int32_t, pictureColumns>& /*advances*/) {
+    headless::cell = {width, height};
+}
 
 void PictureBox::setFontName(std::string_view /*face*/) {}
 
 void PictureBox::setFontSize(float points) {
-    if (native == nullptr) return;
-    native->picture->points = points;
-    const headless::CellMeasures cell = headless::measuresAt(points);
-    native->picture->grid.setMeasures(cell.width, cell.height);
-}
-
-void PictureBox::setFontBold(bool bold) {
-    if (native != nullptr) native->picture->bold = bold;
+    if (native != nullptr) native->points = points;
 }
 
 std::int32_t PictureBox::textHeight(std::string_view /*text*/) const {
-    return native == nullptr ? 0 : headless::toTwips(headless::measuresAt(native->picture->points).height);
+    return native == nullptr ? 0 : headless::toTwips(headless::measuresAt(native->points).height);
 }
 
 std::int32_t PictureBox::textWidth(std::string_view text) const {
     if (native == nullptr) return 0;
     const auto length = static_cast<std::int32_t>(text.size());
-    return headless::toTwips(headless::measuresAt(native->picture->points).width * length);
+    return headless::toTwips(headless::measuresAt(native->points).width * length);
 }
 
 void PictureBox::createTerminalFont(std::int32_t /*height*/, std::int32_t /*width*/) {}
@@ -121,59 +155,6 @@ std::int32_t PictureBox::scaleHeight() const { return native == nullptr ? 0 : na
 
 void PictureBox::setColourTable(const std::array<Rgb, 8>& /*table*/) {}
 
-void PictureBox::setBackground(std::uint8_t index) {
-    if (native != nullptr) native->picture->background = index;
-}
-
-void PictureBox::setTextColour(std::uint8_t index) {
-    if (native != nullptr) native->picture->textColour = index;
-}
-
-void PictureBox::setTextBackground(std::uint8_t index) {
-    if (native != nullptr) native->picture->textBackground = index;
-}
-
-void PictureBox::setOpaque(bool opaque) {
-    if (native != nullptr) native->picture->opaque = opaque;
-}
-
-void PictureBox::drawText(const PixelRect& cells, std::string_view text, TextFont font,
-                          const std::int32_t* advances) {
-    if (native == nullptr) return;
-    ++counts.text;
-    counts.characters += text.size();
-    if (onlyCounts()) return;
-    headless::drawText(*native->picture, cells, text, font, advances);
-}
-
-void PictureBox::fill(const PixelRect& area, Raster raster) {
-    if (native == nullptr) return;
-    ++counts.fill;
-    const std::uint8_t colour = raster == Raster::whiteness ? 7 : 0;
-    if (headless::recordsDrawing()) headless::recordArea("fill", area, {{"colour", colour}});
-    if (drawsCells()) native->picture->grid.fill(area, colour);
-}
-
-void PictureBox::clear(const PixelRect& area) {
-    if (native == nullptr) return;
-    ++counts.clear;
-    const std::uint8_t colour = native->picture->background;
-    if (headless::recordsDrawing()) headless::recordArea("fill", area, {{"colour", colour}});
-    if (drawsCells()) native->picture->grid.fill(area, colour);
-}
-
-void PictureBox::invert(const PixelRect& area, Inversion of) {
-    if (native == nullptr) return;
-    ++counts.invert;
-    if (headless::recordsDrawing()) headless::recordArea("invert", area);
-    if (drawsCells()) native->picture->grid.invert(area, of);
-}
-
-void PictureBox::drawLine(std::int32_t x, std::int32_t y, std::int32_t width) {
-    if (native == nullptr) return;
-    ++counts.line;
-    if (onlyCounts()) return;
-    headless::drawLine(*native->picture, x, y, width);
-}
+void PictureBox::setOpaque(bool /*opaque*/) {}
 
 }  // namespace qxterm

@@ -2,15 +2,9 @@
 
 #include <cstdint>
 
-#include "platform/headless/cell_grid.h"
 #include "platform/picture_box.h"
 
 namespace qxterm::headless {
-
-/// What drawing calls do besides being counted: change the window's cells, or nothing at all (for measuring
-/// the caller's own cost).
-enum class Drawing : std::uint8_t { cells, countOnly };
-void setDrawing(Drawing drawing);
 
 /// Drawing calls since the last clearing; characters: those of all text calls.
 struct DrawCounts {
@@ -23,14 +17,18 @@ struct DrawCounts {
     std::uint64_t scroll = 0;
 };
 [[nodiscard]] const DrawCounts& drawCounts();
+/// Counts from 0 on. Nothing is counted before the first call after a reset.
 void clearDrawCounts();
 
-/// The window's cells and the colour of those that nothing was drawn on. The picture box's form must be
-/// loaded.
-[[nodiscard]] const CellGrid& cellsOf(const PictureBox& box);
-[[nodiscard]] std::uint8_t backgroundOf(const PictureBox& box);
+/// Measures of a cell in pixels.
+struct CellMeasures {
+    std::int32_t width;
+    std::int32_t height;
+};
+/// 7 x 15 at 9 points, 9 x 18 at 11, 8 x 16 at any other size.
+[[nodiscard]] CellMeasures measuresAt(float points);
 
-/// True while a loaded picture box may have invalid areas.
+/// True while a loaded picture box may have invalid cells.
 extern bool paintsWaiting;
 /// Delivers the paint messages that wait, one for each visible picture box.
 void deliverPaints();
@@ -38,12 +36,7 @@ void deliverPaints();
 /// loop.
 void uncover(PictureBox& box);
 
-/// Drawing on cells, counts 0.
+/// Counts 0, and none from now on.
 void resetDrawing();
-
-namespace detail {
-extern Drawing drawing;
-extern DrawCounts counts;
-}  // namespace detail
 
 }  // namespace qxterm::headless

@@ -3,6 +3,9 @@
 #include <set>
 
 namespace qxterm::headless {
+
+void (*recordsDrawingChanged)() = nullptr;
+
 namespace {
 
 constexpr std::string_view drawKind = "draw";
@@ -15,15 +18,23 @@ std::set<std::string, std::less<>>& switchedOff() {
     return kinds;
 }
 
+void tellChange() {
+    if (recordsDrawingChanged != nullptr) recordsDrawingChanged();
+}
+
 }  // namespace
 
-void setSink(Sink sink) { currentSink = sink; }
+void setSink(Sink sink) {
+    currentSink = sink;
+    tellChange();
+}
 
 Sink sink() { return currentSink; }
 
 void setRecording(std::string_view kind, bool on) {
     if (kind == drawKind) {
         drawingOn = on;
+        tellChange();
     } else if (on) {
         switchedOff().erase(std::string{kind});
     } else {
@@ -58,6 +69,7 @@ void resetRecorder() {
     currentSink = nullptr;
     drawingOn = false;
     switchedOff().clear();
+    tellChange();
 }
 
 }  // namespace qxterm::headless

@@ -35,6 +35,8 @@ void record(std::string_view kind, Fields fields = {});
 
 /// True while drawing calls have to be recorded: asked before a draw record is put together.
 [[nodiscard]] bool recordsDrawing();
+/// Called when that may have changed; set by whoever watches drawing, else null.
+extern void (*recordsDrawingChanged)();
 
 /// Lower-case hexadecimal digits, two a byte.
 [[nodiscard]] std::string hexText(std::string_view bytes);

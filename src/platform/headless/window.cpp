@@ -66,10 +66,8 @@ void createWindow(Form& form) {
     headless::loaded().push_back(&form);
     form.native = new Form::Native{headless::designedPlace(form.kind())};
     for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
-        control->native = new Control::Native{headless::designedPlace(control->kind()), nullptr};
-        if (control->kind() == ControlKind::pictureBox) {
-            control->native->picture = std::make_unique<headless::Picture>();
-        }
+        control->native = new Control::Native{headless::designedPlace(control->kind())};
+        if (control->kind() == ControlKind::pictureBox) static_cast<PictureBox*>(control)->resetPicture();
     }
     headless::armTimers(form);
 }

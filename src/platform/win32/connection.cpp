@@ -4,7 +4,8 @@
 
 #include "platform/run_time_error.h"
 #include "platform/system_text.h"
-#include "platform/win32/event_loop.h"
+#include "platform/win32/clock.h"
+#include "platform/win32/frames.h"
 #include "platform/win32/message_window.h"
 #include "platform/win32/urgent_data.h"
 
@@ -17,9 +18,12 @@ namespace {
 
 using State = Connection::State;
 
-constexpr std::size_t shortestRead = 1024;
-/// Milliseconds without a yield that are long: the window is to answer meanwhile.
-constexpr std::uint64_t longWithoutYield = 60;
+/// A read that brings so much is likely to be followed by more.
+constexpr std::size_t longRead = 4096;
+/// How long output is read and interpreted before the message queue is served again, in microseconds.
+constexpr std::int64_t readingTime = 10000;
+/// Milliseconds between two rounds of reading while a menu or a message box runs its own loop.
+constexpr UINT readingTick = 15;
 /// Unread bytes from which on no more is taken from the system, so that the peer is slowed down instead.
 constexpr std::size_t unreadLimit = std::size_t{256} * 1024;
 constexpr std::size_t unsentLimit = std::size_t{16} * 1024 * 1024;
@@ -64,19 +68,45 @@ void allFailed(Connection& connection) {
 /// The user comes first: whether keys, the mouse, paints or timers are waiting to be served.
 bool othersWait() { return (GetQueueStatus(QS_INPUT | QS_PAINT | QS_TIMER) >> 16U) != 0; }
 
-/// Reads on when everything else in the queue has been served: a timer's message comes last of all.
-void readLater(const Connection& connection) {
-    SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), USER_TIMER_MINIMUM, nullptr);
+void listen(const Connection& connection, long events) {
+    WSAAsyncSelect(connection.handle, messageWindow(), connection.message, events);
 }
 
-/// Appends what has arrived, up to the place of an urgent byte; returns the number of bytes for the program.
+/// Reading goes on soon: the program's own loop sees to it, and in a loop of the system's a timer, whose
+/// messages come last of all.
+void goOnLater(Connection& connection) {
+    connection.more = true;
+    if (connection.ticking) return;
+    connection.ticking = true;
+    SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr);
+}
+
+/// While output flows a message for each read would cost as much as the reading.
+void beQuiet(Connection& connection) {
+    if (connection.quiet) return;
+    connection.quiet = true;
+    listen(connection, socketEvents & ~FD_READ);
+}
+
+/// All has been read: from now on the system tells of what arrives.
+void waitForMore(Connection& connection) {
+    connection.more = false;
+    if (connection.ticking) {
+        connection.ticking = false;
+        KillTimer(messageWindow(), timerReceiveFirst + placeOf(connection));
+    }
+    if (!connection.quiet) return;
+    connection.quiet = false;
+    if (connection.handle != INVALID_SOCKET) listen(connection, socketEvents);
+}
+
+/// Appends what one read returns, without the Synchs; returns the number of bytes read.
 std::size_t readOnce(Connection& connection) {
     std::string& received = connection.received;
     if (connection.taken > unreadLimit) {
         received.erase(0, connection.taken);
         connection.taken = 0;
     }
-    const std::size_t before = received.size();
     const int count = readStream(connection);
     if (count < 0 && WSAGetLastError() == WSAEWOULDBLOCK) {
         if (connection.state == State::ending) connection.systemEmpty = true;
@@ -86,11 +116,11 @@ std::size_t readOnce(Connection& connection) {
         if (connection.state == State::connected) connection.state = State::ending;
     }
     if (connection.systemEmpty) connection.synchs.ended(received);
-    return received.size() - before;
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 /// Raises onDataArrival for what is in the buffer, for as long as the handlers take from it.
-void announceBuffer(Connection& connection) {
+void announce(Connection& connection) {
     int idleRuns = 0;
     while (connection.unread() > 0 && idleRuns < idleRunsAllowed) {
         const std::uint64_t before = connection.takenEver;
@@ -99,34 +129,9 @@ void announceBuffer(Connection& connection) {
     }
 }
 
-/// The interpreter yields at line feeds. Output that repaints the screen again and again without one is read
-/// in smaller pieces, with the user's messages in between.
-void adaptReadSize(Connection& connection, std::uint64_t milliseconds) {
-    std::size_t& size = connection.readSize;
-    if (milliseconds > longWithoutYield) {
-        size = std::max(size / 2, shortestRead);
-    } else if (milliseconds < longWithoutYield / 4) {
-        size = std::min(size * 2, Connection::longestRead);
-    }
-}
-
-void announce(Connection& connection, std::size_t arrived) {
-    if (arrived == 0) return;
-    ++connection.handlersRunning;
-    if (connection.handlersRunning > 1) {
-        connection.owner.onDataArrival.raise(static_cast<std::int32_t>(arrived));
-    } else {
-        startYieldWatch();
-        announceBuffer(connection);
-        adaptReadSize(connection, longestWithoutYield());
-    }
-    --connection.handlersRunning;
-}
-
 /// The peer has gone, and all that it sent has been announced.
 void finish(Connection& connection) {
-    if (connection.state != State::ending || !connection.systemEmpty || connection.handlersRunning > 0)
-        return;
+    if (connection.state != State::ending || !connection.systemEmpty) return;
     connection.state = State::lost;
     closeHandle(connection);
     connection.owner.onClose.raise();
@@ -136,21 +141,69 @@ void post(const Connection& connection, WORD event) {
     PostMessageA(messageWindow(), connection.message, connection.handle, event);
 }
 
+[[nodiscard]] bool mayRead(const Connection& connection) {
+    return connection.state == State::connected || connection.state == State::ending;
+}
+
+/// Marks a round of reading for as long as it lasts; what arrives meanwhile waits for its end.
+class Reading {
+public:
+    explicit Reading(Connection& connection) : connection_{connection} { connection_.reading = true; }
+    ~Reading() { connection_.reading = false; }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+private:
+    Connection& connection_;
+};
+
+/// Reads and announces until nothing is left, or time is up. A handler may close the connection, and even
+/// connect anew.
+void readForAWhile(Connection& connection) {
+    const Reading reading{connection};
+    const std::uint32_t attempt = connection.attempt;
+    const std::int64_t end = microseconds() + readingTime;
+    connection.more = false;
+    for (;;) {
+        if (connection.unread() >= unreadLimit) {
+            waitForMore(connection);
+            connection.held = true;
+            return;
+        }
+        const std::size_t unread = connection.unread();
+        const std::size_t count = readOnce(connection);
+        if (connection.unread() > unread) {
+            announce(connection);
+            showPicturesIfDue(false);
+        }
+        if (connection.attempt != attempt || !mayRead(connection)) return;
+        if (count == 0) break;
+        const bool likelyAll = count < longRead && connection.state == State::connected;
+        if (likelyAll && !connection.quiet && !connection.more) break;
+        if (microseconds() >= end) {
+            beQuiet(connection);
+            goOnLater(connection);
+            return;
+        }
+    }
+    waitForMore(connection);
+}
+
 }  // namespace
 
 void armEvents(const Connection& connection) {
-    WSAAsyncSelect(connection.handle, messageWindow(), connection.message, socketEvents);
+    listen(connection, connection.quiet ? socketEvents & ~FD_READ : socketEvents);
 }
 
 void closeConnection(Connection& connection) {
     closeHandle(connection);
+    waitForMore(connection);
     connection.state = State::closed;
     connection.addresses.clear();
     connection.synchs = {};
     connection.urgentTaken = false;
     connection.received.clear();
     connection.taken = 0;
-    connection.readSize = Connection::longestRead;
     connection.held = false;
     connection.systemEmpty = false;
     connection.unsent.clear();
@@ -169,23 +222,20 @@ void tryNextAddress(Connection& connection) {
 }
 
 void receive(Connection& connection) {
-    if (connection.state != State::connected && connection.state != State::ending) return;
-    if (connection.unread() >= unreadLimit) {
-        connection.held = true;
+    if (!mayRead(connection)) return;
+    if (connection.reading || othersWait()) {
+        goOnLater(connection);
         return;
     }
-    if (othersWait()) {
-        readLater(connection);
-        return;
-    }
-    announce(connection, readOnce(connection));
-    if (connection.state != State::ending) return;
-    // No further message comes for what the peer sent before it ended.
-    if (connection.systemEmpty) {
-        finish(connection);
-    } else {
-        post(connection, FD_READ);
-    }
+    readForAWhile(connection);
+    finish(connection);
+}
+
+bool readMore(Connection& connection) {
+    if (!connection.more || connection.reading || !mayRead(connection)) return false;
+    readForAWhile(connection);
+    finish(connection);
+    return true;
 }
 
 void readOn(Connection& connection) {

@@ -21,8 +21,6 @@ struct Socket::Native {
         lost,    ///< it is gone, onClose has been or is being raised
     };
 
-    static constexpr std::size_t longestRead = std::size_t{64} * 1024;
-
     explicit Native(Socket& control) : owner{control} {}
 
     Socket& owner;
@@ -40,10 +38,12 @@ struct Socket::Native {
     std::string received;
     std::size_t taken = 0;        ///< bytes of received that getData has handed out
     std::uint64_t takenEver = 0;  ///< tells whether a handler has read anything
-    int handlersRunning = 0;
-    std::size_t readSize = longestRead;  ///< bytes that the next read takes at the most
-    bool held = false;                   ///< more is waiting in the system than may be kept unread here
-    bool systemEmpty = false;            ///< after the peer's end: all that it sent has been read
+    bool reading = false;         ///< a round of reading is under way, in which handlers run
+    bool more = false;            ///< reading was put off, or its time was up: it goes on soon
+    bool quiet = false;        ///< the system does not announce what arrives: it is read without being told
+    bool ticking = false;      ///< the timer runs that goes on reading in the system's own loops
+    bool held = false;         ///< more is waiting in the system than may be kept unread here
+    bool systemEmpty = false;  ///< after the peer's end: all that it sent has been read
 
     std::string unsent;
     std::size_t sent = 0;  ///< bytes of unsent that the system has taken
@@ -59,8 +59,11 @@ using Connection = Socket::Native;
 void tryNextAddress(Connection& connection);
 /// Drops handle and buffers; no event.
 void closeConnection(Connection& connection);
-/// FD_READ, FD_OOB, FD_CLOSE: reads what has arrived as far as there is room, and announces it.
+/// FD_READ, FD_OOB, FD_CLOSE: reads what has arrived and announces it, for some 10 ms at the most; what is
+/// left then is read as soon as the message queue has been served.
 void receive(Connection& connection);
+/// Goes on with reading that was interrupted. False when there was none.
+[[nodiscard]] bool readMore(Connection& connection);
 /// Goes on reading after the program has taken bytes out of a full buffer.
 void readOn(Connection& connection);
 /// Hands bytes to the system and keeps the rest. Throws as Socket::send says.

@@ -1,9 +1,9 @@
 #include "platform/event_loop.h"
 
-#include <algorithm>
-
+#include "platform/win32/clock.h"
 #include "platform/win32/dialog.h"
 #include "platform/win32/event_loop.h"
+#include "platform/win32/frames.h"
 #include "platform/win32/native.h"
 
 namespace qxterm {
@@ -11,22 +11,14 @@ namespace win32 {
 namespace {
 
 bool programEnding = false;
-/// When doEvents looked at the queue last.
-ULONGLONG lastTurn = 0;
-/// Since when the longest time between two such looks is kept.
-ULONGLONG watchStart = 0;
-ULONGLONG longestGap = 0;
+/// Work that the loop does while no message waits. Null while there is none.
+bool (*idleWork)() = nullptr;
 
-ULONGLONG gapUntil(ULONGLONG now) { return now - std::max(lastTurn, watchStart); }
-
-/// Notes that the queue is looked at now. False when this tick of the clock has seen a look already.
-bool beginTurn() {
-    const ULONGLONG now = GetTickCount64();
-    if (now == lastTurn) return false;
-    longestGap = std::max(longestGap, gapUntil(now));
-    lastTurn = now;
-    return true;
-}
+/// When the message queue was served last, in microseconds.
+std::int64_t lastServed = 0;
+/// An interpreter in the middle of a block looks at the queue no sooner than this after the last look: a look
+/// costs as much as some thousand bytes of output, and what a message does is better done between two blocks.
+constexpr std::int64_t longestUnserved = 25000;
 
 bool isKeyMessage(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
 
@@ -57,25 +49,34 @@ void dispatch(MSG& message) {
     if (main != nullptr && main == mainWindow()) returnFocusToMain(message.message, main);
 }
 
+/// False at the message that ends the program.
+bool carryOut(MSG& message) {
+    if (message.message == WM_QUIT) {
+        programEnding = true;
+        return false;
+    }
+    dispatch(message);
+    return true;
+}
+
 }  // namespace
 
 void endLoop() { programEnding = true; }
 
-void startYieldWatch() {
-    watchStart = GetTickCount64();
-    longestGap = 0;
-}
-
-std::uint64_t longestWithoutYield() { return std::max(longestGap, gapUntil(GetTickCount64())); }
+void setIdleWork(bool (*work)()) { idleWork = work; }
 
 void waitAndDispatch() {
     MSG message{};
-    const BOOL got = GetMessageA(&message, nullptr, 0, 0);
-    if (got == 0 || got == -1) {
-        programEnding = true;
-        return;
+    lastServed = microseconds();
+    if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) == 0) {
+        if (idleWork != nullptr && idleWork()) return;
+        showPictures();
+        if (GetMessageA(&message, nullptr, 0, 0) == -1) {
+            programEnding = true;
+            return;
+        }
     }
-    dispatch(message);
+    (void)carryOut(message);
 }
 
 }  // namespace win32
@@ -87,17 +88,20 @@ void run() {
 }
 
 void doEvents() {
-    // The interpreter yields after every line feed: looking at the queue more often than the clock ticks
-    // would only cost.
-    if (!win32::beginTurn()) return;
-    MSG message{};
-    while (!ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
-        if (message.message == WM_QUIT) {
-            win32::endLoop();
-            return;
+    // The interpreter yields after every line feed: the clock's coarse tick is all that costs next to
+    // nothing.
+    static ULONGLONG lastTick = 0;
+    const ULONGLONG tick = GetTickCount64();
+    if (tick == lastTick) return;
+    lastTick = tick;
+    if (win32::microseconds() - win32::lastServed >= win32::longestUnserved) {
+        win32::lastServed = win32::microseconds();
+        MSG message{};
+        while (!ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+            if (!win32::carryOut(message)) return;
         }
-        win32::dispatch(message);
     }
+    win32::showPicturesIfDue(true);
 }
 
 void sleep(std::int32_t milliseconds) {

@@ -17,6 +17,7 @@ void handleMessages(UINT first, UINT last, MessageHandler handler);
 inline constexpr UINT wmScrollBars = WM_APP + 1;
 inline constexpr UINT wmResolved = WM_APP + 2;
 inline constexpr UINT wmSerial = WM_APP + 3;
+inline constexpr UINT wmFrame = WM_APP + 4;
 /// Each connection has a message of its own, so that what an earlier one has left in the queue is told apart.
 inline constexpr UINT wmSocketFirst = WM_APP + 0x100;
 inline constexpr UINT wmSocketLast = WM_APP + 0x10FF;
@@ -25,6 +26,7 @@ inline constexpr UINT wmSocketLast = WM_APP + 0x10FF;
 /// these.
 inline constexpr UINT_PTR timerCarrier = 1;
 inline constexpr UINT_PTR timerBreak = 2;
+inline constexpr UINT_PTR timerFrames = 3;
 inline constexpr UINT_PTR timerReceiveFirst = 0x100;
 inline constexpr UINT_PTR timerReceiveLast = 0x1FF;
 inline constexpr UINT_PTR timerObjects = 0x1000;

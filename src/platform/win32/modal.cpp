@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/win32/frames.h"
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
@@ -26,6 +27,7 @@ void applyModality() {
 }  // namespace
 
 void beginModal(Form& form) {
+    showPictures();
     modalForms().push_back(&form);
     applyModality();
 }
@@ -43,6 +45,7 @@ void endModal(const Form& form) {
 }
 
 void boxOpened() {
+    showPictures();
     ++openBoxes;
     applyModality();
 }

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <vector>
 
-#include "platform/win32/picture_state.h"
+#include "platform/backend.h"
+#include "platform/win32/picture_native.h"
 #include "platform/win32/twips.h"
 
 namespace qxterm {
@@ -27,6 +29,14 @@ int ascentOf(HDC dc, HFONT font) {
     TEXTMETRICA metrics{};
     GetTextMetricsA(dc, &metrics);
     return metrics.tmAscent;
+}
+
+/// The fonts are about to change, and with them all that stands on the glass.
+void deselectFonts(const PictureBox& box) {
+    PictureNative* const native = nativeOf(box);
+    if (native == nullptr) return;
+    native->presenter.deselectFonts();
+    native->presenter.forget();
 }
 
 void dropFonts(const PictureBox& box) {
@@ -72,13 +82,6 @@ HFONT boldFont(PictureState& state) {
     return state.boldFont.get();
 }
 
-void deselectFonts(const PictureBox& box) {
-    PictureNative* const native = nativeOf(box);
-    if (native == nullptr || native->font == nullptr) return;
-    SelectObject(native->dc, GetStockObject(SYSTEM_FONT));
-    native->font = nullptr;
-}
-
 }  // namespace win32
 
 void PictureBox::setFontName(std::string_view face) {
@@ -95,8 +98,6 @@ void PictureBox::setFontSize(float points) {
     win32::dropFonts(*this);
     state.points = points;
 }
-
-void PictureBox::setFontBold(bool bold) { win32::stateOf(*this).bold = bold; }
 
 std::int32_t PictureBox::textHeight(std::string_view text) const {
     return win32::twipsY(win32::measure(*this, text).cy);
@@ -115,6 +116,27 @@ void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {
 void PictureBox::deleteTerminalFont() {
     win32::deselectFonts(*this);
     win32::stateOf(*this).terminalFont.reset();
+}
+
+void backend::cellSizeChanged(PictureBox& box, std::int32_t width, std::int32_t height,
+                              const std::array<std::int32_t, pictureColumns>& advances) {
+    win32::PictureState& state = win32::stateOf(box);
+    state.cellWidth = width;
+    state.cellHeight = height;
+    std::copy(advances.begin(), advances.end(), state.advances.begin());
+    if (win32::PictureNative* const native = win32::nativeOf(box)) native->presenter.forget();
+}
+
+void PictureBox::setColourTable(const std::array<Rgb, 8>& table) {
+    win32::PictureState& state = win32::stateOf(*this);
+    for (std::size_t n = 0; n < table.size(); ++n) {
+        state.colours[n] = RGB(table[n].red, table[n].green, table[n].blue);
+    }
+}
+
+void PictureBox::setOpaque(bool opaque) {
+    win32::stateOf(*this).opaque = opaque;
+    if (win32::PictureNative* const window = win32::nativeOf(*this)) window->presenter.setOpaque(opaque);
 }
 
 }  // namespace qxterm

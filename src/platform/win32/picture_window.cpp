@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/win32/frames.h"
 #include "platform/win32/keyboard.h"
-#include "platform/win32/picture_state.h"
+#include "platform/win32/picture_native.h"
 #include "platform/win32/twips.h"
 
 namespace qxterm::win32 {
@@ -21,26 +22,22 @@ void raiseMouse(const MouseEvent& event, std::int16_t buttons, POINT at) {
     event.raise(buttons, heldShifts(), twipsX(at.x), twipsY(at.y));
 }
 
+/// What was covered is painted anew and shown at once. The cells are marked before the system forgets about
+/// the region.
 void paint(PictureBox& box, HWND window) {
-    PictureNative* native = nativeOf(box);
-    // First, while the window's update region still stands.
-    if (native->hooked) box.onPaintMessage.raise();
+    PictureNative& native = *nativeOf(box);
+    if (!native.updateRegion) native.updateRegion = Region{CreateRectRgn(0, 0, 0, 0)};
+    GetUpdateRgn(window, native.updateRegion.get(), FALSE);
+    CellSet uncovered;
+    forEachArea(native.state, native.updateRegion.get(), [&](const CellArea& cells) {
+        uncovered.add(cells);
+        box.invalidate(cells);
+    });
+    native.presenter.forget(uncovered);
     PAINTSTRUCT details{};
-    HDC const dc = BeginPaint(window, &details);
-    GetClipBox(dc, &native->clip);
-    native->painting = true;
-    box.onPaint.raise();
-    native = nativeOf(box);
-    if (native == nullptr) return;  // the form was unloaded meanwhile, and the window with it
-    native->painting = false;
+    BeginPaint(window, &details);
     EndPaint(window, &details);
-}
-
-void erase(PictureNative& native, HDC dc) {
-    RECT client{};
-    GetClientRect(native.window, &client);
-    const Brush brush{CreateSolidBrush(native.state.colour(native.state.background))};
-    FillRect(dc, &client, brush.get());
+    showPictures();
 }
 
 void buttonDown(PictureBox& box, HWND window, POINT at) {
@@ -75,7 +72,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     if (box.native == nullptr) return standard();
     switch (message) {
         case WM_PAINT: paint(box, window); return 0;
-        case WM_ERASEBKGND: erase(*nativeOf(box), reinterpret_cast<HDC>(wParam)); return 1;
+        case WM_ERASEBKGND: return 1;  // every pixel is some cell's, and is drawn as that
         case WM_LBUTTONDOWN: buttonDown(box, window, pointOf(lParam)); return 0;
         case WM_LBUTTONUP: buttonUp(box, pointOf(lParam)); return 0;
         case WM_MOUSEMOVE: mouseMoved(box, pointOf(lParam)); return 0;
@@ -96,6 +93,12 @@ void registerClass() {
     RegisterClassA(&description);
 }
 
+RECT clientArea(const PictureBox& box) {
+    RECT client{};
+    if (box.native != nullptr) GetClientRect(box.native->window, &client);
+    return client;
+}
+
 int wheelLines() {
     UINT lines = defaultWheelLines;
     SystemParametersInfoA(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
@@ -107,13 +110,12 @@ int wheelLines() {
 Control::Native* createPictureWindow(PictureBox& box, HWND parent) {
     static const bool registered = (registerClass(), true);
     (void)registered;
-    auto* const native = new PictureNative{stateOf(box)};
-    native->window =
+    PictureState& state = stateOf(box);
+    HWND const window =
         CreateWindowExA(0, className, "", WS_CHILD | WS_CLIPSIBLINGS, 0, 0, 0, 0, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(box.id())), instance(), nullptr);
-    native->dc = GetDC(native->window);
-    SetTextAlign(native->dc, TA_LEFT | TA_TOP | TA_NOUPDATECP);
-    SetBkMode(native->dc, native->state.opaque ? OPAQUE : TRANSPARENT);
+    auto* const native = new PictureNative{state, window};
+    box.resetPicture();
     SetWindowLongPtrA(native->window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&box));
     return native;
 }
@@ -131,3 +133,10 @@ void wheel(const Form& form, WPARAM wParam) {
 }
 
 }  // namespace qxterm::win32
+
+namespace qxterm {
+
+std::int32_t PictureBox::scaleWidth() const { return win32::twipsX(win32::clientArea(*this).right); }
+std::int32_t PictureBox::scaleHeight() const { return win32::twipsY(win32::clientArea(*this).bottom); }
+
+}  // namespace qxterm

@@ -28,18 +28,29 @@ namespace {
 constexpr UINT exitCodeOfTerminated = 1;
 
 /// All helpers belong to this job. The program's handle of it is the only one and is never closed: when the
-/// program is gone, the system closes it and ends what still runs.
+/// program is gone, the system closes it and ends what still runs. Null when the system has none to give.
 HANDLE jobOfHelpers() {
     static HANDLE const job = [] {
         HANDLE const created = CreateJobObjectA(nullptr, nullptr);
         JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
         limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-        if (created != nullptr) {
-            SetInformationJobObject(created, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+        if (created == nullptr || SetInformationJobObject(created, JobObjectExtendedLimitInformation, &limits,
+                                                          sizeof limits) != 0) {
+            return created;
         }
-        return created;
+        CloseHandle(created);
+        return HANDLE{};
     }();
     return job;
+}
+
+/// Lets a process that was created suspended run, as one of the job. False when that cannot be; the process
+/// has been ended then.
+bool runInJob(HANDLE process, HANDLE thread) {
+    constexpr DWORD failed = static_cast<DWORD>(-1);
+    if (AssignProcessToJobObject(jobOfHelpers(), process) != 0 && ResumeThread(thread) != failed) return true;
+    TerminateProcess(process, exitCodeOfTerminated);
+    return false;
 }
 
 /// A pipe whose ends a child process inherits.
@@ -137,14 +148,17 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
     std::string line{commandLine};  // the system may write into it
     PROCESS_INFORMATION created{};
     const Environment values{std::move(variables)};
-    if (CreateProcessA(file.c_str(), line.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr,
-                       folder.c_str(), &info, &created) == 0) {
+    if (jobOfHelpers() == nullptr) return false;
+    // Suspended until it belongs to the job: there is no moment at which it could outlive the program.
+    if (CreateProcessA(file.c_str(), line.data(), nullptr, nullptr, TRUE,
+                       NORMAL_PRIORITY_CLASS | CREATE_SUSPENDED, nullptr, folder.c_str(), &info,
+                       &created) == 0) {
         return false;
     }
     keep(started->readiness);
     started->process.reset(created.hProcess);
     started->thread.reset(created.hThread);
-    if (jobOfHelpers() != nullptr) AssignProcessToJobObject(jobOfHelpers(), created.hProcess);
+    if (!runInJob(created.hProcess, created.hThread)) return false;
     native = started.release();
     return true;
 }

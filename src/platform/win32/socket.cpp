@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/win32/connection.h"
+#include "platform/win32/event_loop.h"
 #include "platform/win32/message_window.h"
 #include "platform/win32/twips.h"
 
@@ -68,19 +69,25 @@ void socketMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-/// Reading that stood back for the user's input.
+/// A loop of the system's runs, or the program's own has not come to it yet.
 void readingTimer(UINT /*message*/, WPARAM wParam, LPARAM /*lParam*/) {
     if (wParam < timerReceiveFirst || wParam > timerReceiveLast) return;
-    KillTimer(messageWindow(), wParam);
     const std::size_t place = wParam - timerReceiveFirst;
-    if (place < connections().size()) receive(*connections()[place]);
+    if (place < connections().size() && connections()[place]->more) receive(*connections()[place]);
+}
+
+bool readWaiting() {
+    bool any = false;
+    for (std::size_t n = 0; n < connections().size(); ++n) any = readMore(*connections()[n]) || any;
+    return any;
 }
 
 Connection& connectionOf(Socket& socket) {
     if (socket.native == nullptr) {
-        static const bool subscribed = (handleMessages(wmResolved, wmResolved, resolved),
-                                        handleMessages(wmSocketFirst, wmSocketLast, socketMessage),
-                                        handleMessages(WM_TIMER, WM_TIMER, readingTimer), true);
+        static const bool subscribed =
+            (handleMessages(wmResolved, wmResolved, resolved),
+             handleMessages(wmSocketFirst, wmSocketLast, socketMessage),
+             handleMessages(WM_TIMER, WM_TIMER, readingTimer), setIdleWork(readWaiting), true);
         (void)subscribed;
         connections().push_back(std::make_unique<Connection>(socket));
         socket.native = connections().back().get();

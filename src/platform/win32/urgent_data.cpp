@@ -17,10 +17,12 @@
 namespace qxterm::win32 {
 namespace {
 
+constexpr std::size_t longestRead = std::size_t{64} * 1024;
+
 std::size_t bytesWaiting(const Connection& connection) {
     u_long count = 0;
     const bool known = ioctlsocket(connection.handle, FIONREAD, &count) == 0;
-    return known ? count : connection.readSize;
+    return known ? count : longestRead;
 }
 
 bool saysUrgent(const Connection& connection) {
@@ -41,7 +43,7 @@ bool urgentByteWaits(const Connection& connection) {
 /// Reads at most so many bytes; returns as recv does. overtaken: an urgent byte behind them has been taken
 /// already.
 int readOrdinary(Connection& connection, std::size_t most, bool overtaken) {
-    static std::array<char, Connection::longestRead> block;
+    static std::array<char, longestRead> block;
     const std::size_t size = std::min(most, block.size());
     const int count = recv(connection.handle, block.data(), static_cast<int>(size), 0);
     if (count <= 0) return count;
@@ -102,8 +104,7 @@ int readStream(Connection& connection) {
         takeUrgentByte(connection);
         waiting = bytesWaiting(connection);
     }
-    const std::size_t most = waiting > 0 ? waiting : connection.readSize;
-    const int count = readOrdinary(connection, std::min(most, connection.readSize), false);
+    const int count = readOrdinary(connection, waiting > 0 ? waiting : longestRead, false);
     // No message may come for an urgent byte behind which nothing stands.
     if (count > 0) takeUrgentByte(connection);
     return count;

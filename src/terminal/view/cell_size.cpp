@@ -1,5 +1,7 @@
 #include "terminal/view/cell_size.h"
 
+#include <algorithm>
+
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "terminal/screen_store.h"
@@ -17,6 +19,13 @@ std::int16_t g_iTwipsY = 15;
 float (*configuredFontSize)() = nullptr;
 
 namespace {
+
+/// charAdvances without the entry that is not used.
+std::array<std::int32_t, screenColumns> advancesFromFirst() {
+    std::array<std::int32_t, screenColumns> advances{};
+    std::copy(charAdvances.begin() + 1, charAdvances.end(), advances.begin());
+    return advances;
+}
 
 constexpr std::int32_t barPadding = 3;  // pixels around and between the function-key buttons
 constexpr std::int32_t groupGap = 10;   // pixels more between buttons 4 and 5
@@ -71,6 +80,7 @@ void calcSize(PictureBox& picture, ScrollBar& bar) {
         charWidth = toPixels(charWidth, g_iTwipsX);
         layOutWindow();
         charAdvances.fill(charWidth);
+        picture.setCellSize(charWidth, lineHeight, advancesFromFirst());
         picture.createTerminalFont(lineHeight, charWidth);
         screenHeightPixels = toInt16(picture.scaleHeight() / g_iTwipsY);
         screenWidthPixels = toInt16(picture.scaleWidth() / g_iTwipsX);

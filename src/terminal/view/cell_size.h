@@ -36,13 +36,4 @@ void setScrollRect();
 /// scroll bar and bar.
 void layOutWindow();
 
-/// The pixels of a span of cells on a window row.
-[[nodiscard]] constexpr PixelRect cellRect(std::int32_t column, std::int32_t row, std::int32_t count,
-                                           std::int32_t width, std::int32_t height) {
-    return {column * width, row * height, (column + count) * width, (row + 1) * height};
-}
-[[nodiscard]] inline PixelRect cellRect(std::int32_t column, std::int32_t row, std::int32_t count) {
-    return cellRect(column, row, count, charWidth, lineHeight);
-}
-
 }  // namespace qxterm

@@ -2,7 +2,6 @@
 
 #include "diag/error_trap.h"
 #include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
 #include "terminal/view/screen_controls.h"
 #include "timers/timer_registry.h"
 
@@ -15,7 +14,6 @@ std::int16_t cursorHiddenWord = 0;
 namespace {
 
 constexpr std::int16_t blinkPeriod = 250;  // ms
-constexpr std::int32_t barHeight = 2;      // pixels of the underline cursor
 
 // Where the cursor was drawn last.
 std::int32_t shownCol = 0;
@@ -25,15 +23,14 @@ std::int32_t shownRow = 0;
 std::int32_t drawnColumn(std::int32_t column) { return column == screenColumns ? lastColumn : column; }
 
 void invertCursor(std::int32_t column, std::int32_t row) {
-    PixelRect cell = cellRect(drawnColumn(column), row, 1);
-    if (modeSet(mode::underlineCursor)) cell.top = cell.bottom - barHeight;
-    picterm.invert(cell, Inversion::cursor);
+    picterm.invert({drawnColumn(column), row, 1, 1},
+                   modeSet(mode::underlineCursor) ? Inversion::underlineCursor : Inversion::cursor);
 }
 
 }  // namespace
 
-std::int32_t cursorPixelX() { return drawnColumn(shownCol) * charWidth; }
-std::int32_t cursorPixelY() { return shownRow * lineHeight; }
+std::int32_t shownCursorColumn() { return drawnColumn(shownCol); }
+std::int32_t shownCursorRow() { return shownRow; }
 
 void toggleCursor(std::int16_t show) {
     trapped("toggleCursor", [&] {

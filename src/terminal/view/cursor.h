@@ -18,9 +18,9 @@ inline constexpr std::int16_t hideCursor = 0;
 /// Inverts the cursor's cell to show (-1) or hide (0) the cursor; nothing at all while drawing is suspended
 /// or the cursor hidden.
 void toggleCursor(std::int16_t show);
-/// Window pixel of the cursor's top left corner where it was drawn last.
-[[nodiscard]] std::int32_t cursorPixelX();
-[[nodiscard]] std::int32_t cursorPixelY();
+/// Cell of the window on which the cursor was drawn last.
+[[nodiscard]] std::int32_t shownCursorColumn();
+[[nodiscard]] std::int32_t shownCursorRow();
 
 /// Starts (adds the 250 ms timer) and stops the blinking of the cursor; stopped, it stays visible.
 void startCursorBlink();

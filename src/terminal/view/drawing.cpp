@@ -9,64 +9,38 @@
 #include "diag/error_trap.h"
 #include "terminal/attributes.h"
 #include "terminal/str_routines.h"
-#include "terminal/view/cell_size.h"
 #include "terminal/view/screen_controls.h"
 
 namespace qxterm {
 
 bool textBlinkOff = false;
-std::int16_t dcBackIndex = -1;
 void (*lineDrawn)(std::int32_t row, std::int32_t first, std::int32_t last) = nullptr;
 
 namespace {
 
 Raster eraseRaster() { return modeSet(mode::reverseScreen) ? Raster::whiteness : Raster::blackness; }
 
-void setTextBackground(std::int16_t index) {
-    if (index == dcBackIndex) return;
-    picterm.setTextBackground(static_cast<std::uint8_t>(subscript(index, 0, 7)));
-    dcBackIndex = index;
+void drawPlainText(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row,
+                   const TextLook& look) {
+    picterm.drawText(row, first, {line.text.data() + first, static_cast<std::size_t>(count)}, look);
 }
 
-void underline(std::int32_t column, std::int32_t count, std::int32_t row) {
-    const std::int32_t twips = (row + 1) * lineHeight * g_iTwipsY - lineHeight * g_iTwipsY / 8;
-    picterm.drawLine(column * charWidth, twips / g_iTwipsY, count * charWidth);
-}
-
-void drawPlainText(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
-    picterm.drawText(cellRect(first, row, count), {line.text.data() + first, static_cast<std::size_t>(count)},
-                     TextFont::normal, &charAdvances[1]);
-}
-
-std::int32_t lookOf(std::int16_t word) {
-    return static_cast<std::uint16_t>(word) + (modeSet(mode::reverseScreen) ? 0x10000 : 0);
-}
-
-/// The cells of any run, with the picture box set up for them.
+/// The cells of any run.
 [[gnu::noinline]] void drawAnyRun(const ScreenLine& line, std::int32_t first, std::int32_t count,
                                   std::int32_t row) {
-    const std::int16_t word = line.attrs[static_cast<std::size_t>(first + 1)];
-    const AttrTriple attr = unpackAttr(word);
+    const AttrTriple attr = unpackAttr(line.attrs[static_cast<std::size_t>(first + 1)]);
     if ((attr.flags & attrFlag::blink) != 0 && textBlinkOff) {
-        picterm.fill(cellRect(first, row, count), eraseRaster());
+        picterm.fill({first, row, count, 1}, eraseRaster());
         return;
     }
     doAttr(attr.flags, attr.fg, attr.bg);
-    setTextBackground(reversed(attr.flags) ? attr.fg : attr.bg);
+    textLook.bg = static_cast<std::uint8_t>(subscript(reversed(attr.flags) ? attr.fg : attr.bg, 0, 7));
     if ((attr.flags & attrFlag::shiftOut) != 0) {
         lineDraw(line, first, count, row);
     } else {
-        drawPlainText(line, first, count, row);
+        drawPlainText(line, first, count, row, textLook);
     }
-    if ((attr.flags & attrFlag::underline) != 0) underline(first, count, row);
-    constexpr std::int16_t special = attrFlag::blink | attrFlag::shiftOut | attrFlag::underline;
-    if ((attr.flags & special) == 0) dcLook = lookOf(word);
-}
-
-[[gnu::noinline]] void drawUnderlinedText(const ScreenLine& line, std::int32_t first, std::int32_t count,
-                                          std::int32_t row) {
-    drawPlainText(line, first, count, row);
-    underline(first, count, row);
+    if ((attr.flags & attrFlag::underline) != 0) picterm.underline(row, first, count);
 }
 
 /// True for the words that drawCellsOfRun draws by itself: plain or underlined text in colours that exist.
@@ -75,31 +49,23 @@ constexpr bool isOrdinary(std::int16_t word) {
     return (word & (missingColours | attrFlag::blink | attrFlag::shiftOut)) == 0;
 }
 
-/// doAttr and the colour behind the text, for an ordinary word.
-void setUp(std::int16_t word) {
+/// The look of an ordinary word.
+TextLook ordinaryLook(std::int16_t word) {
     AttrTriple attr = unpackAttr(word);
     if (reversed(attr.flags)) std::swap(attr.fg, attr.bg);
-    applyAttr(attr.flags, attr.fg);
-    setTextBackground(attr.bg);
+    return {static_cast<std::uint8_t>(attr.fg), static_cast<std::uint8_t>(attr.bg),
+            (attr.flags & attrFlag::bold) != 0, TextFont::normal};
 }
 
-/// drawAnyRun with a short way for text that needs no other set-up than the run before, or an ordinary one.
+/// drawAnyRun, with a short way for ordinary words.
 void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
     const std::int16_t word = line.attrs[static_cast<std::size_t>(first + 1)];
-    const std::int32_t look = lookOf(word);
-    if (look != dcLook || detail::faultPlanned) {
-        if (!isOrdinary(word) || detail::faultPlanned) {
-            drawAnyRun(line, first, count, row);
-            return;
-        }
-        setUp(word);
-        if ((word & attrFlag::underline) != 0) {
-            drawUnderlinedText(line, first, count, row);
-            return;
-        }
-        dcLook = look;
+    if (!isOrdinary(word) || detail::faultPlanned) [[unlikely]] {
+        drawAnyRun(line, first, count, row);
+        return;
     }
-    drawPlainText(line, first, count, row);
+    drawPlainText(line, first, count, row, ordinaryLook(word));
+    if ((word & attrFlag::underline) != 0) picterm.underline(row, first, count);
 }
 
 /// drawRun while a selection is shown.
@@ -155,8 +121,9 @@ void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std
                 if (isLineDrawing(c) != lines) break;
                 glyphs[length++] = lines ? lineDrawingGlyph(c) : c;
             }
-            picterm.drawText(cellRect(at, row, next - at), {glyphs.data(), length},
-                             lines ? TextFont::terminal : TextFont::normal, &charAdvances[1]);
+            TextLook look = textLook;
+            look.font = lines ? TextFont::terminal : TextFont::normal;
+            picterm.drawText(row, at, {glyphs.data(), length}, look);
             at = next;
         }
     });
@@ -189,14 +156,12 @@ void paintWholeLine(const ScreenLine& line, std::int32_t row) {
     paintLine(line, 0, row);
     const std::int32_t behind = std::clamp(line.usedLength + 1, 0, screenColumns);
     if (behind == screenColumns) return;
-    picterm.clear(cellRect(behind, row, screenColumns - behind));
+    picterm.clear({behind, row, screenColumns - behind, 1});
     if (lineDrawn != nullptr) lineDrawn(row, behind, lastColumn);
 }
 
 void blankArea(std::int32_t column, std::int32_t row, std::int32_t columns, std::int32_t rows) {
-    picterm.fill(
-        {column * charWidth, row * lineHeight, (column + columns) * charWidth, (row + rows) * lineHeight},
-        eraseRaster());
+    picterm.fill({column, row, columns, rows}, eraseRaster());
     if (lineDrawn == nullptr) return;
     for (std::int32_t at = row; at < row + rows; ++at) {
         lineDrawn(at, std::max(column, 0), std::min(column + columns, screenColumns) - 1);

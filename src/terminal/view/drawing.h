@@ -8,9 +8,6 @@ namespace qxterm {
 
 /// True in the phase in which blinking text is blank. Flipped by the text-blink timer.
 extern bool textBlinkOff;
-/// Colour index last set as the device context's background; -1 when it is not known.
-extern std::int16_t dcBackIndex;
-
 /// Told which columns of a window row were just drawn or blanked while a selection is shown; else empty.
 extern void (*lineDrawn)(std::int32_t row, std::int32_t first, std::int32_t last);
 
@@ -29,7 +26,7 @@ void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std
 /// Reports as "lineDraw".
 void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row);
 
-/// Fills window pixels as an erase does: black, or white in reverse screen.
+/// Fills cells of the window as an erase does: black, or white in reverse screen.
 void blankArea(std::int32_t column, std::int32_t row, std::int32_t columns, std::int32_t rows);
 
 }  // namespace qxterm

@@ -1,5 +1,8 @@
 #include "terminal/view/paint.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "diag/error_trap.h"
 #include "terminal/attributes.h"
 #include "terminal/input_busy.h"
@@ -12,20 +15,18 @@ namespace qxterm {
 
 std::int16_t scrollInProgress = 0;
 bool (*paintLocalPrompt)() = nullptr;
-void (*windowScrolled)(const PixelRect& area, std::int32_t dy) = nullptr;
-void (*scrollSettled)() = nullptr;
+void (*windowScrolled)() = nullptr;
 
 namespace {
 
 /// What the scroll in progress exposed.
-PixelRect exposedBand;
+CellArea exposedBand;
 
 }  // namespace
 
 void picterm_Paint() {
     trapped("picterm_Paint", [] {
-        const PixelRect clip = picterm.clipBox();
-        if (scrollInProgress != 0 && clip.within(exposedBand)) return;
+        if (scrollInProgress != 0 && picterm.clipBox().within(exposedBand)) return;
         if (modeSet(mode::drawingSuspended)) return;
         if (paintLocalPrompt != nullptr && paintLocalPrompt()) return;
         pendingScrolls = 0;
@@ -41,7 +42,8 @@ void picterm_Paint() {
 
 void mbPaint() {
     trapped("mbPaint", [] {
-        if (scrollInProgress == 0 && picterm.invalidAt(cursorPixelX(), cursorPixelY())) cursorShown = 0;
+        if (scrollInProgress == 0 && picterm.invalidAt(shownCursorColumn(), shownCursorRow()))
+            cursorShown = 0;
     });
 }
 
@@ -50,16 +52,19 @@ void blinkTextStep() {
     picterm.refresh();
 }
 
-void scrollWindow(const PixelRect& area, std::int32_t dy) {
+void scrollWindow(std::int32_t first, std::int32_t last, std::int32_t by) {
     scrollInProgress = 1;
-    exposedBand = area;
-    if (dy < 0 && -dy < area.height()) exposedBand.top = area.bottom + dy;
-    if (dy > 0 && dy < area.height()) exposedBand.bottom = area.top + dy;
-    picterm.scroll(area, dy);
-    if (windowScrolled != nullptr) windowScrolled(area, dy);
+    const std::int32_t exposed = std::min(std::abs(by), last - first + 1);
+    exposedBand = {0, by < 0 ? last - exposed + 1 : first, screenColumns, exposed};
+    picterm.scroll(first, last, by);
     picterm.update();
     scrollInProgress = 0;
-    if (scrollSettled != nullptr) scrollSettled();
+    if (windowScrolled != nullptr) windowScrolled();
+}
+
+void scrollRegion(std::int32_t by) {
+    if (lineHeight <= 0) return;  // the window has no size yet
+    scrollWindow(scrollRect.top / lineHeight, scrollRect.bottom / lineHeight - 1, by);
 }
 
 }  // namespace qxterm

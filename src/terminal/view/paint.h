@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "platform/geometry.h"
-
 namespace qxterm {
 
 /// 1 while the window is being scrolled: the paint that arrives then comes from the scroll.
@@ -13,10 +11,8 @@ extern std::int16_t scrollInProgress;
 /// there is no prompt. Filled by the SSH bridge.
 extern bool (*paintLocalPrompt)();
 
-/// Told of every scroll of the window while a selection is shown; else empty.
-extern void (*windowScrolled)(const PixelRect& area, std::int32_t dy);
-/// Told when the paint that follows such a scroll is done; empty likewise.
-extern void (*scrollSettled)();
+/// Told when the window was scrolled, and painted behind that, while a selection is shown; else empty.
+extern void (*windowScrolled)();
 
 /// Repaints all 25 rows of the view and shows the cursor. Paint event, and called wherever the whole window
 /// changes; scrolls still pending for the window are dropped, since every line is drawn in place.
@@ -26,8 +22,10 @@ void mbPaint();
 /// Timer action: next blink phase of blinking text; the repaint follows from the event loop.
 void blinkTextStep();
 
-/// Moves the pixels of an area of the window by dy (negative: up) at once. Used for every scroll of the
-/// window.
-void scrollWindow(const PixelRect& area, std::int32_t dy);
+/// Moves rows first..last of the window by that many rows (negative: up) at once. Used for every scroll of
+/// the window.
+void scrollWindow(std::int32_t first, std::int32_t last, std::int32_t by);
+/// The same for the rows of the scrolling region, as scrollRect has them.
+void scrollRegion(std::int32_t by);
 
 }  // namespace qxterm

@@ -6,7 +6,6 @@
 #include "diag/error_trap.h"
 #include "terminal/input_busy.h"
 #include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
 #include "terminal/view/cursor.h"
 #include "terminal/view/drawing.h"
 #include "terminal/view/paint.h"
@@ -38,7 +37,7 @@ void moveView() {
         pendingScrolls = 0;
         drawViewRows(0, pageRows - 1);
     } else if (std::abs(down) < pageRows) {
-        scrollWindow({0, 0, screenWidthPixels, pageRows * lineHeight}, down * lineHeight);
+        scrollWindow(0, pageRows - 1, down);
         if (down > 0) {
             drawViewRows(0, down - 1);
         } else {

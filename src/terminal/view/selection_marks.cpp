@@ -8,7 +8,6 @@
 #include "diag/error_trap.h"
 #include "terminal/screen_store.h"
 #include "terminal/scrolling.h"
-#include "terminal/view/cell_size.h"
 #include "terminal/view/drawing.h"
 #include "terminal/view/paint.h"
 #include "terminal/view/screen_controls.h"
@@ -20,14 +19,20 @@ namespace {
 
 using RowCells = std::bitset<screenColumns>;
 
-/// The cells that stand inverted on the window's page rows. Selection marks belong to lines, which scroll,
-/// are overwritten and repainted; this is what the window shows of them at the moment.
-std::array<RowCells, pageRows> inverted;
-
 RowCells cells(std::int32_t first, std::int32_t last) {
     RowCells set;
     for (std::int32_t column = std::max(first, 0); column <= std::min(last, lastColumn); ++column) {
         set.set(static_cast<std::size_t>(column));
+    }
+    return set;
+}
+
+/// What a page row shows as selected.
+RowCells shown(std::int32_t row) {
+    RowCells set;
+    const Picture::Row& cellsOfRow = picterm.picture().row(row);
+    for (std::size_t column = 0; column < set.size(); ++column) {
+        if (cellsOfRow[column].selected()) set.set(column);
     }
     return set;
 }
@@ -53,7 +58,7 @@ void invertCells(std::int32_t row, const RowCells& change) {
     for (std::int32_t column = 0; column < screenColumns;) {
         std::int32_t end = column;
         while (end < screenColumns && change.test(static_cast<std::size_t>(end))) ++end;
-        if (end > column) picterm.invert(cellRect(column, row, end - column), Inversion::selection);
+        if (end > column) picterm.invert({column, row, end - column, 1}, Inversion::selection);
         column = end + 1;
     }
 }
@@ -61,34 +66,15 @@ void invertCells(std::int32_t row, const RowCells& change) {
 /// Columns of a row were drawn afresh, without inversion.
 void redrawn(std::int32_t row, std::int32_t first, std::int32_t last) {
     if (row < 0 || row >= pageRows) return;
-    RowCells& shown = inverted[static_cast<std::size_t>(row)];
-    const RowCells drawn = cells(first, last);
-    const RowCells again = wanted(row) & drawn;
-    invertCells(row, again);
-    shown = (shown & ~drawn) | again;
-}
-
-/// The window's pixels, and with them the inverted cells, moved.
-void moved(const PixelRect& area, std::int32_t dy) {
-    const std::int32_t top = area.top / lineHeight;
-    const std::int32_t bottom = std::min(area.bottom / lineHeight, pageRows);
-    const std::int32_t rows = dy / lineHeight;
-    const auto before = inverted;
-    for (std::int32_t row = top; row < bottom; ++row) {
-        const std::int32_t from = row - rows;
-        inverted[static_cast<std::size_t>(row)] =
-            from >= top && from < bottom ? before[static_cast<std::size_t>(from)] : RowCells{};
-    }
+    invertCells(row, (shown(row) ^ wanted(row)) & cells(first, last));
 }
 
 /// Inverts what is inverted and should not be, and the other way round. True when anything is inverted now.
 bool bringInLine() {
     bool any = false;
     for (std::int32_t row = 0; row < pageRows; ++row) {
-        RowCells& shown = inverted[static_cast<std::size_t>(row)];
         const RowCells now = wanted(row);
-        invertCells(row, shown ^ now);
-        shown = now;
+        invertCells(row, shown(row) ^ now);
         any = any || now.any();
     }
     return any;
@@ -108,8 +94,7 @@ void showSel() {
         if (pendingScrolls > 0) flushBuf();
         const bool watch = bringInLine() || dragging() || selEndCol != -1;
         lineDrawn = watch ? redrawn : nullptr;
-        windowScrolled = watch ? moved : nullptr;
-        scrollSettled = watch ? settled : nullptr;
+        windowScrolled = watch ? settled : nullptr;
     });
 }
 
@@ -132,10 +117,8 @@ void clearMarks() {
 }
 
 void initMarks() {
-    inverted.fill({});
     lineDrawn = nullptr;
     windowScrolled = nullptr;
-    scrollSettled = nullptr;
 }
 
 }  // namespace qxterm

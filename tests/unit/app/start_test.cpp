@@ -132,6 +132,27 @@ TEST_F(Closing, ThePlaceIsSaved) {
               (Lines{"ini Settings Window 1200 900", "help 18 0", "window frmterm unload", "exit"}));
 }
 
+/// 2184 pixels of 15 twips are the last that 16 bits hold: 32760, and -32760.
+TEST_F(Closing, APlaceFarOutIsSavedAsFarAsItCanBeReadBack) {
+    struct Case {
+        std::int32_t leftPixels;
+        std::int32_t topPixels;
+        const char* saved;
+    };
+    for (const Case& place : {Case{2184, -2184, "32760 -32760"}, Case{2185, -2185, "32767 -32768"},
+                              Case{-2185, 2185, "-32768 32767"}, Case{100000, -100000, "32767 -32768"}}) {
+        TwipsRect far = frmterm.place();
+        far.left = place.leftPixels * 15;
+        far.top = place.topPixels * 15;
+        frmterm.move(far);
+        EXPECT_TRUE(close());
+        EXPECT_EQ(iniValue("Settings", "Window"), place.saved);
+        resetProgram();
+        start();
+        EXPECT_EQ(std::to_string(g_iWindowLeft) + ' ' + std::to_string(g_iWindowTop), place.saved);
+    }
+}
+
 TEST_F(Closing, ASessionIsDroppedOnlyWhenTheUserAgrees) {
     g_bConnectActive = true;
     EXPECT_FALSE(close());

@@ -131,6 +131,63 @@ TEST_F(Network, AFailureEndsTheSessionAndTheNextOneWorks) {
     EXPECT_EQ(row(0), "found");
 }
 
+TEST_F(Network, UnreadBytesGoWithTheirConnection) {
+    arrive("-");
+    headless::yieldHook = [] {
+        headless::yieldHook = nullptr;
+        headless::socketReceives(comnet2, "unread");
+        mnuconnitem_Click(connectionItem::disconnect);
+    };
+    arrive("first\r\nrest");
+    EXPECT_EQ(row(0), "rest");
+    EXPECT_EQ(pendingBytes, 0);
+    EXPECT_FALSE(receiving);
+}
+
+TEST_F(Network, ASessionStartedInsideTheLoopIsReceivedByIt) {
+    arrive("-");
+    g_sLogging = "1";
+    headless::yieldHook = [] {
+        headless::yieldHook = nullptr;
+        headless::socketReceives(comnet2, "unread");
+        mnuconnitem_Click(connectionItem::disconnect);
+        then([] {
+            headless::socketConnects(comnet2);
+            headless::socketReceives(comnet2, "new");
+            EXPECT_EQ(pendingBytes, 3);
+        });
+        thenWait(400);
+        connectPort();
+    };
+    arrive("first\r\nrest");
+    EXPECT_EQ(row(0), "new");
+    EXPECT_EQ(row(1), "");
+    EXPECT_EQ(pendingBytes, 0);
+    EXPECT_FALSE(receiving);
+    EXPECT_EQ(traced().back(), "BYTES>> 6E 65 77 ");
+    arrive("er");
+    EXPECT_EQ(row(0), "newer");
+    EXPECT_EQ(pendingBytes, 0);
+}
+
+TEST_F(Network, ASessionStartedInsideTheLoopMayBeSilent) {
+    arrive("-");
+    headless::yieldHook = [] {
+        headless::yieldHook = nullptr;
+        headless::socketReceives(comnet2, "unread");
+        mnuconnitem_Click(connectionItem::disconnect);
+        then([] { headless::socketConnects(comnet2); });
+        thenWait(400);
+        connectPort();
+    };
+    arrive("first\r\nrest");
+    EXPECT_EQ(row(0), "");
+    EXPECT_EQ(pendingBytes, 0);
+    EXPECT_FALSE(receiving);
+    arrive("new");
+    EXPECT_EQ(row(0), "new");
+}
+
 TEST_F(Network, TheHostsGoodbyeIsToldAndEndsTheSession) {
     arrive("text");
     headless::socketCloses(comnet2);

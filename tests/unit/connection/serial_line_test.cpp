@@ -32,6 +32,11 @@ protected:
         profile.connectType = type;
         setCurrentProfile(profile);
     }
+    /// A modem that is dialling.
+    static void dial() {
+        g_bConnectActive = false;
+        use(connectType::modem);
+    }
     static std::string firstRow() {
         std::string text{lineOnRow(0).text.begin(), lineOnRow(0).text.end()};
         return text.erase(text.find_last_not_of(' ') + 1);
@@ -98,8 +103,7 @@ TEST_F(SerialLine, LosingTheCarrierOfAPlainLineIsOnlyTraced) {
 }
 
 TEST_F(SerialLine, ACarrierBringsAModemsSessionUpAndItsLossEndsIt) {
-    use(connectType::modem);
-    g_bConnectActive = false;
+    dial();
     headless::setCarrier(comser, true);
     EXPECT_TRUE(g_bConnectActive);
     headless::setCarrier(comser, false);
@@ -109,7 +113,7 @@ TEST_F(SerialLine, ACarrierBringsAModemsSessionUpAndItsLossEndsIt) {
 }
 
 TEST_F(SerialLine, ACarrierTimeOutEndsTheSession) {
-    use(connectType::modem);
+    dial();
     headless::serialEvent(comser, 1007);
     EXPECT_EQ(boxes(), (Lines{"Failed to detect carrier"}));
     EXPECT_FALSE(g_bConnectActive);

@@ -98,6 +98,7 @@ TEST_F(SshConnect, AClientThatEndsDuringTheWaitTakesTheRelayWithIt) {
     then([=] {
         EXPECT_EQ(headless::now() - before, 100);
         EXPECT_TRUE(g_bLoginDone);
+        EXPECT_EQ(g_sSSHPassword, "");
         EXPECT_FALSE(sshHelperRecorded());
         EXPECT_EQ(processes(), (Lines{clientLine, relayLine, "process terminate zpt_tnetd",
                                       "socket connect localhost 3000"}));
@@ -154,6 +155,55 @@ TEST_F(SshConnect, ThePasswordIsForgottenWithTheSession) {
     thenCancel();
     enterBob();
     EXPECT_EQ(g_sSSHPassword, "");
+}
+
+/// All that the password has room for is zero, used or not.
+bool passwordMemoryIsClear() {
+    const std::string_view memory{g_sSSHPassword.data(), g_sSSHPassword.capacity()};
+    return memory.find_first_not_of('\0') == std::string_view::npos;
+}
+
+TEST_F(SshConnect, NothingOfThePasswordIsLeftWhereItStoodOnceItWasSent) {
+    const char* typedTo = nullptr;
+    then([&] {
+        typedTo = g_sSSHPassword.data();
+        EXPECT_EQ(g_sSSHPassword, "correct horse battery");
+        headless::socketConnects(comnet2);
+    });
+    thenWait(350);
+    type("bob\rcorrect horse battery\r");
+    headless::socketReceives(comnet2, "login: ");
+    EXPECT_EQ(g_sSSHPassword, "correct horse battery");
+    records.clear();
+    headless::socketReceives(comnet2, "Password: ");
+    EXPECT_EQ(recorded("send", "bytes"), (Lines{"636f727265637420686f72736520626174746572790d"}));
+    EXPECT_TRUE(g_bLoginDone);
+    EXPECT_EQ(g_sSSHPassword, "");
+    EXPECT_EQ(g_sSSHPassword.data(), typedTo);
+    EXPECT_TRUE(passwordMemoryIsClear());
+}
+
+TEST_F(SshConnect, NothingOfThePasswordIsLeftWhenTheAttemptIsGivenUp) {
+    thenCancel();
+    type("bob\rcorrect horse battery\r");
+    EXPECT_TRUE(passwordMemoryIsClear());
+    for (const bool byUser : {true, false}) {
+        mnuconnitem_Click(connectionItem::connect);
+        type("bob\rcorrect horse");
+        EXPECT_EQ(g_sSSHPassword, "correct horse");
+        byUser ? mnuconnitem_Click(connectionItem::disconnect) : doFakeLogin();
+        EXPECT_TRUE(passwordMemoryIsClear()) << byUser;
+    }
+}
+
+TEST_F(SshConnect, APasswordStaysInOnePlaceWhileItIsTyped) {
+    type("bob\rx");
+    const char* const place = g_sSSHPassword.data();
+    type(std::string(62, 'y') + "\b");
+    EXPECT_EQ(g_sSSHPassword.data(), place);
+    EXPECT_EQ(g_sSSHPassword, 'x' + std::string(61, 'y'));
+    type(std::string(300, 'z'));
+    EXPECT_EQ(g_sSSHPassword, 'x' + std::string(61, 'y') + std::string(300, 'z'));
 }
 
 TEST_F(SshConnect, ALongLoginNameIsKeptWhole) {

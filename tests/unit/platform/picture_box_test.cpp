@@ -11,12 +11,13 @@ namespace {
 constinit Form form{"frmPicture", FormKind::dialog, 1, ""};
 PictureBox box{form, "picTest", 1};
 
-std::string areaText(const PixelRect& area) {
-    return std::to_string(area.left) + "," + std::to_string(area.top) + "," + std::to_string(area.right) +
-           "," + std::to_string(area.bottom);
+/// Column and row, columns and rows.
+std::string areaText(const CellArea& area) {
+    return std::to_string(area.column) + "," + std::to_string(area.row) + " " + std::to_string(area.columns) +
+           "x" + std::to_string(area.rows);
 }
 
-/// 640 x 400 pixels at 10 points: 80 x 25 cells of 8 x 16.
+/// 640 x 400 pixels: 80 x 25 cells of 8 x 16.
 class PictureBoxTest : public HeadlessTest {
 protected:
     void SetUp() override {
@@ -27,8 +28,14 @@ protected:
         form.show();
         box.move({0, 0, 640 * 15, 400 * 15});
         box.setFontSize(10);
+        setCells(8, 16);
         eventLoop::doEvents();
         lines.clear();
+    }
+    static void setCells(std::int32_t width, std::int32_t height) {
+        std::array<std::int32_t, pictureColumns> advances{};
+        advances.fill(width);
+        box.setCellSize(width, height, advances);
     }
 };
 
@@ -48,55 +55,55 @@ TEST_F(PictureBoxTest, RefreshPaintsTheWholeAtTheNextTurnOfTheLoop) {
     box.refresh();
     EXPECT_TRUE(taken().empty());
     eventLoop::doEvents();
-    EXPECT_EQ(taken(), (Lines{"paint 0,0,640,400"}));
+    EXPECT_EQ(taken(), (Lines{"paint 0,0 80x25"}));
     eventLoop::doEvents();
     EXPECT_TRUE(taken().empty());
 }
 
 TEST_F(PictureBoxTest, UpdatePaintsTheBandThatAScrollExposed) {
-    box.scroll({0, 0, 640, 384}, -32);
+    box.scroll(0, 23, -2);
     box.update();
-    box.scroll({0, 16, 640, 384}, 16);
+    box.scroll(1, 23, 1);
     box.update();
     box.update();
-    EXPECT_EQ(taken(), (Lines{"paint 0,352,640,384", "paint 0,16,640,32"}));
+    EXPECT_EQ(taken(), (Lines{"paint 0,22 80x2", "paint 0,1 80x1"}));
 }
 
 TEST_F(PictureBoxTest, TheHookSeesTheInvalidAreaBeforeItIsErased) {
     box.onPaintMessage.connect("message", [] {
-        lines.push_back(std::string{"message "} + (box.invalidAt(0, 383) ? "in" : "out") + " " +
-                        (box.invalidAt(0, 100) ? "in" : "out"));
+        lines.push_back(std::string{"message "} + (box.invalidAt(0, 23) ? "in" : "out") + " " +
+                        (box.invalidAt(0, 6) ? "in" : "out"));
     });
     box.attachMessageHook(true);
-    box.scroll({0, 0, 640, 384}, -16);
+    box.scroll(0, 23, -1);
     box.update();
-    EXPECT_EQ(taken(), (Lines{"message in out", "paint 0,368,640,384"}));
-    EXPECT_FALSE(box.invalidAt(0, 383));
+    EXPECT_EQ(taken(), (Lines{"message in out", "paint 0,23 80x1"}));
+    EXPECT_FALSE(box.invalidAt(0, 23));
 }
 
 TEST_F(PictureBoxTest, APaintErasesItsAreaAndDrawsOnNoOther) {
     const auto drawRows = [] {
         for (std::int32_t row = 0; row < 2; ++row) {
-            box.drawText({0, row * 16, 16, row * 16 + 16}, "new", TextFont::normal, nullptr);
+            box.drawText(row, 0, "ne", {});
         }
     };
-    box.drawText({0, 0, 24, 16}, "old", TextFont::normal, nullptr);
+    box.drawText(0, 0, "old", {});
     box.onPaint.connect("paint", drawRows);
-    box.scroll({0, 16, 640, 32}, -16);  // exposes row 1 alone
+    box.scroll(1, 1, -1);  // exposes row 1 alone
     box.update();
-    const headless::CellGrid& cells = headless::cellsOf(box);
-    EXPECT_EQ(cells.at(0, 0).text, 'o');
-    EXPECT_EQ(cells.at(0, 1).text, 'n');
-    EXPECT_FALSE(cells.at(2, 1).drawn);
+    const Picture& cells = box.picture();
+    EXPECT_EQ(cells.at(0, 0).text(), 'o');
+    EXPECT_EQ(cells.at(0, 1).text(), 'n');
+    EXPECT_FALSE(cells.at(2, 1).drawn());
     drawRows();  // outside of the paint
-    EXPECT_EQ(cells.at(0, 0).text, 'n');
+    EXPECT_EQ(cells.at(0, 0).text(), 'n');
 }
 
 TEST_F(PictureBoxTest, WhatWasInvalidMovesAlongWithAScroll) {
-    box.scroll({0, 0, 640, 384}, -16);
-    box.scroll({0, 0, 640, 384}, -16);
+    box.scroll(0, 23, -1);
+    box.scroll(0, 23, -1);
     box.update();
-    EXPECT_EQ(taken(), (Lines{"paint 0,352,640,384"}));
+    EXPECT_EQ(taken(), (Lines{"paint 0,22 80x2"}));
 }
 
 TEST_F(PictureBoxTest, NothingIsPaintedWhileTheFormIsHidden) {
@@ -117,40 +124,69 @@ TEST_F(PictureBoxTest, AnotherSizeNeedsPainting) {
     EXPECT_TRUE(taken().empty());
     box.move({0, 0, 560 * 15, 375 * 15});
     eventLoop::doEvents();
-    EXPECT_EQ(taken(), (Lines{"paint 0,0,560,375"}));
+    EXPECT_EQ(taken(), (Lines{"paint 0,0 80x25"}));
 }
 
 TEST_F(PictureBoxTest, CallsAreRecordedInPixelsWithTheirColours) {
     headless::setRecording("draw", true);
-    box.setTextColour(2);
-    box.setTextBackground(1);
-    box.setFontBold(true);
-    box.drawText({8, 16, 24, 32}, "\x10k", TextFont::terminal, nullptr);
-    box.fill({0, 0, 8, 16}, Raster::whiteness);
+    box.drawText(1, 1, "\x10k", {.fg = 2, .bg = 1, .bold = true, .font = TextFont::terminal});
+    box.fill({0, 0, 1, 1}, Raster::whiteness);
     box.setBackground(4);
-    box.clear({0, 0, 8, 16});
-    box.invert({0, 0, 8, 16}, Inversion::cursor);
-    box.scroll({0, 0, 640, 384}, -16);
-    box.drawLine(8, 30, 16);
+    box.clear({0, 0, 1, 1});
+    box.invert({0, 0, 1, 1}, Inversion::cursor);
+    box.invert({2, 1, 1, 1}, Inversion::underlineCursor);
+    box.scroll(0, 23, -1);
+    box.underline(1, 1, 2);
     EXPECT_EQ(taken(),
               (Lines{"draw op=text x=8 y=16 w=16 h=16 text=jk fg=2 bg=1 bold=true font=terminal",
                      "draw op=fill x=0 y=0 w=8 h=16 colour=7", "draw op=fill x=0 y=0 w=8 h=16 colour=4",
-                     "draw op=invert x=0 y=0 w=8 h=16", "draw op=scroll x=0 y=0 w=640 h=384 dx=0 dy=-16",
-                     "draw op=line x=8 y=30 w=16 h=1"}));
+                     "draw op=invert x=0 y=0 w=8 h=16", "draw op=invert x=16 y=30 w=8 h=2",
+                     "draw op=scroll x=0 y=0 w=640 h=384 dx=0 dy=-16", "draw op=line x=8 y=30 w=16 h=1"}));
 }
 
-TEST_F(PictureBoxTest, CountingOnlyLeavesTheCellsAlone) {
-    headless::setDrawing(headless::Drawing::countOnly);
+// 18 pixels at 15 twips: 2 x 270 twips less an eighth of 270, 33, are 507 twips, 33 whole pixels.
+TEST_F(PictureBoxTest, TheLineUnderACellIsReckonedInTwips) {
+    EXPECT_EQ(underlineTop(1, 18, 15), 33);
+    EXPECT_EQ(underlineTop(0, 16, 15), 14);
+    EXPECT_EQ(underlineTop(24, 15, 12), 373);
+}
+
+TEST_F(PictureBoxTest, CallsAreCountedFromTheFirstClearingOn) {
     headless::clearDrawCounts();
-    box.drawText({0, 0, 24, 16}, "abc", TextFont::normal, nullptr);
-    box.drawText({0, 0, 16, 16}, "de", TextFont::normal, nullptr);
-    box.fill({0, 0, 8, 16}, Raster::blackness);
+    box.drawText(0, 0, "abc", {});
+    box.drawText(0, 0, "de", {});
+    box.fill({0, 0, 1, 1}, Raster::blackness);
     const headless::DrawCounts& counts = headless::drawCounts();
     EXPECT_EQ(counts.text, 2U);
     EXPECT_EQ(counts.characters, 5U);
     EXPECT_EQ(counts.fill, 1U);
     EXPECT_EQ(counts.scroll, 0U);
-    EXPECT_FALSE(headless::cellsOf(box).at(0, 0).drawn);
+}
+
+TEST_F(PictureBoxTest, CellsOfAnotherSizeHaveNothingDrawnOnThem) {
+    box.drawText(0, 0, "a", {});
+    setCells(8, 16);
+    EXPECT_TRUE(box.picture().at(0, 0).drawn());
+    setCells(7, 15);
+    EXPECT_FALSE(box.picture().at(0, 0).drawn());
+}
+
+TEST_F(PictureBoxTest, AFrameTakesTheChangesWithIt) {
+    (void)box.takeFrame();
+    EXPECT_FALSE(box.changed());
+    box.drawText(0, 0, "a", {});
+    EXPECT_TRUE(box.changed());
+    (void)box.takeFrame();
+    EXPECT_FALSE(box.changed());
+    box.refresh();
+    EXPECT_TRUE(box.changed());
+}
+
+TEST_F(PictureBoxTest, NothingIsDrawnWhileTheFormIsNotLoaded) {
+    form.unload();
+    box.drawText(0, 0, "a", {});
+    form.show();
+    EXPECT_FALSE(box.picture().at(0, 0).drawn());
 }
 
 }  // namespace

@@ -64,18 +64,18 @@ TEST_F(Attributes, BlankLineIsTheTemplate) {
 // Colours of a cell with foreground 1 (red) on background 4 (blue) under all that exchanges them.
 TEST_F(Attributes, TwoInversionsCancel) {
     host("\x1b[31;44mA\x1b[7mB");
-    EXPECT_EQ(cell(0, 0).fg, 1);
-    EXPECT_EQ(cell(0, 0).bg, 4);
-    EXPECT_EQ(cell(1, 0).fg, 4);
-    EXPECT_EQ(cell(1, 0).bg, 1);
+    EXPECT_EQ(cell(0, 0).fg(), 1);
+    EXPECT_EQ(cell(0, 0).bg(), 4);
+    EXPECT_EQ(cell(1, 0).fg(), 4);
+    EXPECT_EQ(cell(1, 0).bg(), 1);
     host("\x1b[?5h");
-    EXPECT_EQ(cell(0, 0).fg, 4);
-    EXPECT_EQ(cell(0, 0).bg, 1);
-    EXPECT_EQ(cell(1, 0).fg, 1);
-    EXPECT_EQ(cell(1, 0).bg, 4);
+    EXPECT_EQ(cell(0, 0).fg(), 4);
+    EXPECT_EQ(cell(0, 0).bg(), 1);
+    EXPECT_EQ(cell(1, 0).fg(), 1);
+    EXPECT_EQ(cell(1, 0).bg(), 4);
     host("\x1b[?5l");
-    EXPECT_EQ(cell(0, 0).fg, 1);
-    EXPECT_EQ(cell(1, 0).fg, 4);
+    EXPECT_EQ(cell(0, 0).fg(), 1);
+    EXPECT_EQ(cell(1, 0).fg(), 4);
 }
 
 TEST_F(Attributes, ColourIndexOfEightIsASubscriptErrorOfDoAttr) {
@@ -88,10 +88,10 @@ TEST_F(Attributes, ColourIndexOfEightIsASubscriptErrorOfDoAttr) {
 
 TEST_F(Attributes, BoldIsAFontAndChangesNoColour) {
     host("\x1b[1;31mR\x1b[22mr");
-    EXPECT_EQ(cell(0, 0).fg, 1);
-    EXPECT_EQ(cell(0, 0).style, headless::cellStyle::bold);
-    EXPECT_EQ(cell(1, 0).fg, 1);
-    EXPECT_EQ(cell(1, 0).style, 0);
+    EXPECT_EQ(cell(0, 0).fg(), 1);
+    EXPECT_EQ(cell(0, 0).style(), 2);  // bold
+    EXPECT_EQ(cell(1, 0).fg(), 1);
+    EXPECT_EQ(cell(1, 0).style(), 0);
 }
 
 TEST_F(Attributes, InvisibleTextIsStoredAsBlanksAndCannotComeBack) {

@@ -151,6 +151,38 @@ TEST_F(ScreenOperations, InsertBehindTheUsedPartLeavesItsLength) {
     EXPECT_EQ(lineOnRow(0).usedLength, 11);
 }
 
+// 79 + 408 x 80 = 32719 is the last length that can grow by a whole line.
+TEST_F(ScreenOperations, InsertingForEverIsNoError) {
+    host("\x1b[H" + std::string(80, 'x') + "\x1b[H");
+    for (int n = 0; n < 408; ++n) host("\x1b[80@");
+    EXPECT_EQ(lineOnRow(0).usedLength, 32719);
+    for (int n = 0; n < 3; ++n) host("\x1b[80@");
+    EXPECT_EQ(lineOnRow(0).usedLength, 32767);
+    host("\x1b[4hab\x1b[Hc\x1b[4l");
+    EXPECT_EQ(faults(), "");
+    EXPECT_EQ(lineOnRow(0).usedLength, 32767);
+    EXPECT_EQ(text(0), "cab");
+    EXPECT_EQ(shown(0), "cab");
+    host("\x1b[2PX");
+    EXPECT_EQ(lineOnRow(0).usedLength, 32765);
+    EXPECT_EQ(text(0), "cX");
+    EXPECT_EQ(faults(), "");
+}
+
+TEST_F(ScreenOperations, TheSpanToDrawIsHeldAtTheSamePlace) {
+    ScreenLine& record = lineOnRow(0);
+    record.usedLength = 32760;
+    record.dirtyLast = 32761;
+    cursorTo(0, 0);
+    insChars("abcdef", 6, special);
+    EXPECT_EQ(record.usedLength, 32766);
+    EXPECT_EQ(record.dirtyLast, 32767);
+    insChars("ghijkl", 6, special);
+    EXPECT_EQ(record.usedLength, 32767);
+    EXPECT_EQ(record.dirtyLast, 32767);
+    EXPECT_EQ(faults(), "");
+}
+
 // Three characters at column 78: two fit, nothing is an error.
 TEST_F(ScreenOperations, InsertNearTheEndKeepsWhatFits) {
     fillRow(0);

@@ -52,10 +52,10 @@ protected:
         for (int row = 0; row < screenRows; ++row) {
             std::string cells;
             for (int column = 0; column < screenColumns; ++column) {
-                const headless::CellLook& look = cell(column, row);
-                cells += look.text;
-                for (const int part :
-                     {int{look.fg}, int{look.bg}, int{look.style}, int{look.drawn}, int{look.cursor}})
+                const PictureCell look = cell(column, row);
+                cells += look.text();
+                for (const int part : {int{look.fg()}, int{look.bg()}, int{look.style()}, int{look.drawn()},
+                                       int{look.cursor()}})
                     cells += std::to_string(part);
             }
             all.push_back(cells);
@@ -343,10 +343,10 @@ TEST_F(ShortWays, ANumberThatLeavesSixteenBitsStaysAFault) {
 TEST_F(ShortWays, RenditionsShowAsTheySay) {
     const std::string rest(60, '.');
     expectSameBothWays([&] { host("\x1b[31;44mA\x1b[7mB\x1b[27;1mC\x1b[4mD\x1b[22;39mE\x1b[mF" + rest); });
-    EXPECT_EQ(cell(0, 0).fg, 1);
-    EXPECT_EQ(cell(0, 0).bg, 4);
-    EXPECT_EQ(cell(1, 0).fg, 4);  // exchanged
-    EXPECT_EQ(cell(1, 0).bg, 1);
+    EXPECT_EQ(cell(0, 0).fg(), 1);
+    EXPECT_EQ(cell(0, 0).bg(), 4);
+    EXPECT_EQ(cell(1, 0).fg(), 4);  // exchanged
+    EXPECT_EQ(cell(1, 0).bg(), 1);
     EXPECT_EQ(word(2, 0), 4 * 4096 + 1 * 256 + 2);      // bold red on blue
     EXPECT_EQ(word(3, 0), 4 * 4096 + 1 * 256 + 2 + 4);  // underlined as well
     EXPECT_EQ(word(4, 0), 4 * 4096 + 7 * 256);          // no flags, white on blue

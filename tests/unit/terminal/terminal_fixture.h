@@ -64,13 +64,11 @@ protected:
     static std::string shown(int row) {
         std::string cells;
         for (int column = 0; column < screenColumns; ++column) {
-            cells += headless::cellsOf(picterm).at(column, row).text;
+            cells += picterm.picture().at(column, row).text();
         }
         return trimmedRight(cells);
     }
-    static const headless::CellLook& cell(int column, int row) {
-        return headless::cellsOf(picterm).at(column, row);
-    }
+    static PictureCell cell(int column, int row) { return picterm.picture().at(column, row); }
     static std::string trimmedRight(std::string text) {
         text.erase(text.find_last_not_of(' ') + 1);
         return text;

@@ -17,24 +17,24 @@ protected:
         const bool reverseScreen = (screenMode & 2) != 0;
         for (std::int32_t row = 0; row < screenRows; ++row) {
             for (std::int32_t column = 0; column < screenColumns; ++column) {
-                const headless::CellLook& look = cell(column, row);
+                const PictureCell look = cell(column, row);
                 const std::int16_t value = word(column, row);
                 const bool exchanged = ((value & 16) != 0) != reverseScreen;
                 const int fg = (value >> 8) & 15;
                 const int bg = value >> 12;
                 const char stored = line(row)[static_cast<std::size_t>(column)];
-                const int seenBack = look.drawn ? look.bg : screenBackIndex;
-                const bool styled = ((look.style & headless::cellStyle::bold) != 0) == ((value & 2) != 0);
-                if (look.text == stored && seenBack == (exchanged ? fg : bg) &&
-                    (stored == ' ' || (look.fg == (exchanged ? bg : fg) && styled))) {
+                const int seenBack = look.drawn() ? look.bg() : screenBackIndex;
+                const bool styled = look.bold() == ((value & 2) != 0);
+                if (look.text() == stored && seenBack == (exchanged ? fg : bg) &&
+                    (stored == ' ' || (look.fg() == (exchanged ? bg : fg) && styled))) {
                     continue;
                 }
                 return "row " + std::to_string(row) + ", column " + std::to_string(column) + ": '" +
-                       look.text + "' " + std::to_string(look.fg) + " on " + std::to_string(seenBack) +
+                       look.text() + "' " + std::to_string(look.fg()) + " on " + std::to_string(seenBack) +
                        " for '" + stored + "' " + std::to_string(value);
             }
         }
-        const auto cursor = headless::cellsOf(picterm).cursor();
+        const auto cursor = picterm.picture().cursor();
         if (!cursor) return "no cursor";
         if (*cursor != std::pair{std::min(curCol, 79), curRow}) return "the cursor is somewhere else";
         return {};

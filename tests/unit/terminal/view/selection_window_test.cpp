@@ -71,14 +71,14 @@ protected:
             const ScreenLine& record = virtualLine(number);
             const Columns inverted = dragging() ? covered(number) : marked(record);
             for (int column = 0; column < 80; ++column) {
-                const headless::CellLook& look = cell(column, row);
+                const PictureCell look = cell(column, row);
                 const char stored =
                     column <= record.usedLength ? record.text[static_cast<std::size_t>(column)] : ' ';
                 const bool selected = column >= inverted.first && column <= inverted.last;
-                const bool shownSelected = (look.style & headless::cellStyle::inverted) != 0;
-                if (look.text == stored && shownSelected == selected) continue;
+                const bool shownSelected = look.selected();
+                if (look.text() == stored && shownSelected == selected) continue;
                 return "row " + std::to_string(row) + " column " + std::to_string(column) + ": '" +
-                       look.text + "' for '" + stored + (selected ? "' selected" : "' not selected");
+                       look.text() + "' for '" + stored + (selected ? "' selected" : "' not selected");
             }
         }
         return {};

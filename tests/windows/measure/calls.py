@@ -1,0 +1,111 @@
+"""How often a client calls the system for a payload: calls of drawing and of the message loop, counted by Wine itself."""
+
+import collections
+import os
+import re
+import subprocess
+import tempfile
+import threading
+import time
+
+import clients
+import display
+from drain import untilStill
+from host import Sending
+from payloads import HEAD, PAYLOADS, TAIL
+from program import Failure
+
+MIB = 1024 * 1024
+LIMIT = 900.0  # seconds: each call that is noted takes its time
+FUNCTIONS = {
+    "gdi32": ("ExtTextOutA", "ExtTextOutW", "TextOutA", "TextOutW", "PatBlt", "BitBlt", "StretchBlt", "Rectangle", "LineTo",
+              "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor", "SetBkColor", "SetBkMode",
+              "SetTextAlign", "GetTextExtentPoint32A", "GetTextExtentExPointA", "GetCharWidth32W", "GetCharWidthW",
+              "GetCharacterPlacementW", "CreateSolidBrush", "DeleteObject", "IntersectClipRect", "GdiFlush"),
+    "user32": ("FillRect", "InvertRect", "ScrollWindow", "ScrollWindowEx", "ScrollDC", "InvalidateRect", "UpdateWindow",
+               "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo", "SetScrollPos", "PeekMessageA",
+               "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA", "DispatchMessageW", "PostMessageA",
+               "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus", "SetTimer", "KillTimer",
+               "MsgWaitForMultipleObjects", "MsgWaitForMultipleObjectsEx"),
+    "ws2_32": ("recv", "ioctlsocket", "WSARecv", "WSAAsyncSelect", "WSAEventSelect", "WSAEnumNetworkEvents", "select"),
+}
+NOTED = re.compile(rb"Call (\w+)\.(?:dll\.)?(\w+)\(")
+
+
+def options(parser):
+    parser.add_argument("--payload", action="append", choices=PAYLOADS, metavar="NAME",
+                        help=f"{', '.join(PAYLOADS)}; all")
+    parser.add_argument("--mib", type=float, default=1, help="size of a payload in MiB; 1")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+
+
+def measure(arguments):
+    limitNotes()
+    for name in arguments.payload or PAYLOADS:
+        data = HEAD + PAYLOADS[name](int(arguments.mib * MIB)) + TAIL
+        counts = {}
+        for client in clients.chosen(arguments.client or ("qxterm", "putty"), arguments.builds):
+            counts[client.name] = counted(client, data)
+        table(name, arguments.mib, counts)
+
+
+def limitNotes():
+    """Wine notes these functions only."""
+    names = ";".join(f"{library}.{function}" for library, functions in FUNCTIONS.items() for function in functions)
+    with tempfile.NamedTemporaryFile("w", suffix=".reg") as settings:
+        settings.write("REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Wine\\Debug]\r\n"
+                       f"\"RelayInclude\"=\"{names}\"\r\n")
+        settings.flush()
+        subprocess.run([os.environ["WINE"], "regedit", "/S", f"Z:{settings.name}"], check=True)
+
+
+class Notes(threading.Thread):
+    """Counts what Wine notes, as it comes through a pipe. Use it in a with statement."""
+
+    def __init__(self):
+        super().__init__(daemon=True)
+        self.counts = collections.Counter()
+        reading, self.writing = os.pipe()
+        self._pipe = os.fdopen(reading, "rb", buffering=MIB)
+
+    def __enter__(self):
+        self.start()
+        return self
+
+    def run(self):
+        for line in self._pipe:
+            if match := NOTED.search(line):
+                self.counts[match.groups()] += 1
+
+    def __exit__(self, *_):
+        os.close(self.writing)
+        self.join()
+        self._pipe.close()
+
+
+def counted(client, data):
+    """The calls of one client between the first byte of the data and a window that stands still."""
+    with Notes() as notes:
+        client.environment = {"WINEDEBUG": "+relay"}
+        client.errors = notes.writing
+        with client:
+            display.activate(client.window)
+            with client.area(display.Display()) as area:
+                untilStill(area, time.monotonic() + LIMIT)
+                before = notes.counts.copy()
+                sending = Sending(client.host, data)
+                while not sending.received():
+                    if time.monotonic() > sending.began + LIMIT or not client.alive():
+                        raise Failure(f"{client.name} {'takes too long' if client.alive() else 'has ended'}")
+                    time.sleep(0.1)
+                untilStill(area, time.monotonic() + LIMIT)
+                return notes.counts - before
+
+
+def table(name, mib, counts):
+    print(f"Calls for {mib:g} MiB of {name}:")
+    print(f"  {'':<34}" + "".join(f"{client:>12}" for client in counts))
+    called = sorted({function for found in counts.values() for function in found})
+    for function in called:
+        library, word = (part.decode() for part in function)
+        print(f"  {library + '.' + word:<34}" + "".join(f"{found[function]:12}" for found in counts.values()), flush=True)

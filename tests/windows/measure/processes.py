@@ -1,0 +1,51 @@
+"""What the system knows of a process: processor time and memory."""
+
+import os
+import socket
+import struct
+from pathlib import Path
+
+from program import Failure
+
+TICKS = os.sysconf("SC_CLK_TCK")  # a second
+
+
+def processorTime(process):
+    """Seconds of processor time that the process has used."""
+    fields = Path(f"/proc/{process}/stat").read_text().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / TICKS
+
+
+def exactTime(process):
+    """The same to the nanosecond, of a process whose threads stay."""
+    threads = Path(f"/proc/{process}/task").iterdir()
+    return sum(int((thread / "schedstat").read_text().split()[0]) for thread in threads) / 1e9
+
+
+def memory(process):
+    """Resident and peak resident size in MiB."""
+    status = Path(f"/proc/{process}/status").read_text()
+    values = dict(line.split(":", 1) for line in status.splitlines())
+    return tuple(int(values[name].split()[0]) / 1024 for name in ("VmRSS", "VmHWM"))
+
+
+def wineServer():
+    """The process that stands in for the system's kernel in this run's prefix."""
+    prefix = f"WINEPREFIX={os.environ['WINEPREFIX']}".encode()
+    for folder in Path("/proc").glob("[0-9]*"):
+        try:
+            if b"wineserver" in (folder / "cmdline").read_bytes() and \
+                    prefix in (folder / "environ").read_bytes().split(b"\0"):
+                return int(folder.name)
+        except OSError:
+            continue
+    raise Failure("Wine's server is not running")
+
+
+def displayServer():
+    """The process that is the display."""
+    number = os.environ["DISPLAY"].lstrip(":").split(".")[0]
+    with socket.socket(socket.AF_UNIX) as connection:
+        connection.connect(f"/tmp/.X11-unix/X{number}")
+        who = connection.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, struct.calcsize("3i"))
+    return struct.unpack("3i", who)[0]
