@@ -60,7 +60,7 @@ bool SynchFilter::mayHoldSynch(std::string_view block) const {
 
 void SynchFilter::arrived(std::string_view block, bool urgentWaits, std::string& out) {
     if (block.empty()) return;
-    if (block.front() == dataMark && takeFromAhead(iac)) {
+    if (kept_ == Iac::none && block.front() == dataMark && takeFromAhead(iac)) {
         urgentHere(iac, out);
     } else if (urgentWaits && kept_ == Iac::none && block.front() == dataMark) {
         block.remove_prefix(1);

@@ -4,6 +4,7 @@ Neither is it shown, nor does the byte behind it disappear, as it does behind a 
 """
 
 import itertools
+import random
 import signal
 import socket
 import sys
@@ -47,6 +48,8 @@ class Screen:
             for piece in pieces:
                 if piece is Pause:
                     time.sleep(PAUSE)
+                elif isinstance(piece, float):
+                    time.sleep(piece)
                 elif piece is Asleep:
                     self.program.process.send_signal(signal.SIGSTOP)
                 else:
@@ -56,7 +59,7 @@ class Screen:
         time.sleep(PAUSE)
         self.peer.send(b"\r\n" + end.encode())
         self.program.waitText(end)
-        told = [bytes(one) if isinstance(one, bytes) else one.__name__ for one in pieces]
+        told = [bytes(one) if isinstance(one, bytes) else getattr(one, "__name__", one) for one in pieces]
         self.program.waitRows({0: expected, 1: end}, f"{what}: {told}", 1)
 
 
@@ -136,11 +139,52 @@ def whileTheProgramIsBusy(screen):
 
 
 @connected
+def dense(screen):
+    """Synchs so close to one another that they arrive between any two steps of the program's reading."""
+    for kind, synch in (("IAC", [Urgent(IAC), DM]), ("DM", [Urgent(IAC + DM)]), ("both", [Urgent(IAC), Urgent(DM)])):
+        for seed in range(25):
+            chance = random.Random(seed)
+            pieces, expected = [], ""
+            for _ in range(60):
+                what = chance.choice(("letter", "letter", "letter", "synch", "synch", "synch", "pause", "command"))
+                if what == "letter":
+                    expected += chance.choice("abcdefgh")
+                    pieces.append(expected[-1:].encode())
+                elif what == "synch":
+                    pieces += synch
+                elif what == "command":
+                    pieces.append(IAC + WILL + b"\x01")
+                else:
+                    pieces.append(chance.choice((0.0005, 0.005)) * chance.random())
+            screen.case(f"{kind} urgent, seed {seed}", pieces, expected)
+
+
+@connected
 def otherUrgentBytes(screen):
     for pause in ([], [Pause]):
         screen.case("an urgent letter", [b"one", *pause, Urgent(b"!"), *pause, b"two"], "one!two")
         screen.case("an urgent letter at the end", [b"one", *pause, Urgent(b"!")], "one!")
         screen.case("another urgent command", [b"one", *pause, Urgent(IAC + WILL), *pause, b"\x01two"], "onetwo")
+
+
+@connected
+def theEnd(screen):
+    """What stands behind Synchs when the peer has gone is read to its end."""
+    for synch in ([Urgent(IAC), DM], [Urgent(IAC + DM)]):
+        for pieces in ([b"text", *synch], [*synch, *synch, b"text"], [*synch, *synch, *synch, b"text" + IAC]):
+            screen.program.process.send_signal(signal.SIGSTOP)
+            try:
+                for piece in pieces:
+                    screen.peer.connections[-1].send(piece, socket.MSG_OOB if isinstance(piece, Urgent) else 0)
+                screen.peer.connections[-1].shutdown(socket.SHUT_RDWR)
+            finally:
+                screen.program.process.send_signal(signal.SIGCONT)
+            box = screen.program.messageBox("The connection has been dropped")
+            screen.program.clickButton(box, "OK")
+            screen.program.waitState("g_bConnectActive", False)
+            screen.program.connectionMenu("c")
+            screen.program.waitState("g_bConnectActive", True)
+            screen.program.waitForm("frmConn", loaded=False)
 
 
 @connected
@@ -150,4 +194,5 @@ def withoutUrgency(screen):
     screen.case("behind a Synch, too", [b"one", Urgent(IAC), DM, Pause, b"two" + IAC + DM + b"three"], "onetwohree")
 
 
-run(everyCut, atTheBeginningAndAtTheEnd, inARow, whileTheProgramIsBusy, otherUrgentBytes, withoutUrgency)
+run(everyCut, atTheBeginningAndAtTheEnd, inARow, whileTheProgramIsBusy, dense, otherUrgentBytes,
+    theEnd, withoutUrgency)

@@ -1,13 +1,13 @@
 #include "platform/win32/connection.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/run_time_error.h"
 #include "platform/system_text.h"
 #include "platform/win32/clock.h"
 #include "platform/win32/frames.h"
 #include "platform/win32/message_window.h"
+#include "platform/win32/urgent_data.h"
 
 namespace qxterm::win32 {
 
@@ -18,7 +18,6 @@ namespace {
 
 using State = Connection::State;
 
-constexpr std::size_t longestRead = std::size_t{64} * 1024;
 /// A read that brings so much is likely to be followed by more.
 constexpr std::size_t longRead = 4096;
 /// How long output is read and interpreted before the message queue is served again, in microseconds.
@@ -101,78 +100,23 @@ void waitForMore(Connection& connection) {
     if (connection.handle != INVALID_SOCKET) listen(connection, socketEvents);
 }
 
-/// Bytes that one read can return; a read ends before the place of an urgent byte.
-std::size_t bytesWaiting(const Connection& connection) {
-    u_long count = 0;
-    const bool known = ioctlsocket(connection.handle, FIONREAD, &count) == 0;
-    return known ? count : longestRead;
-}
-
-/// Whether an urgent byte waits that has not been taken, at whatever place.
-bool urgentByteWaits(const Connection& connection) {
-    fd_set urgent;
-    FD_ZERO(&urgent);
-    FD_SET(connection.handle, &urgent);
-    timeval atOnce{};
-    return select(0, nullptr, nullptr, &urgent, &atOnce) == 1;
-}
-
-/// Takes the urgent byte that the system tells of. Returns whether reading has come to the place of one that
-/// has been taken, now or before.
-bool takeUrgentByte(Connection& connection) {
-    u_long noneHere = 1;
-    ioctlsocket(connection.handle, SIOCATMARK, &noneHere);
-    if (noneHere != 0) return false;
-    // Wine answers so at the byte's place alone, also when it has been taken; Windows as soon as it has
-    // arrived.
-    const bool here = bytesWaiting(connection) == 0;
-    char byte = 0;
-    if (recv(connection.handle, &byte, 1, MSG_OOB) != 1) return connection.atUrgentByte;
-    connection.atUrgentByte = true;
-    if (here) {
-        connection.synchs.urgentHere(byte, connection.received);
-    } else {
-        connection.synchs.urgentAhead(byte, connection.received);
-    }
-    return true;
-}
-
-/// Appends what has arrived, up to the place of an urgent byte; returns the number of bytes for the program.
+/// Appends what one read returns, without the Synchs; returns the number of bytes read.
 std::size_t readOnce(Connection& connection) {
-    static std::array<char, longestRead> block;
     std::string& received = connection.received;
     if (connection.taken > unreadLimit) {
         received.erase(0, connection.taken);
         connection.taken = 0;
     }
-    const std::size_t before = received.size();
-    const bool urgentTaken = takeUrgentByte(connection);
-    const std::size_t waiting = bytesWaiting(connection);
-    // A read that begins at the place of an urgent byte drops it. Where nothing waits one may arrive at any
-    // moment, so the system is only asked for data, an end or a fault then.
-    const bool asking = waiting == 0 && !urgentTaken;
-    const std::size_t most = waiting == 0 ? longestRead : std::min(waiting, longestRead);
-    const int count = recv(connection.handle, block.data(), static_cast<int>(most), asking ? MSG_PEEK : 0);
-    if (count > 0) {
-        // What has arrived meanwhile is announced once more.
-        if (asking) return 0;
-        connection.atUrgentByte = false;
-        const std::string_view arrived{block.data(), static_cast<std::size_t>(count)};
-        const bool urgentWaits = connection.synchs.mayHoldSynch(arrived) && urgentByteWaits(connection);
-        connection.synchs.arrived(arrived, urgentWaits, received);
-        // No message may come for an urgent byte behind which nothing stands.
-        takeUrgentByte(connection);
-        return received.size() - before;
-    }
+    const int count = readStream(connection);
     if (count < 0 && WSAGetLastError() == WSAEWOULDBLOCK) {
         if (connection.state == State::ending) connection.systemEmpty = true;
-    } else {
+    } else if (count <= 0) {
         // The peer's end, or a fault of the line.
         connection.systemEmpty = true;
         if (connection.state == State::connected) connection.state = State::ending;
     }
     if (connection.systemEmpty) connection.synchs.ended(received);
-    return received.size() - before;
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 /// Raises onDataArrival for what is in the buffer, for as long as the handlers take from it.
@@ -226,8 +170,9 @@ void readForAWhile(Connection& connection) {
             connection.held = true;
             return;
         }
+        const std::size_t unread = connection.unread();
         const std::size_t count = readOnce(connection);
-        if (count > 0) {
+        if (connection.unread() > unread) {
             announce(connection);
             showPicturesIfDue(false);
         }
@@ -256,7 +201,7 @@ void closeConnection(Connection& connection) {
     connection.state = State::closed;
     connection.addresses.clear();
     connection.synchs = {};
-    connection.atUrgentByte = false;
+    connection.urgentTaken = false;
     connection.received.clear();
     connection.taken = 0;
     connection.held = false;

@@ -33,8 +33,8 @@ struct Socket::Native {
     std::size_t nextAddress = 0;
     int lastError = 0;
 
-    SynchFilter synchs;         ///< between the system and received
-    bool atUrgentByte = false;  ///< nothing has been read since an urgent byte was taken
+    SynchFilter synchs;        ///< between the system and received
+    bool urgentTaken = false;  ///< the urgent byte whose place has been reached has been taken
     std::string received;
     std::size_t taken = 0;        ///< bytes of received that getData has handed out
     std::uint64_t takenEver = 0;  ///< tells whether a handler has read anything

@@ -173,6 +173,16 @@ TEST(SynchFilter, FindsThePlaceOfAByteThatIsToldAhead) {
     }
 }
 
+TEST(SynchFilter, AByteToldAheadLeavesTheDmOfTheOneBeforeIt) {
+    SynchFilter filter;
+    std::string out;
+    filter.urgentHere(byteOf('i'), out);
+    filter.urgentAhead(byteOf('i'), out);
+    filter.arrived(bytesOf("D"), false, out);
+    filter.arrived(bytesOf("Dx"), false, out);
+    EXPECT_EQ(lettersOf(out), "x");
+}
+
 TEST(SynchFilter, LosesNoByteThatIsToldAhead) {
     EXPECT_EQ(toldAhead({"x", "u", "y"}, 0), "xuy");
     EXPECT_EQ(toldAhead({"x", "u", "y"}, 1), "uxy");

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/win32/connection.h"
+
+namespace qxterm::win32 {
+
+/// Appends to what has been received what one read returns, without the Synchs, and an urgent byte that
+/// stands before or behind it. Returns as recv does; the number is that of the stream's bytes.
+int readStream(Connection& connection);
+
+}  // namespace qxterm::win32
