@@ -18,14 +18,14 @@ from program import Failure
 MIB = 1024 * 1024
 LIMIT = 900.0  # seconds: each call that is noted takes its time
 FUNCTIONS = {
-    "gdi32": ("ExtTextOutA", "ExtTextOutW", "TextOutA", "TextOutW", "PatBlt", "BitBlt", "StretchBlt", "Rectangle", "LineTo",
-              "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor", "SetBkColor", "SetBkMode",
+    "gdi32": ("ExtTextOutA", "ExtTextOutW", "TextOutA", "TextOutW", "PatBlt", "BitBlt", "StretchBlt", "Rectangle",
+              "LineTo", "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor", "SetBkColor", "SetBkMode",
               "SetTextAlign", "GetTextExtentPoint32A", "GetTextExtentExPointA", "GetCharWidth32W", "GetCharWidthW",
               "GetCharacterPlacementW", "CreateSolidBrush", "DeleteObject", "IntersectClipRect", "GdiFlush"),
     "user32": ("FillRect", "InvertRect", "ScrollWindow", "ScrollWindowEx", "ScrollDC", "InvalidateRect", "UpdateWindow",
-               "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo", "SetScrollPos", "PeekMessageA",
-               "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA", "DispatchMessageW", "PostMessageA",
-               "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus", "SetTimer", "KillTimer",
+               "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo", "SetScrollPos",
+               "PeekMessageA", "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA", "DispatchMessageW",
+               "PostMessageA", "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus", "SetTimer", "KillTimer",
                "MsgWaitForMultipleObjects", "MsgWaitForMultipleObjectsEx"),
     "ws2_32": ("recv", "ioctlsocket", "WSARecv", "WSAAsyncSelect", "WSAEventSelect", "WSAEnumNetworkEvents", "select"),
 }
@@ -90,7 +90,7 @@ def counted(client, data):
         client.errors = notes.writing
         with client:
             display.activate(client.window)
-            with client.area(display.Display()) as area:
+            with display.Display() as screen, client.area(screen) as area:
                 untilStill(area, time.monotonic() + LIMIT)
                 before = notes.counts.copy()
                 sending = Sending(client.host, data)

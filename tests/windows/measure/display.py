@@ -67,15 +67,16 @@ _x.XSetErrorHandler(_ignored)
 
 
 class Display:
-    """One connection to the display; one thread uses it."""
+    """One connection to the display; one thread uses it. Use it in a with statement."""
 
-    def __init__(self):
+    def __enter__(self):
         self.handle = c_void_p(_x.XOpenDisplay(None))
         if not self.handle:
             raise Failure("there is no display")
         self.root = c_ulong(_x.XDefaultRootWindow(self.handle))
+        return self
 
-    def close(self):
+    def __exit__(self, *_):
         _x.XCloseDisplay(self.handle)
 
     # --- windows -----------------------------------------------------------------------------------------------------
@@ -140,7 +141,6 @@ class Display:
             _test.XTestFakeKeyEvent(self.handle, c_uint(code), 0, c_ulong(0))
         _x.XFlush(self.handle)
         return began
-
 
     def rightClick(self, left, top):
         """At a place of the display. The moment before."""

@@ -76,7 +76,7 @@ def drained(client, screen, data, limit):
 def measure(arguments):
     names = arguments.client or ("qxterm", "putty", "reader")
     with contextlib.ExitStack() as stack:
-        screen = display.Display()
+        screen = stack.enter_context(display.Display())
         running = [stack.enter_context(client) for client in clients.chosen(names, arguments.builds)]
         header(running, arguments)
         for name in arguments.payload or PAYLOADS:
