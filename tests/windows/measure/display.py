@@ -232,11 +232,11 @@ def activate(window):
     """Gives a window the keyboard."""
 
     def focused():
-        found = subprocess.run(["xdotool", "getwindowfocus"], stdout=subprocess.PIPE, text=True)
+        found = subprocess.run(["xdotool", "getwindowfocus"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         if found.stdout.strip() == str(window):
             return True
         # Asked for once, it may get lost while the program that has the keyboard is about to lose it.
-        subprocess.run(["xdotool", "windowactivate", str(window)], check=True)
+        subprocess.run(["xdotool", "windowactivate", str(window)], stderr=subprocess.DEVNULL)
         return False
 
     waitFor(focused, "the window gets the keyboard", pause=0.1)

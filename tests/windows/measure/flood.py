@@ -20,9 +20,9 @@ PATIENCE = 30.0  # seconds; what has not happened by then does not happen
 
 def options(parser):
     parser.add_argument("--payload", action="append", choices=PAYLOADS, metavar="NAME",
-                        help=f"{', '.join(PAYLOADS)}; plain, y and application")
-    parser.add_argument("--seconds", type=float, default=20, help="length of a flood; 20")
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+                        help=f"one of {', '.join(PAYLOADS)}; may be repeated (plain, y, application)")
+    parser.add_argument("--seconds", type=float, default=20, help="length of a flood (20)")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="which one (both)")
 
 
 def measure(arguments):

@@ -20,7 +20,7 @@ CELL = b"\x1b[?25l\x1b[5;5H%c"
 
 
 def options(parser):
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="which one (both)")
 
 
 def measure(arguments):
