@@ -21,15 +21,17 @@ MIB = 1024 * 1024
 LIMIT = 900.0  # seconds: each call that is noted takes its time
 FUNCTIONS = {
     "gdi32": ("ExtTextOutA", "ExtTextOutW", "TextOutA", "TextOutW", "PatBlt", "BitBlt", "StretchBlt", "Rectangle",
-              "LineTo", "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor", "SetBkColor",
-              "SetBkMode", "SetTextAlign", "GetTextExtentPoint32A", "GetTextExtentExPointA", "GetCharWidth32W", "GetCharWidthW",
-              "GetCharacterPlacementW", "CreateSolidBrush", "DeleteObject", "IntersectClipRect", "GdiFlush"),
-    "user32": ("FillRect", "InvertRect", "ScrollWindow", "ScrollWindowEx", "ScrollDC", "InvalidateRect", "UpdateWindow",
-               "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo", "SetScrollPos",
-               "PeekMessageA", "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA", "DispatchMessageW",
-               "PostMessageA", "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus", "SetTimer", "KillTimer",
-               "MsgWaitForMultipleObjects", "MsgWaitForMultipleObjectsEx"),
-    "ws2_32": ("recv", "ioctlsocket", "WSARecv", "WSAAsyncSelect", "WSAEventSelect", "WSAEnumNetworkEvents", "select"),
+              "LineTo", "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor",
+              "SetBkColor", "SetBkMode", "SetTextAlign", "GetTextExtentPoint32A", "GetTextExtentExPointA",
+              "GetCharWidth32W", "GetCharWidthW", "GetCharacterPlacementW", "CreateSolidBrush", "DeleteObject",
+              "IntersectClipRect", "GdiFlush", "PolyTextOutA", "PolyTextOutW"),
+    "user32": ("FillRect", "InvertRect", "ScrollWindow", "ScrollWindowEx", "ScrollDC", "InvalidateRect",
+               "UpdateWindow", "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo",
+               "SetScrollPos", "PeekMessageA", "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA",
+               "DispatchMessageW", "PostMessageA", "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus",
+               "SetTimer", "KillTimer", "MsgWaitForMultipleObjects", "MsgWaitForMultipleObjectsEx"),
+    "ws2_32": ("recv", "ioctlsocket", "WSARecv", "WSAAsyncSelect", "WSAEventSelect", "WSAEnumNetworkEvents",
+               "select"),
 }
 NOTED = re.compile(rb"Call (\w+)\.(\w+)\(.* ret=([0-9a-f]+)")
 
