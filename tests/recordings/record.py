@@ -176,8 +176,8 @@ def mails():
 
 
 def environment():
-    return {"HOME": str(HOME), "PATH": os.environ["PATH"], "TERM": "qxterm", "TERMINFO": str(STAGE / "terminfo"),
-            "LOCPATH": str(STAGE / "locale"), "LC_ALL": LOCALE, "USER": "desk", "LOGNAME": "desk", "SHELL": "/bin/bash",
+    return {"HOME": str(HOME), "PATH": "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin", "TERM": "qxterm",
+            "TERMINFO": str(STAGE / "terminfo"), "LOCPATH": str(STAGE / "locale"), "LC_ALL": LOCALE, "USER": "desk", "LOGNAME": "desk", "SHELL": "/bin/bash",
             "PS1": r"desk:\W\$ ", "TMPDIR": str(STAGE), "TMUX_TMPDIR": str(STAGE), "SCREENDIR": str(screenFolder()),
             "HISTFILE": "", "TZ": "UTC"}
 

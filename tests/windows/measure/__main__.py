@@ -13,7 +13,8 @@ import idle  # noqa: E402
 import memory  # noqa: E402
 from program import Failure  # noqa: E402
 
-SUBJECTS = {"drain": drain, "flood": flood, "idle": idle, "calls": calls, "connections": connections, "memory": memory}
+SUBJECTS = {"drain": drain, "flood": flood, "idle": idle, "calls": calls, "connections": connections,
+            "memory": memory}
 
 
 def build(text):

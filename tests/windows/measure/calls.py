@@ -1,4 +1,5 @@
-"""How often a client calls the system for a payload: calls of drawing and of the message loop, counted by Wine itself."""
+"""How often a client calls the system for a payload: calls of drawing and of the message loop, as Wine notes them. Beside
+the program's own calls stand those that the system's libraries made, for it or for themselves."""
 
 import collections
 import os
@@ -10,6 +11,7 @@ import time
 
 import clients
 import display
+import processes
 from drain import untilStill
 from host import Sending
 from payloads import HEAD, PAYLOADS, TAIL
@@ -18,25 +20,27 @@ from program import Failure
 MIB = 1024 * 1024
 LIMIT = 900.0  # seconds: each call that is noted takes its time
 FUNCTIONS = {
-    "gdi32": ("ExtTextOutA", "ExtTextOutW", "TextOutA", "TextOutW", "PatBlt", "BitBlt", "StretchBlt", "Rectangle", "LineTo",
-              "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor", "SetBkColor", "SetBkMode",
-              "SetTextAlign", "GetTextExtentPoint32A", "GetTextExtentExPointA", "GetCharWidth32W", "GetCharWidthW",
-              "GetCharacterPlacementW", "CreateSolidBrush", "DeleteObject", "IntersectClipRect", "GdiFlush"),
-    "user32": ("FillRect", "InvertRect", "ScrollWindow", "ScrollWindowEx", "ScrollDC", "InvalidateRect", "UpdateWindow",
-               "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo", "SetScrollPos", "PeekMessageA",
-               "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA", "DispatchMessageW", "PostMessageA",
-               "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus", "SetTimer", "KillTimer",
-               "MsgWaitForMultipleObjects", "MsgWaitForMultipleObjectsEx"),
-    "ws2_32": ("recv", "ioctlsocket", "WSARecv", "WSAAsyncSelect", "WSAEventSelect", "WSAEnumNetworkEvents", "select"),
+    "gdi32": ("ExtTextOutA", "ExtTextOutW", "TextOutA", "TextOutW", "PatBlt", "BitBlt", "StretchBlt", "Rectangle",
+              "LineTo", "Polyline", "SetDIBitsToDevice", "StretchDIBits", "SelectObject", "SetTextColor",
+              "SetBkColor", "SetBkMode", "SetTextAlign", "GetTextExtentPoint32A", "GetTextExtentExPointA",
+              "GetCharWidth32W", "GetCharWidthW", "GetCharacterPlacementW", "CreateSolidBrush", "DeleteObject",
+              "IntersectClipRect", "GdiFlush", "PolyTextOutA", "PolyTextOutW"),
+    "user32": ("FillRect", "InvertRect", "ScrollWindow", "ScrollWindowEx", "ScrollDC", "InvalidateRect",
+               "UpdateWindow", "RedrawWindow", "BeginPaint", "EndPaint", "GetDC", "ReleaseDC", "SetScrollInfo",
+               "SetScrollPos", "PeekMessageA", "PeekMessageW", "GetMessageA", "GetMessageW", "DispatchMessageA",
+               "DispatchMessageW", "PostMessageA", "PostMessageW", "SendMessageA", "SendMessageW", "GetQueueStatus",
+               "SetTimer", "KillTimer", "MsgWaitForMultipleObjects", "MsgWaitForMultipleObjectsEx"),
+    "ws2_32": ("recv", "ioctlsocket", "WSARecv", "WSAAsyncSelect", "WSAEventSelect", "WSAEnumNetworkEvents",
+               "select"),
 }
-NOTED = re.compile(rb"Call (\w+)\.(?:dll\.)?(\w+)\(")
+NOTED = re.compile(rb"Call (\w+)\.(\w+)\(.* ret=([0-9a-f]+)")
 
 
 def options(parser):
     parser.add_argument("--payload", action="append", choices=PAYLOADS, metavar="NAME",
-                        help=f"{', '.join(PAYLOADS)}; all")
-    parser.add_argument("--mib", type=float, default=1, help="size of a payload in MiB; 1")
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+                        help=f"one of {', '.join(PAYLOADS)}; may be repeated (all)")
+    parser.add_argument("--mib", type=float, default=1, help="size of a payload in MiB (1)")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="which one (both)")
 
 
 def measure(arguments):
@@ -60,7 +64,8 @@ def limitNotes():
 
 
 class Notes(threading.Thread):
-    """Counts what Wine notes, as it comes through a pipe. Use it in a with statement."""
+    """Counts what Wine notes, as it comes through a pipe, by library, function and place of the call. Use it in a with
+    statement."""
 
     def __init__(self):
         super().__init__(daemon=True)
@@ -83,6 +88,17 @@ class Notes(threading.Thread):
         self._pipe.close()
 
 
+class Calls:
+    """How often a client has called each function: itself, and the libraries."""
+
+    def __init__(self, counts, image):
+        self.own, self.others = collections.Counter(), collections.Counter()
+        low, high = image
+        for (library, function, place), count in counts.items():
+            calls = self.own if low <= int(place, 16) < high else self.others
+            calls[f"{library.decode()}.{function.decode()}"] += count
+
+
 def counted(client, data):
     """The calls of one client between the first byte of the data and a window that stands still."""
     with Notes() as notes:
@@ -90,7 +106,7 @@ def counted(client, data):
         client.errors = notes.writing
         with client:
             display.activate(client.window)
-            with client.area(display.Display()) as area:
+            with display.Display() as screen, client.area(screen) as area:
                 untilStill(area, time.monotonic() + LIMIT)
                 before = notes.counts.copy()
                 sending = Sending(client.host, data)
@@ -99,13 +115,13 @@ def counted(client, data):
                         raise Failure(f"{client.name} {'takes too long' if client.alive() else 'has ended'}")
                     time.sleep(0.1)
                 untilStill(area, time.monotonic() + LIMIT)
-                return notes.counts - before
+                return Calls(notes.counts - before, processes.image(client.process))
 
 
 def table(name, mib, counts):
     print(f"Calls for {mib:g} MiB of {name}:")
-    print(f"  {'':<34}" + "".join(f"{client:>12}" for client in counts))
-    called = sorted({function for found in counts.values() for function in found})
+    print(f"  {'':<34}" + "".join(f"{client:>12}{'libraries':>12}" for client in counts))
+    called = sorted({function for calls in counts.values() for function in calls.own + calls.others})
     for function in called:
-        library, word = (part.decode() for part in function)
-        print(f"  {library + '.' + word:<34}" + "".join(f"{found[function]:12}" for found in counts.values()), flush=True)
+        print(f"  {function:<34}" + "".join(f"{calls.own[function]:12}{calls.others[function]:12}"
+                                            for calls in counts.values()), flush=True)

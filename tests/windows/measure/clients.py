@@ -66,11 +66,10 @@ class Client:
 
     def _waitStart(self):
         if self.title is not None:
-            screen = display.Display()
-            self.window = waitFor(lambda: screen.windowOf(self.process, self.title), f"{self.name} shows its window", START,
-                                  pause=0.002)
+            with display.Display() as screen:
+                self.window = waitFor(lambda: screen.windowOf(self.process, self.title), f"{self.name} shows its window",
+                                      START, pause=0.002)
             self.shownAt = time.monotonic()
-            screen.close()
         self.host.waitConnected(START)
         if self.window is None:
             return

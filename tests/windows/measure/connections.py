@@ -8,7 +8,7 @@ FIRST = 3  # connections before counting begins
 
 
 def options(parser):
-    parser.add_argument("--count", type=int, default=50, help="how many connections; 50")
+    parser.add_argument("--count", type=int, default=50, help="how many connections (50)")
 
 
 def measure(arguments):

@@ -67,15 +67,16 @@ _x.XSetErrorHandler(_ignored)
 
 
 class Display:
-    """One connection to the display; one thread uses it."""
+    """One connection to the display; one thread uses it. Use it in a with statement."""
 
-    def __init__(self):
+    def __enter__(self):
         self.handle = c_void_p(_x.XOpenDisplay(None))
         if not self.handle:
             raise Failure("there is no display")
         self.root = c_ulong(_x.XDefaultRootWindow(self.handle))
+        return self
 
-    def close(self):
+    def __exit__(self, *_):
         _x.XCloseDisplay(self.handle)
 
     # --- windows -----------------------------------------------------------------------------------------------------
@@ -140,7 +141,6 @@ class Display:
             _test.XTestFakeKeyEvent(self.handle, c_uint(code), 0, c_ulong(0))
         _x.XFlush(self.handle)
         return began
-
 
     def rightClick(self, left, top):
         """At a place of the display. The moment before."""
@@ -232,11 +232,11 @@ def activate(window):
     """Gives a window the keyboard."""
 
     def focused():
-        found = subprocess.run(["xdotool", "getwindowfocus"], stdout=subprocess.PIPE, text=True)
+        found = subprocess.run(["xdotool", "getwindowfocus"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         if found.stdout.strip() == str(window):
             return True
         # Asked for once, it may get lost while the program that has the keyboard is about to lose it.
-        subprocess.run(["xdotool", "windowactivate", str(window)], check=True)
+        subprocess.run(["xdotool", "windowactivate", str(window)], stderr=subprocess.DEVNULL)
         return False
 
     waitFor(focused, "the window gets the keyboard", pause=0.1)

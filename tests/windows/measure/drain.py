@@ -20,11 +20,12 @@ QUIET = 0.6  # seconds without a change: the window stands still
 
 def options(parser):
     parser.add_argument("--payload", action="append", choices=PAYLOADS, metavar="NAME",
-                        help=f"{', '.join(PAYLOADS)}; all")
-    parser.add_argument("--rounds", type=int, default=5, help="5")
-    parser.add_argument("--mib", type=float, default=8, help="size of a payload in MiB; 8")
-    parser.add_argument("--limit", type=float, default=300, help="seconds that one may take; 300")
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty", "reader"), help="all three")
+                        help=f"one of {', '.join(PAYLOADS)}; may be repeated (all)")
+    parser.add_argument("--rounds", type=int, default=5, help="how often each is sent (5)")
+    parser.add_argument("--mib", type=float, default=8, help="size of a payload in MiB (8)")
+    parser.add_argument("--limit", type=float, default=300, help="seconds that one may take (300)")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty", "reader"),
+                        help="may be repeated (all three)")
 
 
 class Drained:
@@ -76,7 +77,7 @@ def drained(client, screen, data, limit):
 def measure(arguments):
     names = arguments.client or ("qxterm", "putty", "reader")
     with contextlib.ExitStack() as stack:
-        screen = display.Display()
+        screen = stack.enter_context(display.Display())
         running = [stack.enter_context(client) for client in clients.chosen(names, arguments.builds)]
         header(running, arguments)
         for name in arguments.payload or PAYLOADS:

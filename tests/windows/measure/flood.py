@@ -20,9 +20,9 @@ PATIENCE = 30.0  # seconds; what has not happened by then does not happen
 
 def options(parser):
     parser.add_argument("--payload", action="append", choices=PAYLOADS, metavar="NAME",
-                        help=f"{', '.join(PAYLOADS)}; plain, y and application")
-    parser.add_argument("--seconds", type=float, default=20, help="length of a flood; 20")
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+                        help=f"one of {', '.join(PAYLOADS)}; may be repeated (plain, y, application)")
+    parser.add_argument("--seconds", type=float, default=20, help="length of a flood (20)")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="which one (both)")
 
 
 def measure(arguments):
@@ -67,7 +67,7 @@ def spread(delays):
 def countPictures(client, seconds):
     """How many pictures differed from the one before, and how many were taken."""
     changes = looks = 0
-    with client.area(display.Display()) as area:
+    with display.Display() as screen, client.area(screen) as area:
         end = time.monotonic() + seconds
         while time.monotonic() < end:
             changes += area.changed()
@@ -96,45 +96,43 @@ class Typing(threading.Thread):
         self.start()
 
     def run(self):
-        screen = display.Display()
-        while time.monotonic() < self._end:
-            self.delays.append(keyDelay(screen, self._host, PATIENCE))
-            time.sleep(KEY_PAUSE)
+        with display.Display() as screen:
+            while time.monotonic() < self._end:
+                self.delays.append(keyDelay(screen, self._host, PATIENCE))
+                time.sleep(KEY_PAUSE)
 
 
 def menuOpens(client, close=True):
     """Opens a menu; seconds until its window appears, or None."""
-    screen = display.Display()
-    screen.watchWindows()
-    pressed = client.callMenu(screen)
-    appeared = screen.windowAppears(PATIENCE)
-    if close:
-        time.sleep(0.3)
-        screen.key("Escape")
-        screen.key("Escape")
-        time.sleep(0.5)
-    screen.close()
+    with display.Display() as screen:
+        screen.watchWindows()
+        pressed = client.callMenu(screen)
+        appeared = screen.windowAppears(PATIENCE)
+        if close:
+            time.sleep(0.3)
+            screen.key("Escape")
+            screen.key("Escape")
+            time.sleep(0.5)
     return None if appeared is None else appeared - pressed
 
 
 def disconnects(client, block):
     """Connects anew when there is no connection, floods, chooses Disconnect; seconds until the connection ends, or None."""
-    screen = display.Display()
     host = client.host
-    if host.connection is None:
-        reconnect(client, screen)
-    with Flood(host, block):
-        time.sleep(SETTLE)
-        if menuOpens(client, close=False) is None:
-            raise Failure("there is no menu to choose Disconnect from")
-        pressed = screen.key("d")
-        try:
-            waitFor(lambda: host.endedAt, "the connection ends", PATIENCE, pause=0.001)
-        except Failure:
-            return None
+    with display.Display() as screen:
+        if host.connection is None:
+            reconnect(client, screen)
+        with Flood(host, block):
+            time.sleep(SETTLE)
+            if menuOpens(client, close=False) is None:
+                raise Failure("there is no menu to choose Disconnect from")
+            pressed = screen.key("d")
+            try:
+                waitFor(lambda: host.endedAt, "the connection ends", PATIENCE, pause=0.001)
+            except Failure:
+                return None
     ended = host.endedAt
     host.forget()
-    screen.close()
     return ended - pressed
 
 

@@ -20,7 +20,7 @@ CELL = b"\x1b[?25l\x1b[5;5H%c"
 
 
 def options(parser):
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="which one (both)")
 
 
 def measure(arguments):
@@ -40,9 +40,8 @@ def measure(arguments):
 
 
 def figures(client, starts):
-    screen = display.Display()
     yield "start to window", start(client, starts)
-    with client.area(screen) as area:
+    with display.Display() as screen, client.area(screen) as area:
         yield "socket to cell drawn", spread(cellDelays(client, area))
         yield "key to socket", spread([pressed(client, screen) for _ in range(SAMPLES)])
         untilStill(area, time.monotonic() + PATIENCE)
@@ -61,8 +60,8 @@ def start(client, starts):
 
 def spread(delays):
     values = sorted(delay * 1000 for delay in delays)
-    return (f"median {statistics.median(values):.1f} ms, 95 % {values[int(len(values) * 0.95)]:.1f} ms, worst {values[-1]:.1f} "
-            f"ms, {len(values)} samples")
+    return (f"median {statistics.median(values):.1f} ms, 95 % {values[int(len(values) * 0.95)]:.1f} ms, "
+            f"worst {values[-1]:.1f} ms, {len(values)} samples")
 
 
 def cellDelays(client, area):

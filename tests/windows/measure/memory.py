@@ -15,10 +15,10 @@ LIMIT = 120.0  # seconds for a piece
 
 
 def options(parser):
-    parser.add_argument("--megabytes", type=int, nargs="+", default=[1, 1000], help="how much output; 1 1000")
+    parser.add_argument("--megabytes", type=int, nargs="+", default=[1, 1000], help="how much output (1 1000)")
     parser.add_argument("--payload", choices=PAYLOADS, default="plain", metavar="NAME",
-                        help=f"{', '.join(PAYLOADS)}; plain")
-    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="both")
+                        help=f"one of {', '.join(PAYLOADS)} (plain)")
+    parser.add_argument("--client", action="append", choices=("qxterm", "putty"), help="which one (both)")
 
 
 def measure(arguments):

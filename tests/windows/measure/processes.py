@@ -29,6 +29,13 @@ def memory(process):
     return tuple(int(values[name].split()[0]) / 1024 for name in ("VmRSS", "VmHWM"))
 
 
+def image(process):
+    """The addresses between which a Windows program's own file lies, without the libraries."""
+    lines = Path(f"/proc/{process}/maps").read_text().splitlines()
+    ranges = [line.split(" ", 1)[0].split("-") for line in lines if line.endswith(".exe")]
+    return int(ranges[0][0], 16), int(ranges[-1][1], 16)
+
+
 def wineServer():
     """The process that stands in for the system's kernel in this run's prefix."""
     prefix = f"WINEPREFIX={os.environ['WINEPREFIX']}".encode()
