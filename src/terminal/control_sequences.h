@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "terminal/interpreter_state.h"
+
 namespace qxterm {
 
 /// What doEsc, doEscBracket and doTelnet share with the interpreter: the bytes being interpreted, a 1-based
@@ -16,6 +18,8 @@ struct Interpretation {
     bool resumed = false;
     /// Set by a repeat that goes back: the interpreter yields once.
     bool wentBack = false;
+    /// The stream that the data belongs to: what is left of it is dropped when another one has begun.
+    std::uint32_t stream = outputStream;
     /// Bit p: the repeat whose final character stands at position p has gone back in this block.
     std::vector<bool> repeatedAt{};
 

@@ -58,12 +58,12 @@ void returnToLiveView() {
 /// Lets paints, timers, keys and the user's commands in between. What is left of the block is dropped when
 /// the program ends or another session begins meanwhile.
 void yield(Interpretation& input) {
-    const std::uint32_t stream = outputStream;
-    layOutKeyBar();
-    eventLoop::doEvents();
-    if (stream == outputStream) [[likely]]
-        returnToLiveView();
-    if (eventLoop::ending() || stream != outputStream) input.position = input.length();
+    if (eventLoop::yieldDue()) {
+        layOutKeyBar();
+        eventLoop::doEvents();
+        if (input.stream == outputStream) returnToLiveView();
+    }
+    if (eventLoop::ending() || input.stream != outputStream) input.position = input.length();
 }
 
 void keepLast(char c) {

@@ -9,7 +9,7 @@ import cells  # noqa: E402
 from peers import Peer  # noqa: E402
 from program import Program, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
 
-MEGABYTES = 16
+MEGABYTES = 128
 BLOCK = b"yes, a line of ordinary output\r\n" * 32768  # 1 MiB
 MODES = b"\x1b[?5h\x1b[?5l\a\x1b[2p\x1b[0p\x1b[1;5H\x1b[31mx\x1b[m\x1b[2K" * 2048
 LATENCY = 0.1  # seconds in which the window answers

@@ -53,6 +53,8 @@ void doEvents() {
     if (headless::yieldHook != nullptr || headless::paintsWaiting) headless::deliverEvents();
 }
 
+bool yieldDue() { return true; }
+
 void sleep(std::int32_t milliseconds) { headless::passTime(milliseconds); }
 
 bool ending() { return headless::programEnding; }

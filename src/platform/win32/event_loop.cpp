@@ -87,19 +87,21 @@ void run() {
     while (!ending() && !win32::loadedForms().empty()) win32::waitAndDispatch();
 }
 
-void doEvents() {
-    // The interpreter yields after every line feed: the clock's coarse tick is all that costs next to
-    // nothing.
+bool yieldDue() {
+    // The clock's coarse tick is all that costs next to nothing.
     static ULONGLONG lastTick = 0;
     const ULONGLONG tick = GetTickCount64();
-    if (tick == lastTick) return;
+    if (tick == lastTick) return false;
     lastTick = tick;
-    if (win32::microseconds() - win32::lastServed >= win32::longestUnserved) {
-        win32::lastServed = win32::microseconds();
-        MSG message{};
-        while (!ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
-            if (!win32::carryOut(message)) return;
-        }
+    return win32::microseconds() - win32::lastServed >= win32::longestUnserved;
+}
+
+void doEvents() {
+    win32::lastServed = win32::microseconds();
+    const bool served = win32::systemLoopRuns();  // as soon as the block has ended
+    MSG message{};
+    while (!served && !ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+        if (!win32::carryOut(message)) return;
     }
     win32::showPicturesIfDue(true);
 }

@@ -55,4 +55,13 @@ void boxClosed() {
     applyModality();
 }
 
+bool systemLoopRuns() {
+    if (openBoxes > 0) return true;
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) == 0) return false;
+    constexpr DWORD modes = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE | GUI_INMOVESIZE;
+    return (thread.flags & modes) != 0 || thread.hwndCapture != nullptr;
+}
+
 }  // namespace qxterm::win32

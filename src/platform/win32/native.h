@@ -68,6 +68,9 @@ void endModal(const Form& form);
 /// Counts message boxes, under which no form answers.
 void boxOpened();
 void boxClosed();
+/// Whether a loop of the system's own runs: that of a menu, a message box, a dragged scroll bar. The messages
+/// that it waits for are its own to take.
+[[nodiscard]] bool systemLoopRuns();
 
 /// Gives the form's window this title: its caption, or the application's title while it is minimised.
 void showTitle(const Form& form);
