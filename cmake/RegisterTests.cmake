@@ -117,6 +117,8 @@ function(qxterm_wine_test name seconds)
     )
 endfunction()
 
+qxterm_test(wine/program-files wine 60 "${Python3_EXECUTABLE}" "${checks}/check-program.py" "${windows_build}")
+
 # For those that watch the clock closely: alone on the machine.
 function(qxterm_run_alone)
     set_tests_properties(${ARGN} PROPERTIES RUN_SERIAL ON)

@@ -81,7 +81,7 @@ void tick(UINT /*message*/, WPARAM wParam, LPARAM /*lParam*/) {
 }  // namespace
 
 void showPictures() {
-    if (showing) return;
+    if (showing || !anyChanged()) return;
     showing = true;
     const std::int64_t begin = microseconds();
     showAll();

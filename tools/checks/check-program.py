@@ -1,0 +1,45 @@
+#!/usr/bin/env python3
+"""What is handed over is small, and loads no library but those of Windows that it calls.
+
+Usage: check-program.py FOLDER     (a build for Windows)
+"""
+
+import subprocess
+import sys
+from pathlib import Path
+
+# Programs, their largest size in bytes, and the libraries that each may load besides those that all do.
+PROGRAMS = {"qxterm.exe": (1_000_000, {"user32", "gdi32", "comctl32", "ws2_32", "iphlpapi"}),
+            "zpt_ssh.exe": (400_000, {"ws2_32", "iphlpapi"}),
+            "zpt_tnetd.exe": (400_000, {"ws2_32"})}
+COMMON = {"kernel32", "msvcrt"}
+
+
+def libraries(path):
+    listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", path], capture_output=True, text=True, check=True).stdout
+    names = [line.split(":", 1)[1].strip() for line in listing.splitlines() if "DLL Name:" in line]
+    return {name.lower().removesuffix(".dll") for name in names}
+
+
+def main(folder):
+    problems = []
+    for name, (limit, allowed) in PROGRAMS.items():
+        path = Path(folder) / name
+        size = path.stat().st_size
+        loaded = libraries(path)
+        if size >= limit:
+            problems.append(f"{name} has {size} bytes; it is to stay below {limit}")
+        if loaded - allowed - COMMON:
+            problems.append(f"{name} loads {', '.join(sorted(loaded - allowed - COMMON))}")
+        if allowed - loaded:
+            problems.append(f"{name} no longer calls {', '.join(sorted(allowed - loaded))}: take it from what is linked")
+        print(f"{name}: {size} bytes, loads {', '.join(sorted(loaded))}")
+    for problem in problems:
+        print(problem, file=sys.stderr)
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    sys.exit(main(sys.argv[1]))
