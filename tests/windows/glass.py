@@ -1,0 +1,290 @@
+"""What stands in the window, pixel by pixel, beside the picture in memory, and that beside the records.
+
+The probe compares whenever a picture has been shown, while random output flows and the user selects, scrolls, opens
+menus and has other windows in front. QXTERM_SEED chooses another run.
+"""
+
+import os
+import random
+import shutil
+import subprocess
+import sys
+import threading
+import time
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
+from blocks import Blocks  # noqa: E402
+from desk import Desk  # noqa: E402
+from neighbour import windowInFront  # noqa: E402
+from peers import Peer  # noqa: E402
+from program import (SHOTS, TEST, Failure, capture, check, checkEqual, netProfile, run, saveScreen,  # noqa: E402
+                     waitFor, writeProfiles, xdotool)
+
+SEED = int(os.environ.get("QXTERM_SEED", "1"))
+PACE = 0.011  # seconds a block: the probe looks every 10 ms
+SIZES = {"medium": ("m", 10), "large": ("l", 11), "small": ("s", 9)}  # letter of the Options dialog, points
+SECONDS = 22  # at each size
+LEAST = 3000  # blocks after which the comparison must have been made
+ACTIVE = "A connection is active, exit anyway?"
+
+
+class Feeder:
+    """Sends block after block; the next one when the program has interpreted the one before."""
+
+    def __init__(self, peer, seed):
+        self.peer = peer
+        self.sent = []
+        self._blocks = Blocks(seed)
+        self._go = threading.Event()
+        self._idle = threading.Event()
+        self._end = False
+        self._failure = None
+        self._thread = threading.Thread(target=self._run)
+
+    def __enter__(self):
+        self._thread.start()
+        self.resume()
+        return self
+
+    def __exit__(self, *_):
+        self._end = True
+        self._go.set()
+        self._thread.join()
+
+    def resume(self):
+        self._idle.clear()
+        self._go.set()
+
+    def pause(self):
+        """Returns when the last block has been interpreted."""
+        self._go.clear()
+        waitFor(self._idle.is_set, "the last block is interpreted")
+        if self._failure is not None:
+            raise self._failure
+
+    def _run(self):
+        try:
+            while not self._end:
+                if not self._go.is_set():
+                    self._idle.set()
+                    self._go.wait()
+                    continue
+                began = time.monotonic()
+                self._send()
+                time.sleep(max(0.0, began + PACE - time.monotonic()))
+        except Failure as failure:
+            self._failure = failure
+        finally:
+            self._idle.set()
+
+    def _send(self):
+        number = len(self.sent)
+        # An option of telnet that nobody has: its refusal comes when all before it has been interpreted.
+        option = bytes((100 + number % 100,))
+        block = self._blocks.block(number)
+        self.sent.append(block)
+        self.peer.received.clear()
+        self.peer.send(block + b"\xff\xfd" + option)
+        waitFor(lambda: b"\xff\xfc" + option in bytes(self.peer.received), f"block {number} is interpreted",
+                pause=0.001)
+
+
+class User:
+    """What the user does, at random, while output flows."""
+
+    def __init__(self, desk, feeder, seed):
+        self.desk, self.feeder = desk, feeder
+        self.random = random.Random(seed)
+        self.done = []
+        self.compared = 0
+        self.measure()
+
+    def measure(self):
+        places, view = self.desk.ask("places", "view")
+        self.place, self.cellSize = places["picterm"], view["cell"]
+        self.bar = places["frmterm"]["controls"]["vscterm"]
+        # Where the mouse changes nothing.
+        self.aside = (5, 5)
+
+    def at(self, column, row):
+        left, top = self.place[:2]
+        width, height = self.cellSize
+        return left + column * width + width // 2, top + row * height + height // 2
+
+    def anywhere(self):
+        return self.at(self.random.randint(0, 79), self.random.randint(0, 23))
+
+    def drag(self):
+        moves = []
+        for _ in range(self.random.randint(1, 6)):
+            moves += ["mousemove", *self.anywhere(), "sleep", "0.03"]
+        xdotool("mousemove", *self.anywhere(), "mousedown", 1, *moves, "mouseup", 1)
+
+    def click(self):
+        xdotool("mousemove", *self.anywhere(), "click", 1)
+
+    def wheel(self):
+        """Back and forth, with selections in the scrollback; output would bring the live screen back."""
+        self.feeder.pause()
+        clicks = []
+        for _ in range(self.random.randint(2, 8)):
+            clicks += ["click", "--repeat", self.random.randint(1, 12), self.random.choice((4, 4, 5))]
+        xdotool("mousemove", *self.anywhere(), *clicks)
+        if self.random.random() < 0.6:
+            self.drag()
+        left, top, width, height = self.bar
+        across = left + width // 2
+        for _ in range(self.random.randint(0, 3)):
+            down = self.random.choice((top + 8, top + height - 8, top + height // 3))
+            xdotool("mousemove", across, down, "click", 1)
+        self.shows()
+        self.feeder.resume()
+
+    def dragAbove(self):
+        """The view scrolls under the mouse that leaves the page with the button held."""
+        if self.random.random() < 0.5:
+            self.feeder.pause()
+        x, _ = self.anywhere()
+        top = self.place[1]
+        xdotool("mousemove", *self.anywhere(), "mousedown", 1, "mousemove", x, top - 12, "sleep", "0.35", "mousemove",
+                *self.anywhere(), "sleep", "0.05", "mouseup", 1)
+        self.feeder.resume()
+
+    def menu(self):
+        self.desk.openMenu(self.random.choice("pech"))
+        time.sleep(0.2)
+        self.desk.closeMenu()
+
+    def about(self):
+        self.desk.menu("h", "a")
+        self.desk.dialog("frmSplash")
+        time.sleep(0.2)
+        self.desk.key("Return")
+        self.desk.gone("frmSplash")
+
+    def question(self):
+        self.desk.close()
+        self.desk.messageBox(ACTIVE)
+        time.sleep(0.2)
+        self.desk.answer(ACTIVE, "No")
+
+    def minimise(self):
+        window = self.desk.mainWindowId()
+        xdotool("windowminimize", "--sync", window)
+        time.sleep(0.3)
+        xdotool("windowactivate", "--sync", window)
+        waitFor(lambda: self.desk.ask("places")["picterm"] == self.place, "the window is back in its place")
+
+    def covered(self):
+        self.desk.ask("cover")
+        for _ in range(4):
+            self.random.choice((self.drag, self.click, lambda: time.sleep(0.3)))()
+        self.desk.ask("uncover")
+
+    def inFront(self):
+        with windowInFront():
+            time.sleep(0.5)
+
+    def still(self):
+        self.feeder.pause()
+        self.shows()
+        self.feeder.resume()
+
+    def shows(self):
+        """What the display shows is what the system says of the window. Output does not flow now."""
+        xdotool("mousemove", *self.aside)
+        path = Path(self.desk.scratch) / "copy.ppm"
+
+        def equal():
+            if not self.desk.ask("copy")["whole"]:
+                return False
+            told = path.read_bytes()
+            shown = capture(*self.place)
+            return told[-len(shown):] == shown
+
+        waitFor(equal, lambda: f"the display shows the window's pixels; see {keep(self.desk, 'copy')}, "
+                               f"{saveScreen(TEST + '-display')}")
+        self.compared += 1
+
+    def act(self):
+        # The same number of each.
+        action = self.random.choice((self.drag, self.drag, self.click, self.wheel, self.dragAbove, self.menu,
+                                     self.about, self.question, self.minimise, self.covered, self.covered,
+                                     self.inFront, self.still))
+        self.done.append(f"{len(self.feeder.sent)} {action.__name__}")
+        action()
+
+
+def keep(desk, name):
+    """A picture that the probe has written, to be looked at; returns its path."""
+    source = Path(desk.scratch) / f"{name}.ppm"
+    if not source.exists():
+        return f"no picture {name}"
+    SHOTS.mkdir(parents=True, exist_ok=True)
+    target = SHOTS / f"{TEST}-{name}.png"
+    if subprocess.run(["convert", str(source), str(target)]).returncode != 0:
+        target = target.with_suffix(".ppm")
+        shutil.copy(source, target)
+    return target
+
+
+def lookAt(desk, feeder, user, seed):
+    """Raises what the probe has found."""
+    told = desk.ask("glass")
+    failure = told["failure"]
+    if not failure:
+        return told
+    lines = [f"seed {seed}, step {failure['step'].strip()}: {failure['what']}, {failure['left out']} cells covered"]
+    for name, value in failure["where"].items():
+        lines += [f"    {name}: {value}"] if not isinstance(value, list) else [f"    {name}:"] + [
+            f"        {line}" for line in value]
+    step = failure["step"].strip()
+    last = int(step) if step.isdigit() else len(feeder.sent) - 1
+    lines += [f"    block {n}: {feeder.sent[n]!r}" for n in range(max(0, last - 2), min(last + 2, len(feeder.sent)))]
+    lines.append(f"    the user's last steps: {user.done[-6:]}")
+    lines.append(f"    see {keep(desk, 'found')}, {keep(desk, 'wanted')}, {saveScreen(TEST + '-display')}")
+    raise Failure("\n".join(lines))
+
+
+def chooseSize(desk, name):
+    letter, points = SIZES[name]
+    desk.menu("c", "o")
+    desk.dialog("frmOptions")
+    desk.focusIs("fptOptions")
+    desk.key("ctrl+Prior", "alt+" + letter, "Return")
+    desk.gone("frmOptions")
+    waitFor(lambda: desk.ask("profile")["fontsize"] == points, f"the size is {name}")
+
+
+def anything():
+    with Peer() as peer:
+        writeProfiles({"glass": netProfile(peer.port, Font="medium")})
+        with Desk("glass") as desk:
+            desk.waitState("g_bConnectActive", True)
+            desk.gone("frmConn")
+            began = time.monotonic()
+            seed = SEED
+            print(f"seed {seed}", flush=True)
+            with Feeder(peer, seed) as feeder:
+                user = User(desk, feeder, seed)
+                for name in SIZES:
+                    end = time.monotonic() + SECONDS
+                    if name != "medium":
+                        chooseSize(desk, name)
+                    user.measure()
+                    while time.monotonic() < end:
+                        user.act()
+                        lookAt(desk, feeder, user, seed)
+                feeder.pause()
+                user.shows()
+                told = lookAt(desk, feeder, user, seed)
+            told.pop("failure")
+            print(f"{len(feeder.sent)} blocks, {len(user.done)} of the user's steps, {user.compared} pictures of the "
+                  f"display, {time.monotonic() - began:.0f} s: {told}")
+            check(told["steps"] >= LEAST, f"at least {LEAST} blocks were compared")
+            check(told["with records"] >= LEAST, f"at least {LEAST} pictures were compared with the records")
+            checkEqual(desk.boxes(), [], "message boxes")
+
+
+run(anything)
