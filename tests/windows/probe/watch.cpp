@@ -7,6 +7,7 @@
 
 #include "folder.h"
 #include "glass.h"
+#include "platform/win32/message_window.h"
 #include "platform/win32/native.h"
 #include "records.h"
 #include "terminal/input_busy.h"
@@ -17,7 +18,7 @@
 namespace qxterm::probe {
 namespace {
 
-constexpr UINT lookEvery = 10;  // milliseconds
+constexpr UINT lookEvery = 15;  // milliseconds
 /// Looks after which a change must have been shown while nothing else is done: 20 frames or so.
 constexpr int longestWait = 35;
 /// Cells of the status row in which the host counts its blocks.
@@ -201,10 +202,23 @@ private:
     Json failure_ = Json::object();
 };
 
+Watch& watch();
+
+/// What a socket announces ends a wait, before which all pictures were shown.
+LRESULT CALLBACK beforeMessage(int code, WPARAM how, LPARAM lParam) {
+    const MSG& message = *reinterpret_cast<const MSG*>(lParam);
+    if (code == HC_ACTION && how == PM_REMOVE && message.message >= win32::wmSocketFirst &&
+        message.message <= win32::wmSocketLast) {
+        watch().look();
+    }
+    return CallNextHookEx(nullptr, code, how, lParam);
+}
+
 Watch& watch() {
-    // Begun with the first question about it. A timer of the thread, which every message loop serves.
+    // Begun with the first question about it. A timer of the thread is served by every message loop.
     static Watch* const one = [] {
         SetTimer(nullptr, 0, lookEvery, [](HWND, UINT, UINT_PTR, DWORD) { watch().look(); });
+        SetWindowsHookExA(WH_GETMESSAGE, beforeMessage, nullptr, GetCurrentThreadId());
         return std::make_unique<Watch>().release();
     }();
     return *one;
