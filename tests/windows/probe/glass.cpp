@@ -189,8 +189,11 @@ const Looks::Pixels& Looks::plain(const PictureCell& cell, std::uint8_t backgrou
     return pixels;
 }
 
-Looks::Pixels Looks::of(const PictureCell& cell, std::uint8_t background) {
-    Pixels pixels = plain(cell, background);
+const Looks::Pixels& Looks::of(const PictureCell& cell, std::uint8_t background) {
+    const Pixels& upright = plain(cell, background);
+    if (!cell.inverted() && !cell.barInverted()) return upright;
+    Pixels& pixels = inverted_;
+    pixels = upright;
     const auto invert = [](auto first, auto end) {
         std::transform(first, end, first, [](auto pixel) { return pixel ^ colourBits; });
     };
@@ -269,7 +272,7 @@ Json GlassCheck::compare() {
                 ++leftOut_;
                 continue;
             }
-            const Looks::Pixels wanted = looks_.of(picterm.picture().at(column, row), picterm.background());
+            const Looks::Pixels& wanted = looks_.of(picterm.picture().at(column, row), picterm.background());
             if (!equal(wanted, column, row)) return difference(wanted, column, row);
         }
     }
@@ -284,7 +287,7 @@ void GlassCheck::saveWanted(const std::string& path) {
     Looks::Pixels all(static_cast<std::size_t>(found_.width()) * static_cast<std::size_t>(found_.height()));
     for (int row = 0; row < pictureRows; ++row) {
         for (int column = 0; column < pictureColumns; ++column) {
-            const Looks::Pixels cell = looks_.of(picterm.picture().at(column, row), picterm.background());
+            const Looks::Pixels& cell = looks_.of(picterm.picture().at(column, row), picterm.background());
             for (int y = 0; y < looks_.height(); ++y) {
                 const auto to = static_cast<std::ptrdiff_t>(row * looks_.height() + y) * found_.width() +
                                 static_cast<std::ptrdiff_t>(column) * looks_.width();

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "output.h"
@@ -47,7 +47,8 @@ public:
     void follow();
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
-    [[nodiscard]] Pixels of(const PictureCell& cell, std::uint8_t background);
+    /// Good until the next call.
+    [[nodiscard]] const Pixels& of(const PictureCell& cell, std::uint8_t background);
     /// The characters of which pixels lie beside their cell: "normal A", "bold W", "lines j".
     [[nodiscard]] const std::vector<std::string>& overhanging() const { return overhanging_; }
 
@@ -66,7 +67,8 @@ private:
     win32::Font bold_;
     win32::Font lines_;
     Canvas canvas_;
-    std::map<std::uint32_t, Pixels> known_;
+    std::unordered_map<std::uint32_t, Pixels> known_;
+    Pixels inverted_;
     std::vector<std::string> overhanging_;
 };
 

@@ -71,8 +71,9 @@ bool isSelected(int row, int column) {
 
 bool cursorMay() { return !modeSet(mode::cursorHidden) && vscterm.value() == liveView; }
 
-/// A blinking cursor may be in either phase; else it is there whenever it may be.
-bool cursorMust() { return cursorMay() && !cursorBlinkOff; }
+/// A blinking cursor may be in either phase, and stays in it while the window is inactive; any other is there
+/// whenever it may be.
+bool cursorMust() { return cursorMay() && !modeSet(mode::cursorBlinking); }
 
 bool same(const PictureCell& cell, const Wanted& wanted) {
     const int bg = cell.drawn() ? cell.bg() : picterm.background();

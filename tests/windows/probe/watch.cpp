@@ -7,6 +7,7 @@
 
 #include "folder.h"
 #include "glass.h"
+#include "platform/win32/clock.h"
 #include "platform/win32/message_window.h"
 #include "platform/win32/native.h"
 #include "records.h"
@@ -80,7 +81,9 @@ public:
     void look() {
         if (looking_ || !failure_.empty()) return;
         looking_ = true;
+        const std::int64_t began = win32::microseconds();
         lookAtWindow();
+        spent_ += win32::microseconds() - began;
         looking_ = false;
     }
 
@@ -99,6 +102,7 @@ public:
                 {"unseen", unseen_},
                 {"covered", covered_},
                 {"cells left out", cellsLeftOut_},
+                {"milliseconds", spent_ / 1000},
                 {"overhanging", glass_.overhanging()},
                 {"failure", failure_}};
     }
@@ -115,7 +119,7 @@ private:
     void lookAtWindow() {
         if (picterm.native == nullptr) return;
         HWND const window = picterm.native->window;
-        if (IsWindowVisible(window) == 0 || IsIconic(GetAncestor(window, GA_ROOT)) != 0 || !glass_.copy()) {
+        if (IsWindowVisible(window) == 0 || IsIconic(GetAncestor(window, GA_ROOT)) != 0) {
             ++unseen_;
             return;
         }
@@ -124,6 +128,10 @@ private:
             ++waiting_;
             if (inputBusy != 0 || inFullCover(window)) return;
             if (++waited_ > longestWait) fail("the picture is not shown", {{"looks", waited_}});
+            return;
+        }
+        if (!glass_.copy()) {
+            ++unseen_;
             return;
         }
         waited_ = 0;
@@ -188,6 +196,7 @@ private:
     bool covering_ = false;
     bool looking_ = false;
     int waited_ = 0;
+    std::int64_t spent_ = 0;
     long looks_ = 0;
     long steps_ = 0;
     long pictures_ = 0;
