@@ -23,9 +23,9 @@ from program import (SHOTS, TEST, Failure, capture, check, checkEqual, netProfil
                      waitFor, writeProfiles, xdotool)
 
 SEED = int(os.environ.get("QXTERM_SEED", "1"))
-PACE = 0.01  # seconds a block: in the rest of them the program shows the picture and waits
+PACE = 0.005  # seconds a block: in the rest of them the program shows the picture and waits
 SIZES = {"medium": ("m", 10), "large": ("l", 11), "small": ("s", 9)}  # letter of the Options dialog, points
-STEPS = 1050  # blocks at each size after which the comparison has been made
+STEPS = 1000  # blocks at each size after which the comparison has been made
 PATIENCE = 150  # seconds at each size
 ACTIVE = "A connection is active, exit anyway?"
 
@@ -188,6 +188,10 @@ class User:
             time.sleep(0.5)
         self.still()
 
+    def watch(self):
+        """Nothing but output: in the loops of menus and boxes fewer blocks are seen one by one."""
+        time.sleep(1)
+
     def still(self):
         self.feeder.pause()
         self.shows()
@@ -213,7 +217,7 @@ class User:
         """Each of it, in another order every time."""
         actions = [self.drag, self.drag, self.drag, self.click, self.wheel, self.wheel, self.dragAbove, self.menu,
                    self.about, self.question, self.minimise, self.covered, self.covered, self.covered, self.inFront,
-                   self.still]
+                   self.still, self.watch, self.watch, self.watch]
         self.random.shuffle(actions)
         for action in actions:
             self.done.append(f"{len(self.feeder.sent)} {action.__name__}")
