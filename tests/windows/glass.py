@@ -23,7 +23,10 @@ from program import (SHOTS, TEST, Failure, capture, check, checkEqual, netProfil
                      waitFor, writeProfiles, xdotool)
 
 SEED = int(os.environ.get("QXTERM_SEED", "1"))
-PACE = 0.005  # seconds a block: in the rest of them the program shows the picture and waits
+# Seconds a block: in the rest of them the program shows the picture and waits. Longer than a frame, so that the picture is
+# shown before a paint that waits, too.
+PACE = 0.005
+SLOW = 0.02
 SIZES = {"medium": ("m", 10), "large": ("l", 11), "small": ("s", 9)}  # letter of the Options dialog, points
 STEPS = 1000  # blocks at each size after which the comparison has been made
 PATIENCE = 150  # seconds at each size
@@ -36,6 +39,7 @@ class Feeder:
     def __init__(self, peer, seed):
         self.peer = peer
         self.sent = []
+        self.pace = PACE
         self._blocks = Blocks(seed)
         self._go = threading.Event()
         self._idle = threading.Event()
@@ -73,7 +77,7 @@ class Feeder:
                     continue
                 began = time.monotonic()
                 self._send()
-                time.sleep(max(0.0, began + PACE - time.monotonic()))
+                time.sleep(max(0.0, began + self.pace - time.monotonic()))
         except Failure as failure:
             self._failure = failure
         finally:
@@ -179,8 +183,9 @@ class User:
 
     def covered(self):
         self.desk.ask("cover")
-        for _ in range(4):
-            self.random.choice((self.drag, self.click, lambda: time.sleep(0.3)))()
+        for self.feeder.pace in (SLOW, PACE):
+            for _ in range(3):
+                self.random.choice((self.drag, self.click, lambda: time.sleep(0.3)))()
         self.desk.ask("uncover")
 
     def inFront(self):
@@ -321,32 +326,34 @@ def anything():
 class Lines:
     """A host that sends numbered lines without end, until it is told to stop."""
 
-    def __init__(self):
+    def __init__(self, atOnce, pause):
+        """atOnce: lines in one block. pause: seconds between two blocks."""
+        self.atOnce, self.pause = atOnce, pause
         self.sent = 0
         self.stopped = False
 
     def __call__(self, connection):
         connection.sendall(b"\x1b[2J\x1b[H")
         while not self.stopped:
-            block = "".join(f"\r\nline {number:07} {'=-' * (number % 30)}" for number in
-                            range(self.sent, self.sent + 50))
-            connection.sendall(block.encode())
-            self.sent += 50
+            numbers = range(self.sent, self.sent + self.atOnce)
+            connection.sendall("".join("\r\n" + self.line(number) for number in numbers).encode())
+            self.sent += self.atOnce
+            time.sleep(self.pause)
 
     def line(self, number):
         return f"line {number:07} {'=-' * (number % 30)}".rstrip()
 
 
 @contextlib.contextmanager
-def flooded():
-    """A window with a flood of lines; afterwards none of them is lost, and the window shows what it should."""
-    lines = Lines()
+def flowing(atOnce, pause):
+    """A window with lines that flow; afterwards none of them is lost, and the window shows what it should."""
+    lines = Lines(atOnce, pause)
     with Peer(lines) as peer:
         writeProfiles({"flood": netProfile(peer.port)})
         with Desk("flood") as desk:
             desk.waitState("g_bConnectActive", True)
             desk.gone("frmConn")
-            waitFor(lambda: lines.sent > 2000, "the flood flows")
+            waitFor(lambda: lines.sent > 20 * atOnce, "the lines flow")
             try:
                 yield desk, lines
             finally:
@@ -354,8 +361,9 @@ def flooded():
             waitFor(lambda: desk.rows()[23] == lines.line(lines.sent - 1), lambda: f"line {lines.sent - 1} arrives:\n"
                                                                                  f"{desk.page()}")
             stored = [line["text"].rstrip() for line in desk.ask("scrollback")["lines"]] + desk.rows()[:24]
-            first = lines.sent - len(stored)
-            checkEqual(stored, [lines.line(number) for number in range(first, lines.sent)], "the lines, in their order")
+            count = min(lines.sent, len(stored))
+            checkEqual(stored[-count:], [lines.line(number) for number in range(lines.sent - count, lines.sent)],
+                       "the lines, in their order")
             # The watch begins here: up to now the program alone has decided what is shown when.
             told = waitFor(lambda: (told := desk.ask("glass"))["looks"] > 5 and told, "the window is compared")
             check(not told["failure"], f"{told['failure']}; see {keep(desk, 'found')}, {keep(desk, 'wanted')}")
@@ -373,29 +381,34 @@ def goesOn(desk, lines, what):
         time.sleep(0.1)
     check(len(pictures) >= 6, f"{what}: of 8 pictures of the window {len(pictures)} differ; "
                               f"see {saveScreen(TEST + '-stands')}")
-    check(lines.sent > sent, f"{what}: the flood moves on")
+    check(lines.sent > sent, f"{what}: the lines flow on")
 
 
 def boxes():
+    for atOnce, pause in ((50, 0), (1, 0.05)):
+        with flowing(atOnce, pause) as (desk, lines):
+            behindBoxes(desk, lines)
+
+
+def behindBoxes(desk, lines):
     """A menu, the About box and the question about closing: behind each the screen lives on."""
-    with flooded() as (desk, lines):
-        desk.openMenu("h")
-        goesOn(desk, lines, "a menu is open")
-        desk.key("a")
-        desk.dialog("frmSplash")
-        goesOn(desk, lines, "the About box is open")
-        desk.key("Return")
-        desk.gone("frmSplash")
-        desk.close()
-        desk.messageBox(ACTIVE)
-        goesOn(desk, lines, "the question is open")
-        desk.answer(ACTIVE, "No")
-        goesOn(desk, lines, "all is closed")
+    desk.openMenu("h")
+    goesOn(desk, lines, "a menu is open")
+    desk.key("a")
+    desk.dialog("frmSplash")
+    goesOn(desk, lines, "the About box is open")
+    desk.key("Return")
+    desk.gone("frmSplash")
+    desk.close()
+    desk.messageBox(ACTIVE)
+    goesOn(desk, lines, "the question is open")
+    desk.answer(ACTIVE, "No")
+    goesOn(desk, lines, "all is closed")
 
 
 def outOfSight():
     """Minimised, and with another window in front, during the flood."""
-    with flooded() as (desk, lines):
+    with flowing(50, 0) as (desk, lines):
         for _ in range(3):
             window = desk.mainWindowId()
             xdotool("windowminimize", "--sync", window)

@@ -47,7 +47,7 @@ class Blocks:
         return bytes(self._random.choices(PRINTABLE, k=length))
 
     def _lines(self, count):
-        return b"".join(b"\r\n" + self._text(30) for _ in range(count))
+        return b"".join(b"\r\n" + self._text(78) for _ in range(count))
 
     def _look(self):
         choice = self._random.random()
@@ -80,11 +80,14 @@ class Blocks:
         lambda self: b"\r\n\n\n" + self._text(),
         lambda self: b"\r\n" + bytes(self._random.choices(PRINTABLE, k=80)) + b"\r",
         lambda self: self._lines(self._random.randint(1, 8)),
+        lambda self: self._lines(self._random.randint(1, 3)),
+        lambda self: self._lines(self._random.randint(5, 20)),
         lambda self: self._go() + b"\x1b[4h" + self._text(2) + b"\x1b[4l\r",
         lambda self: self._go() + b"\x1b[" + self._number(1, 3) + b"@\x1b[0A" + self._text(1),
         lambda self: self._go() + b"\x1b[" + self._number(1, 5) + b"P\x1b[0A" + self._text(),
         lambda self: self._go() + b"\x1b[" + self._random.choice((b"0", b"2")) + b"K",
-        lambda self: self._go() + b"\x1b[" + self._random.choice((b"0", b"0", b"1", b"2")) + b"J" + self._text(),
+        lambda self: self._go() + (b"\x1b[" + self._random.choice((b"0", b"0", b"1", b"2")) + b"J"
+                                   if self._random.random() < 0.3 else b"\r\n") + self._text(),
         lambda self: self._go() + b"\x1b[" + self._number(1, 5) + self._random.choice((b"L", b"M")) + self._text(),
         lambda self: b"\x1b[" + self._number(1, 12) + b";" + self._number(10, 24) + b"r" + self._text(),
         lambda self: b"\x1b[r" + self._go() + self._text(),

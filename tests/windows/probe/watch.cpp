@@ -136,7 +136,7 @@ private:
         }
         waited_ = 0;
         compare();
-        if (covering_ && looks_ % 2 == 0) sheet_.lay(window);
+        if (covering_) sheet_.lay(window);
     }
 
     [[nodiscard]] static bool inFullCover(HWND window) {
