@@ -23,6 +23,17 @@ def heldClipboard(seconds=30):
             holder.kill()
 
 
+@contextlib.contextmanager
+def windowInFront(seconds=60):
+    """A window of another program moves about in front of the main window."""
+    with _start("cover", seconds) as other:
+        try:
+            checkEqual(other.stdout.readline().strip(), "over", "what moves in front")
+            yield
+        finally:
+            other.kill()
+
+
 class SessionEnd:
     """The system asks whether the session may end. Waits for the answer at the end of the with statement's body."""
 

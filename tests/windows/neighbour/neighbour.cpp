@@ -4,6 +4,8 @@
 //   neighbour end-session               asks the main window whether the session may end, prints "yes" or
 //   "no",
 //                                       and tells it what became of that; "silent" when no answer came
+//   neighbour cover SECONDS             has a window in front of the main window, here and there, prints
+//   "over"
 
 #include <windows.h>
 
@@ -42,11 +44,41 @@ int endSession() {
     return say(may != 0 ? "yes" : "no");
 }
 
+/// Moves a window about over the main window, parts of it and all of it.
+int cover(int seconds) {
+    HWND const below = FindWindowA(mainWindowClass, nullptr);
+    if (below == nullptr) return 1;
+    HWND const window = CreateWindowExA(WS_EX_TOPMOST | WS_EX_NOACTIVATE, "STATIC", "", WS_POPUP | WS_VISIBLE,
+                                        0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    say("over");
+    constexpr DWORD betweenMoves = 40;  // milliseconds
+    const DWORD moves = static_cast<DWORD>(seconds) * 1000 / betweenMoves;
+    for (DWORD n = 0; n < moves; ++n) {
+        RECT place{};
+        GetWindowRect(below, &place);
+        const int width = place.right - place.left;
+        const int height = place.bottom - place.top;
+        const auto part = [n](int whole, int every) { return static_cast<int>(n) * every % whole; };
+        if (n % 16 == 0) {
+            SetWindowPos(window, HWND_TOPMOST, place.left, place.top, width, height, SWP_NOACTIVATE);
+        } else {
+            SetWindowPos(window, HWND_TOPMOST, place.left + part(width, 37), place.top + part(height, 23),
+                         60 + part(width / 2, 53), 40 + part(height / 2, 31), SWP_NOACTIVATE);
+        }
+        MSG message{};
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) DispatchMessageA(&message);
+        Sleep(betweenMoves);
+    }
+    DestroyWindow(window);
+    return 0;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
     const std::string_view wish = count > 1 ? arguments[1] : "";
     if (wish == "hold-clipboard" && count > 2) return holdClipboard(std::atoi(arguments[2]));
+    if (wish == "cover" && count > 2) return cover(std::atoi(arguments[2]));
     if (wish == "end-session") return endSession();
     return 2;
 }

@@ -14,9 +14,11 @@
 #include <string>
 
 #include "dumps.h"
+#include "folder.h"
 #include "observe.h"
 #include "platform/run_time_error.h"
 #include "program_forms.h"
+#include "watch.h"
 
 namespace qxterm::probe {
 namespace {
@@ -47,16 +49,12 @@ const std::map<std::string, std::function<Json()>>& subjects() {
                                                                   {"windows", windows},
                                                                   {"focus", focus},
                                                                   {"resources", resources},
-                                                                  {"drawn", drawn}};
+                                                                  {"drawn", drawn},
+                                                                  {"glass", glass},
+                                                                  {"copy", copy},
+                                                                  {"cover", cover},
+                                                                  {"uncover", uncover}};
     return all;
-}
-
-/// With a backslash behind it; empty when nobody asks.
-std::string folderOfQuestions() {
-    std::array<char, MAX_PATH> path{};
-    const DWORD length =
-        GetEnvironmentVariableA("QXTERM_PROBE", path.data(), static_cast<DWORD>(path.size()));
-    return length > 0 && length < path.size() ? std::string{path.data(), length} + '\\' : std::string{};
 }
 
 class Folder {
@@ -143,4 +141,12 @@ const std::terminate_handler formerHandler = std::set_terminate(noteEnd);
 const UINT_PTR lookTimer = SetTimer(nullptr, 0, lookEvery, look);
 
 }  // namespace
+
+std::string folderOfQuestions() {
+    std::array<char, MAX_PATH> path{};
+    const DWORD length =
+        GetEnvironmentVariableA("QXTERM_PROBE", path.data(), static_cast<DWORD>(path.size()));
+    return length > 0 && length < path.size() ? std::string{path.data(), length} + '\\' : std::string{};
+}
+
 }  // namespace qxterm::probe
