@@ -2,6 +2,7 @@
 
 #include <array>
 #include <thread>
+#include <utility>
 
 #include "common/quoting.h"
 #include "common/win32/console.h"
@@ -18,13 +19,14 @@ bool isFile(const std::string& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-/// A job that ends everything in it when its last handle, this one, is gone.
+/// A job that ends everything in it when its last handle, this one, is gone. None when the system refuses.
 Handle endingJob() {
     Handle job{CreateJobObjectA(nullptr, nullptr)};
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
     limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    if (job) SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
-    return job;
+    const bool ending = job && SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits,
+                                                       sizeof limits) != 0;
+    return ending ? std::move(job) : Handle{};
 }
 
 constexpr UINT endedByHelper = 1;
@@ -105,11 +107,15 @@ bool Client::start(const ClientCommand& command) {
     }
     self.handle = Handle{created.hProcess};
     const Handle thread{created.hThread};
-    AssignProcessToJobObject(self.job.get(), self.handle.get());
+    if (AssignProcessToJobObject(self.job.get(), self.handle.get()) == 0) {
+        TerminateProcess(self.handle.get(), endedByHelper);
+        return false;
+    }
     self.output.write.close();
     self.reader = std::thread{readToEnd, self.output.read.get(), std::ref(self.words)};
-    ResumeThread(thread.get());
-    return true;
+    if (ResumeThread(thread.get()) != static_cast<DWORD>(-1)) return true;
+    TerminateProcess(self.handle.get(), endedByHelper);
+    return false;
 }
 
 bool Client::running() const { return WaitForSingleObject(process_->handle.get(), 0) == WAIT_TIMEOUT; }

@@ -13,7 +13,13 @@ Presenter::Presenter(PictureState& state, HWND window) : state_{state}, window_{
 void Presenter::setOpaque(bool opaque) { SetBkMode(dc_, opaque ? OPAQUE : TRANSPARENT); }
 
 void Presenter::show(PictureBox& box) {
-    if (!box.changed() || state_.cellWidth <= 0 || state_.cellHeight <= 0 || !canBeSeen()) return;
+    if (!box.changed() || state_.cellWidth <= 0 || state_.cellHeight <= 0) return;
+    if (!canBeSeen()) {
+        // A paint message follows when that changes.
+        (void)box.takeFrame();
+        glass_.forget();
+        return;
+    }
     // Pixels that wait for a paint must not be scrolled somewhere else.
     const bool mayScroll = GetUpdateRect(window_, nullptr, FALSE) == 0;
     glass_.show(box.takeFrame(), box.background(), *this, mayScroll);
