@@ -1,6 +1,7 @@
 #include "platform/picture.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace qxterm {
 namespace {
@@ -82,8 +83,15 @@ void CellSet::follow(std::int32_t first, std::int32_t last, std::int32_t by) {
 
 char PictureCell::text() const { return terminalFont() ? storedCharacter(code()) : code(); }
 
+/// Nothing drawn on so many rows; frequent, and the fastest way to fill them.
+void Picture::blankRows(std::int32_t first, std::int32_t count) {
+    static const Row blank{};
+    for (std::int32_t row = first; row < first + count; ++row)
+        std::memcpy(rowAt(row).data(), blank.data(), sizeof blank);
+}
+
 void Picture::reset() {
-    for (Row& row : rows_) row.fill({});
+    blankRows(0, pictureRows);
     clip_ = nullptr;
     beginFrame();
 }
@@ -152,10 +160,8 @@ void Picture::scroll(std::int32_t first, std::int32_t last, std::int32_t by) {
         std::copy_backward(rows + first, rows + last + 1 - distance, rows + last + 1);
         std::copy_backward(origins + first, origins + last + 1 - distance, origins + last + 1);
     }
-    for (std::int32_t row = first; row < first + distance; ++row) {
-        rowAt(row).fill({});
-        origins_[placeOf(row)] = noOrigin;
-    }
+    blankRows(first, distance);
+    std::fill_n(origins + first, distance, noOrigin);
 }
 
 void Picture::erase(const CellSet& cells) {
@@ -164,7 +170,7 @@ void Picture::erase(const CellSet& cells) {
         const auto& waiting = cells.rows_[placeOf(row)];
         if (waiting.none()) continue;
         if (waiting.all()) {
-            rowAt(row).fill({});
+            blankRows(row, 1);
             continue;
         }
         for (std::size_t column = 0; column < waiting.size(); ++column) {

@@ -188,6 +188,7 @@ public:
 private:
     template <class Change>
     void change(const CellArea& area, Change&& change);
+    void blankRows(std::int32_t first, std::int32_t count);
     [[nodiscard]] Row& rowAt(std::int32_t row) { return rows_[static_cast<std::size_t>(row)]; }
 
     std::array<Row, pictureRows> rows_{};
