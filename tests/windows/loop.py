@@ -107,6 +107,7 @@ def disconnect(program):
     program.connectionMenu("c")
     program.waitState("g_bConnectActive", True)
     program.waitForm("frmConn", loaded=False)
+    program.focus()
     program.type("again")
     program.waitRows({0: "again"}, "after the second connection")
 
