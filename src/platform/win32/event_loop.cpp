@@ -59,6 +59,14 @@ bool carryOut(MSG& message) {
     return true;
 }
 
+/// True while a loop of the system's runs: a menu, a message box, a window being dragged.
+bool systemLoopRuns() {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    const bool known = GetGUIThreadInfo(GetCurrentThreadId(), &state) != 0;
+    return boxIsOpen() || (known && (state.flags & (GUI_INMENUMODE | GUI_INMOVESIZE)) != 0);
+}
+
 }  // namespace
 
 void endLoop() { programEnding = true; }
@@ -96,8 +104,11 @@ void doEvents() {
     lastTick = tick;
     if (win32::microseconds() - win32::lastServed >= win32::longestUnserved) {
         win32::lastServed = win32::microseconds();
+        // Keys and clicks are for the loop that waits below, which would never see them.
+        constexpr UINT allButInput = PM_QS_POSTMESSAGE | PM_QS_PAINT | PM_QS_SENDMESSAGE;
+        const UINT how = PM_REMOVE | (win32::systemLoopRuns() ? allButInput : 0);
         MSG message{};
-        while (!ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+        while (!ending() && PeekMessageA(&message, nullptr, 0, 0, how) != 0) {
             if (!win32::carryOut(message)) return;
         }
     }

@@ -55,4 +55,6 @@ void boxClosed() {
     applyModality();
 }
 
+bool boxIsOpen() { return openBoxes > 0; }
+
 }  // namespace qxterm::win32

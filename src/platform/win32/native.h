@@ -68,6 +68,7 @@ void endModal(const Form& form);
 /// Counts message boxes, under which no form answers.
 void boxOpened();
 void boxClosed();
+[[nodiscard]] bool boxIsOpen();
 
 /// Gives the form's window this title: its caption, or the application's title while it is minimised.
 void showTitle(const Form& form);
