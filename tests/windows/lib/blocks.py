@@ -27,7 +27,23 @@ class Blocks:
         pieces = [self._piece() for _ in range(self._random.randint(1, 6))]
         if self._random.random() < 0.03:
             pieces.append(self._lines(self._random.randint(10, 60)))
-        return b"".join(pieces) + b"\x1b7\x1b[m\x0f\x1b[1;1x" + b"%-*d" % (STEP, number) + b"\x1b8"
+        return b"".join(pieces) + self._count(number)
+
+    def scroll(self, number):
+        """A block that moves most of a page by few lines, up or down."""
+        self._suspended = False
+        top, bottom = self._random.randint(1, 4), self._random.randint(18, 24)
+        region = b"\x1b[?10l\x1b[m\x0f\x1b[%d;%dr" % (top, bottom)
+        count = self._random.randint(1, 4)
+        lines = [bytes(self._random.choices(PRINTABLE, k=self._random.randint(30, 78))) for _ in range(count)]
+        if self._random.random() < 0.5:
+            moved = b"\x1b[%d;1H" % bottom + b"".join(b"\r\n" + line for line in lines)
+        else:
+            moved = b"\x1b[%d;1H" % top + b"".join(b"\x1bM\r" + line for line in lines)
+        return region + moved + self._count(number)
+
+    def _count(self, number):
+        return b"\x1b7\x1b[m\x0f\x1b[1;1x" + b"%-*d" % (STEP, number) + b"\x1b8"
 
     def _number(self, first, last):
         return b"%d" % self._random.randint(first, last)

@@ -20,8 +20,8 @@ namespace qxterm::probe {
 namespace {
 
 constexpr UINT lookEvery = 15;  // milliseconds
-/// Looks after which a change must have been shown while nothing else is done: 20 frames or so.
-constexpr int longestWait = 35;
+/// Microseconds after which a change must have been shown: 30 frames.
+constexpr std::int64_t longestWait = 500000;
 /// Cells of the status row in which the host counts its blocks.
 constexpr int stepColumns = 10;
 
@@ -126,17 +126,34 @@ private:
         // What is not shown yet comes with one of the next frames.
         if (picterm.changed() || GetUpdateRect(window, nullptr, FALSE) != 0) {
             ++waiting_;
-            if (inputBusy != 0 || inFullCover(window)) return;
-            if (++waited_ > longestWait) fail("the picture is not shown", {{"looks", waited_}});
+            if (inputBusy == 0 && !inFullCover(window)) waitForPicture();
             return;
         }
         if (!glass_.copy()) {
             ++unseen_;
             return;
         }
-        waited_ = 0;
+        waitingSince_ = 0;
         compare();
         if (covering_) sheet_.lay(window);
+    }
+
+    /// While output flows there is something new at every look; the same picture must not wait for long.
+    void waitForPicture() {
+        const std::int64_t now = win32::microseconds();
+        const Rows rows = picture();
+        if (waitingSince_ == 0 || rows != waitingRows_) waitingSince_ = now;
+        waitingRows_ = rows;
+        if (now - waitingSince_ < longestWait) return;
+        (void)glass_.copy();
+        fail("the picture is not shown", {{"milliseconds", (now - waitingSince_) / 1000}});
+    }
+
+    [[nodiscard]] static Rows picture() {
+        Rows rows;
+        for (int row = 0; row < pictureRows; ++row)
+            rows[static_cast<std::size_t>(row)] = picterm.picture().row(row);
+        return rows;
     }
 
     [[nodiscard]] static bool inFullCover(HWND window) {
@@ -168,9 +185,7 @@ private:
 
     /// What is new since the last look.
     void note() {
-        Rows rows;
-        for (int row = 0; row < pictureRows; ++row)
-            rows[static_cast<std::size_t>(row)] = picterm.picture().row(row);
+        const Rows rows = picture();
         if (rows != lastRows_) ++pictures_;
         lastRows_ = rows;
         const std::string step = stepOfHost();
@@ -195,7 +210,8 @@ private:
     Sheet sheet_;
     bool covering_ = false;
     bool looking_ = false;
-    int waited_ = 0;
+    std::int64_t waitingSince_ = 0;
+    Rows waitingRows_{};
     std::int64_t spent_ = 0;
     long looks_ = 0;
     long steps_ = 0;
