@@ -98,9 +98,10 @@ bool yieldDue() {
 
 void doEvents() {
     win32::lastServed = win32::microseconds();
-    const bool served = win32::systemLoopRuns();  // as soon as the block has ended
+    // Its messages are served as soon as the block has ended.
+    const bool left = win32::systemLoopRuns();
     MSG message{};
-    while (!served && !ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    while (!left && !ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
         if (!win32::carryOut(message)) return;
     }
     win32::showPicturesIfDue(true);
