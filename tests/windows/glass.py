@@ -428,6 +428,18 @@ def behindBoxes(desk, lines):
     goesOn(desk, lines, "all is closed")
 
 
+def keys():
+    """Letters typed in a menu reach it, whatever the program is doing meanwhile."""
+    with flowing(50, 0) as (desk, _):
+        for number in range(7):
+            desk.openMenu("h")
+            time.sleep(0.05 * number)
+            desk.key("a")
+            desk.dialog("frmSplash")
+            desk.key("Return")
+            desk.gone("frmSplash")
+
+
 def outOfSight():
     """Minimised, and with another window in front, during the flood."""
     with flowing(50, 0) as (desk, lines):
@@ -445,4 +457,4 @@ def outOfSight():
 
 
 if __name__ == "__main__":
-    run(anything, boxes, outOfSight)
+    run(anything, boxes, keys, outOfSight)

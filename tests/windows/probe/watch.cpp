@@ -22,6 +22,8 @@ namespace {
 constexpr UINT lookEvery = 15;  // milliseconds
 /// Microseconds after which a change must have been shown: 30 frames.
 constexpr std::int64_t longestWait = 500000;
+/// And the looks in that time, so that it is not the machine that had no time for the program.
+constexpr int fewestLooks = 15;
 /// Cells of the status row in which the host counts its blocks.
 constexpr int stepColumns = 10;
 
@@ -142,9 +144,12 @@ private:
     void waitForPicture() {
         const std::int64_t now = win32::microseconds();
         const Rows rows = picture();
-        if (waitingSince_ == 0 || rows != waitingRows_) waitingSince_ = now;
+        if (waitingSince_ == 0 || rows != waitingRows_) {
+            waitingSince_ = now;
+            waitingLooks_ = 0;
+        }
         waitingRows_ = rows;
-        if (now - waitingSince_ < longestWait) return;
+        if (++waitingLooks_ < fewestLooks || now - waitingSince_ < longestWait) return;
         (void)glass_.copy();
         fail("the picture is not shown", {{"milliseconds", (now - waitingSince_) / 1000}});
     }
@@ -211,6 +216,7 @@ private:
     bool covering_ = false;
     bool looking_ = false;
     std::int64_t waitingSince_ = 0;
+    int waitingLooks_ = 0;
     Rows waitingRows_{};
     std::int64_t spent_ = 0;
     long looks_ = 0;
