@@ -22,8 +22,8 @@ void toggleCursor(std::int16_t show);
 [[nodiscard]] std::int32_t shownCursorColumn();
 [[nodiscard]] std::int32_t shownCursorRow();
 
-/// Starts (adds the 250 ms timer) and stops the blinking of the cursor; stopped, it is in its visible phase: a
-/// cursor that was off is seen again with the next output or paint.
+/// Starts (adds the 250 ms timer) and stops the blinking of the cursor; stopped, it is in its visible phase:
+/// a cursor that was off is seen again with the next output or paint.
 void startCursorBlink();
 void stopCursorBlink();
 /// Timer action: next blink phase of the cursor.
