@@ -14,10 +14,6 @@ struct PixelRect {
     [[nodiscard]] constexpr std::int32_t width() const { return right - left; }
     [[nodiscard]] constexpr std::int32_t height() const { return bottom - top; }
     [[nodiscard]] constexpr bool empty() const { return right <= left || bottom <= top; }
-    /// True when this rectangle lies wholly inside the other one.
-    [[nodiscard]] constexpr bool within(const PixelRect& other) const {
-        return left >= other.left && top >= other.top && right <= other.right && bottom <= other.bottom;
-    }
     friend constexpr bool operator==(const PixelRect&, const PixelRect&) = default;
 };
 

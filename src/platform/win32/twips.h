@@ -27,8 +27,6 @@ inline TwipsRect toTwips(const RECT& r) {
     return {twipsX(r.left), twipsY(r.top), twipsX(r.right - r.left), twipsY(r.bottom - r.top)};
 }
 
-inline RECT toRect(const PixelRect& r) { return {r.left, r.top, r.right, r.bottom}; }
-
 /// Coordinates packed into a mouse or hit-test message; they may be negative.
 inline POINT pointOf(LPARAM lParam) {
     const auto bits = static_cast<std::uint32_t>(lParam);
