@@ -4,6 +4,7 @@ import contextlib
 import socket
 import struct
 import sys
+import threading
 import time
 from pathlib import Path
 
@@ -133,20 +134,31 @@ def tornTelnet(connection):
     connection.close()
 
 
-def reset(connection):
-    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
-    connection.sendall(b"before")
-    connection.close()
+def resets(shown):
+    """A peer that resets the connection as soon as its text is shown: sooner, it might be the attempt to connect that
+    meets the reset."""
+
+    def reset(connection):
+        connection.sendall(b"before")
+        shown.wait()
+        connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+        connection.sendall(b"more")
+        connection.close()
+
+    return reset
 
 
 def dropped():
     """One window, one connection after another; each one dropped in another way, and then a good one."""
-    behaviours = [closesAtOnce, tornSequence, tornTelnet, reset, lambda connection: connection.sendall(b"\x1b[3Cgood")]
-    left = list(behaviours)
+    shown = threading.Event()
+    left = [closesAtOnce, tornSequence, tornTelnet, resets(shown), lambda connection: connection.sendall(b"\x1b[3Cgood")]
     with Peer(lambda connection: left.pop(0)(connection)) as peer:
         profile("127.0.0.1", peer.port)
         with Program("bad") as program:
             for number in range(4):
+                if number == 3:
+                    program.waitText("before")
+                    shown.set()
                 box = program.messageBox(DROPPED)
                 program.picture(f"dropped-{number}")
                 checkEqual(program.boxes(), [DROPPED], "message boxes")
