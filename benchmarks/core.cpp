@@ -1,6 +1,6 @@
 #include "core.h"
 
-#include "terminal/printable_scan.h"
+#include "terminal/interpreter/printable_scan.h"
 
 namespace qxterm::bench {
 namespace {

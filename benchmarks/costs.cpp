@@ -11,7 +11,7 @@
 #include "platform/main_form.h"
 #include "program.h"
 #include "table.h"
-#include "terminal/interpreter.h"
+#include "terminal/interpreter/interpreter.h"
 
 namespace qxterm::bench {
 namespace {

@@ -1,6 +1,6 @@
 #include "core.h"
 #include "program.h"
-#include "terminal/interpreter.h"
+#include "terminal/interpreter/interpreter.h"
 
 namespace qxterm::bench {
 namespace {

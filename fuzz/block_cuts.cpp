@@ -6,8 +6,8 @@
 #include "support/program.h"
 #include "support/snapshot.h"
 #include "support/target.h"
-#include "terminal/interpreter.h"
-#include "terminal/sequence_parser.h"
+#include "terminal/interpreter/interpreter.h"
+#include "terminal/interpreter/sequence_parser.h"
 
 // The result never depends on how the input was cut into blocks: the parameters of one control sequence, and
 // the whole terminal. Left out are what depends on it on purpose: the repeat command (it counts the places of
@@ -36,13 +36,14 @@ Parsed parse(std::string_view text, std::uint8_t seed) {
     try {
         for (Cutter cutter{text, seed}; cutter.more() && !result.complete;) {
             there += cutter.next().size();
-            result.complete = parser.readParameters(text.substr(0, there), result.position);
+            result.complete = parser.read(text.substr(0, there), result.position);
         }
     } catch (const RunTimeError&) {
         result.overflow = true;
     }
-    result.parameters = escParams;
-    result.marker = privateMarker;
+    const auto values = parser.parameters().values();
+    result.parameters.assign(values.begin(), values.end());
+    result.marker = parser.parameters().privateMarker();
     return result;
 }
 

@@ -7,7 +7,7 @@
 #include "support/program.h"
 #include "support/snapshot.h"
 #include "support/target.h"
-#include "terminal/interpreter.h"
+#include "terminal/interpreter/interpreter.h"
 
 // Any bytes from the host, cut as the first byte says. Each input runs twice: with the quick ways for
 // ordinary runs, and with a failure planned for no routine at all, which sends everything through the general

@@ -6,10 +6,10 @@
 #include "headless-session/session.h"
 #include "platform/headless/recorder.h"
 #include "support/target.h"
-#include "terminal/input_busy.h"
-#include "terminal/interpreter_state.h"
-#include "terminal/screen_store.h"
-#include "terminal/sequence_parser.h"
+#include "terminal/interpreter/sequences.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/output_state.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm::fuzz {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "terminal/function_keys.h"
-#include "terminal/interpreter_state.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/commands/function_keys.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/output_state.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm::fuzz {
 namespace {

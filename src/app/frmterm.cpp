@@ -4,13 +4,15 @@
 #include <cstdint>
 #include <string>
 
+#include "app/dialogs/caption.h"
 #include "app/dialogs/profile_dialog.h"
 #include "app/dialogs/splash.h"
+#include "app/edit_menu.h"
 #include "app/menus.h"
-#include "app/program_values.h"
 #include "config/ini_file.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
@@ -24,9 +26,9 @@
 #include "platform/message_box.h"
 #include "platform/profile_strings.h"
 #include "platform/program.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/paint.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/paint.h"
+#include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {

@@ -1,27 +1,31 @@
 #include "app/hooks.h"
 
+#include "app/dialogs/caption.h"
 #include "app/dialogs/options_dialog.h"
 #include "app/dialogs/profile_dialog.h"
 #include "app/dialogs/splash.h"
+#include "app/edit_menu.h"
 #include "app/frmterm.h"
 #include "app/menus.h"
 #include "config/profile_hooks.h"
 #include "config/profile_record.h"
 #include "connection/connection_hooks.h"
 #include "connection/connection_manager.h"
+#include "connection/keyboard.h"
 #include "connection/network.h"
 #include "connection/serial_line.h"
+#include "connection/session_state.h"
 #include "connection/ssh_connect.h"
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
 #include "diag/report_error.h"
 #include "platform/main_form.h"
-#include "terminal/input_busy.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/cursor.h"
-#include "terminal/view/keyboard.h"
-#include "terminal/view/paint.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/cursor.h"
+#include "terminal/drawing/paint.h"
+#include "terminal/interpreter/telnet.h"
+#include "terminal/model/input_busy.h"
 #include "terminal/view/scrollback_view.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
@@ -56,14 +60,16 @@ void fillProfileHooks() {
         picterm.refresh();
     };
     profileHooks.setCaption = setCaption;
-    profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption, bool inSession) {
+    profileHooks.typeSet = followProfileType;
+    profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption) {
         mnuprofitem.setCaption(index, caption);
         mnuprofitem.setVisible(index, true);
-        if (inSession) mnuprofitem.setEnabled(index, false);
+        if (g_bConnectActive) mnuprofitem.setEnabled(index, false);
     };
 }
 
 void fillConnectionHooks() {
+    answerHost = sendTelnetAnswer;
     connectionHooks.setConnItems = setConnItems;
     connectionHooks.disconnectPort = disconnectPort;
     connectionHooks.showStatusDialog = [] { frmConn.showModal(); };

@@ -4,9 +4,9 @@
 
 #include "app/dialogs/splash.h"
 #include "app/hooks.h"
-#include "app/program_values.h"
 #include "config/ini_file.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/session_state.h"
 #include "diag/error_trap.h"
@@ -18,10 +18,10 @@
 #include "platform/main_form.h"
 #include "platform/profile_strings.h"
 #include "platform/program.h"
-#include "terminal/attributes.h"
-#include "terminal/function_keys.h"
-#include "terminal/reset.h"
-#include "terminal/view/cell_size.h"
+#include "terminal/commands/function_keys.h"
+#include "terminal/commands/reset.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/text_look.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {

@@ -2,24 +2,23 @@
 
 #include <string>
 
+#include "app/dialogs/caption.h"
+#include "app/dialogs/help_topics.h"
 #include "app/dialogs/profile_dialog.h"
 #include "app/dialogs/splash.h"
-#include "app/help_topics.h"
-#include "app/program_values.h"
+#include "app/edit_menu.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/connection_manager.h"
-#include "connection/session_state.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
 #include "diag/numbers.h"
-#include "platform/clipboard.h"
 #include "platform/help.h"
 #include "platform/main_form.h"
 #include "platform/message_box.h"
-#include "terminal/view/selection.h"
 
 namespace qxterm {
 namespace {
@@ -32,10 +31,6 @@ constexpr std::int16_t saveAsItem = 3;
 constexpr std::int16_t firstRecentItem = recentMenuBase + 1;
 constexpr std::int16_t lastRecentItem = recentMenuBase + static_cast<std::int16_t>(mruCount);
 constexpr std::int16_t exitItem = 10;
-// Entries of the Edit menu.
-constexpr std::int16_t copyItem = 0;
-constexpr std::int16_t pasteItem = 1;
-constexpr std::int16_t clearItem = 2;
 // Entries of the Help menu.
 constexpr std::int16_t contentsItem = 0;
 constexpr std::int16_t supportItem = 2;
@@ -57,8 +52,11 @@ Menu mnuprofitem{frmterm,
                   {8, "", false},
                   {9, "-"},
                   {exitItem, "E&xit"}}};
-Menu mnueditItem{
-    frmterm, "mnueditItem", "&Edit", {{copyItem, "&Copy"}, {pasteItem, "&Paste"}, {clearItem, "C&lear"}}};
+Menu mnueditItem{frmterm,
+                 "mnueditItem",
+                 "&Edit",
+                 {{editItem::copy, "&Copy"}, {editItem::paste, "&Paste"}, {editItem::clear, "C&lear"}}};
+
 Menu mnuconnitem{frmterm,
                  "mnuconnitem",
                  "&Connection",
@@ -129,12 +127,6 @@ void enableProfileItems(bool enabled) {
     }
 }
 
-void enableAllEditItems(bool enabled) {
-    mnueditItem.setEnabled(copyItem, enabled);
-    mnueditItem.setEnabled(pasteItem, enabled);
-    mnueditItem.setEnabled(clearItem, enabled);
-}
-
 void mnuprofItem_Click(std::int16_t index) {
     trappedOnRequest("mnuprofItem_Click", [&] {
         switch (index) {
@@ -152,14 +144,6 @@ void mnuprofItem_Click(std::int16_t index) {
                 }
                 break;
         }
-    });
-}
-
-void mnuedit_Click() {
-    trapped("mnuedit_Click", [] {
-        mnueditItem.setEnabled(copyItem, hasSelection());
-        mnueditItem.setEnabled(pasteItem, g_bConnectActive && clipboard::hasText());
-        mnueditItem.setEnabled(clearItem, clipboard::hasAnything());
     });
 }
 
@@ -186,13 +170,6 @@ void promptSaveProfile() {
         } else {
             writeUserProf();
         }
-    });
-}
-
-void setCaption() {
-    trapped("setCaption", [] {
-        frmterm.setCaption(std::string{programTitle} + " - " + CurrentProfile.name);
-        setApplicationTitle("QXTERM - " + CurrentProfile.name);
     });
 }
 

@@ -11,9 +11,11 @@ struct ProfileHooks {
     void (*resizeScreen)() = nullptr;
     /// The current profile's name was set.
     void (*setCaption)() = nullptr;
+    /// The current profile's connection type was set.
+    void (*typeSet)() = [] {};
     /// Shows an entry of the Profile menu (index 5 to 8); disables it during a session. Enabling is left to
     /// setConnItems, since the menu is also locked while a login prompt waits.
-    void (*showRecentProfile)(std::int16_t index, std::string_view caption, bool inSession) = nullptr;
+    void (*showRecentProfile)(std::int16_t index, std::string_view caption) = nullptr;
 };
 inline ProfileHooks profileHooks;
 

@@ -4,7 +4,6 @@
 
 #include "config/ini_file.h"
 #include "config/profile_hooks.h"
-#include "connection/session_state.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "platform/profile_strings.h"
@@ -93,7 +92,7 @@ void setFiles() {
             const std::string& name = mruNames[n - 1];
             if (name.empty() || profileHooks.showRecentProfile == nullptr) continue;
             const auto index = static_cast<std::int16_t>(recentMenuBase + static_cast<std::int16_t>(n));
-            profileHooks.showRecentProfile(index, "&" + std::to_string(n) + " " + name, g_bConnectActive);
+            profileHooks.showRecentProfile(index, "&" + std::to_string(n) + " " + name);
         }
     });
 }

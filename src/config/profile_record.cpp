@@ -1,5 +1,6 @@
 #include "config/profile_record.h"
 
+#include "config/profile_hooks.h"
 #include "diag/error_trap.h"
 #include "platform/display.h"
 
@@ -28,11 +29,7 @@ void initDefaults() {
 
 void setCurrentProfile(const ProfileRecord& record) {
     CurrentProfile = record;
-    followProfileType();
-}
-
-void followProfileType() {
-    if (!sessionHoldsType()) g_iConnectType = CurrentProfile.connectType;
+    profileHooks.typeSet();
 }
 
 }  // namespace qxterm

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "connection/session_state.h"
+#include "config/connect_type.h"
 
 namespace qxterm {
 
@@ -51,8 +51,5 @@ void initDefaults();
 
 /// Makes the record the current profile and its type the type of the next connection.
 void setCurrentProfile(const ProfileRecord& record);
-/// Brings g_iConnectType to the current profile's type, unless a session holds it. Called when either has
-/// changed.
-void followProfileType();
 
 }  // namespace qxterm

@@ -14,6 +14,7 @@ namespace qxterm {
 
 bool g_bProfileChanged = false;
 bool g_bProfileNew = false;
+bool g_bSSHMode = false;
 
 namespace {
 
@@ -110,7 +111,7 @@ void readUserProf(const std::string& name) {
         if (profileHooks.resizeScreen != nullptr) profileHooks.resizeScreen();
 
         CurrentProfile.connectType = typeOfWord(section.text("connect", "serial"));
-        followProfileType();
+        profileHooks.typeSet();
         if (CurrentProfile.connectType == connectType::ssh) g_bSSHMode = true;
         if (profileHooks.setCaption != nullptr) profileHooks.setCaption();
 

@@ -11,6 +11,10 @@ extern bool g_bProfileChanged;
 /// The current profile has no name of its own yet. Set by New, cleared by main, saving and a No to saving it.
 extern bool g_bProfileNew;
 
+/// TRUE while the profile's type is SSH. Set when such a profile is read and by connectPort, cleared by
+/// connectPort for a network connection.
+extern bool g_bSSHMode;
+
 /// Reads a profile's section into CurrentProfile: resizes the screen, sets the connection type and the
 /// caption. A value that is no number of its width is reported and the keys behind it keep what they were.
 /// Host and port are read for the types net and ssh only.

@@ -3,7 +3,9 @@
 #include <array>
 #include <string>
 
+#include "config/ini_file.h"
 #include "config/profile_record.h"
+#include "config/user_profile.h"
 #include "connection/auto_login.h"
 #include "connection/serial_line.h"
 #include "connection/session_state.h"
@@ -15,12 +17,12 @@
 #include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
-#include "terminal/function_keys.h"
-#include "terminal/interpreter.h"
-#include "terminal/reset.h"
-#include "terminal/screen_operations.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/commands/erasing.h"
+#include "terminal/commands/function_keys.h"
+#include "terminal/commands/reset.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/interpreter/interpreter.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm {
 

@@ -1,7 +1,9 @@
 #include "connection/network.h"
 
+#include "config/user_profile.h"
 #include "connection/auto_login.h"
 #include "connection/connection_hooks.h"
+#include "connection/send.h"
 #include "connection/session_state.h"
 #include "connection/ssh_hooks.h"
 #include "connection/transport_controls.h"
@@ -10,9 +12,9 @@
 #include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
-#include "terminal/attributes.h"
-#include "terminal/interpreter.h"
-#include "terminal/screen_store.h"
+#include "terminal/drawing/text_look.h"
+#include "terminal/interpreter/interpreter.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm {
 
@@ -136,6 +138,10 @@ std::string GetNetworkBytes(std::int32_t count) {
         }
     });
     return data;
+}
+
+void sendTelnetAnswer(std::string_view bytes) {
+    if (comnet2.connected()) sendBytes(bytes);
 }
 
 }  // namespace qxterm

@@ -30,6 +30,9 @@ void comnet2_Close();
 /// Close.
 void comnet2_Error(std::int16_t number, std::string_view description);
 
+/// The answer to a telnet command; goes out only while the socket is connected.
+void sendTelnetAnswer(std::string_view bytes);
+
 /// The next `count` received bytes, fewer when fewer are there.
 [[nodiscard]] std::string GetNetworkBytes(std::int32_t count);
 

@@ -11,8 +11,8 @@
 #include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
-#include "terminal/input_busy.h"
-#include "terminal/interpreter.h"
+#include "terminal/interpreter/interpreter.h"
+#include "terminal/model/input_busy.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {

@@ -16,8 +16,7 @@
 #include "diag/format_msg.h"
 #include "platform/event_loop.h"
 #include "platform/message_box.h"
-#include "terminal/view/keyboard.h"
-#include "terminal/view/paint.h"
+#include "terminal/drawing/paint.h"
 
 namespace qxterm {
 namespace {
@@ -44,12 +43,6 @@ bool fieldsUsable() {
     messageBox(complaint, programTitle, Buttons::ok, Icon::information);
     askDisconnect();
     return false;
-}
-
-bool takeKey(std::int16_t character) {
-    if (!localPromptActive()) return false;
-    ProcessSSHKeyStrokes(character);
-    return true;
 }
 
 }  // namespace
@@ -80,7 +73,6 @@ void connectSshBridge() {
         endLocalPrompt();
     };
     sshHooks.hostTextShown = giveWayToHost;
-    localPromptKey = takeKey;
     paintLocalPrompt = paintLocalText;
 }
 

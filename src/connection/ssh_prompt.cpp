@@ -9,12 +9,12 @@
 #include "connection/session_state.h"
 #include "connection/ssh_connect.h"
 #include "diag/error_trap.h"
-#include "terminal/attributes.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/cursor.h"
-#include "terminal/view/drawing.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/cursor.h"
+#include "terminal/drawing/drawing.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/drawing/text_look.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm {
 namespace {

@@ -8,7 +8,7 @@ Needs chmcmd and chmls (Debian package fp-utils-3.2.2). Building the program nee
 kept. Two runs differ in their time stamps.
 
 The pages are HTML as the help viewer's old engine understands it, in ASCII. enu_te.hhp names them and gives the
-context numbers of src/app/help_topics.h their pages, enu_te.hhc is the table of contents, enu_te.hhk the index.
+context numbers of src/app/dialogs/help_topics.h their pages, enu_te.hhc is the table of contents, enu_te.hhk the index.
 """
 
 import argparse

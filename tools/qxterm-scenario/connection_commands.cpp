@@ -7,7 +7,7 @@
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
 #include "program.h"
-#include "terminal/interpreter.h"
+#include "terminal/interpreter/interpreter.h"
 
 namespace qxterm::scenario {
 namespace {

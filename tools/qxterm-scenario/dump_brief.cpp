@@ -3,8 +3,8 @@
 #include "dump_lines.h"
 #include "dumps.h"
 #include "platform/main_form.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm::scenario {
 namespace {

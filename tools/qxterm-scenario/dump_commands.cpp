@@ -6,7 +6,7 @@
 #include "dumps.h"
 #include "program_forms.h"
 #include "script.h"
-#include "terminal/line_record.h"
+#include "terminal/model/line_record.h"
 
 namespace qxterm::scenario {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "output.h"
-#include "terminal/line_record.h"
+#include "terminal/model/line_record.h"
 
 namespace qxterm::scenario {
 

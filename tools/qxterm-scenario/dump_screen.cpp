@@ -1,7 +1,7 @@
 #include "dump_lines.h"
 #include "dumps.h"
-#include "terminal/interpreter_state.h"
-#include "terminal/screen_store.h"
+#include "terminal/model/output_state.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm::scenario {
 

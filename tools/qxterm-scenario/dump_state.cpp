@@ -1,5 +1,5 @@
-#include "app/program_values.h"
 #include "config/ini_file.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/auto_login.h"
 #include "connection/network.h"
@@ -7,7 +7,7 @@
 #include "diag/report_error.h"
 #include "diag/trace_log.h"
 #include "dumps.h"
-#include "terminal/view/cell_size.h"
+#include "terminal/drawing/cell_size.h"
 
 namespace qxterm::scenario {
 

@@ -10,7 +10,7 @@
 #include "platform/headless/modal.h"
 #include "program.h"
 #include "script.h"
-#include "terminal/input_busy.h"
+#include "terminal/model/input_busy.h"
 
 namespace qxterm::scenario {
 namespace {

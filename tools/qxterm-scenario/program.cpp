@@ -12,7 +12,7 @@
 #include "platform/headless/recorder.h"
 #include "platform/headless/reset.h"
 #include "script.h"
-#include "terminal/input_busy.h"
+#include "terminal/model/input_busy.h"
 
 namespace qxterm::scenario {
 namespace {

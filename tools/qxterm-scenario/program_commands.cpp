@@ -9,7 +9,7 @@
 #include "platform/headless/user.h"
 #include "platform/main_form.h"
 #include "program.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/screen_controls.h"
 
 namespace qxterm::scenario {
 namespace {

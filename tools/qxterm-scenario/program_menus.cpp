@@ -1,5 +1,6 @@
 #include "program_menus.h"
 
+#include "app/edit_menu.h"
 #include "app/menus.h"
 
 namespace qxterm::scenario {

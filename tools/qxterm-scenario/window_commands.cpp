@@ -11,7 +11,7 @@
 #include "program.h"
 #include "program_menus.h"
 #include "script.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/screen_controls.h"
 
 namespace qxterm::scenario {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <string>
 
+#include "app/dialogs/help_topics.h"
 #include "app/dialogs/options_controls.h"
 #include "app/dialogs/options_fields.h"
-#include "app/help_topics.h"
-#include "app/program_values.h"
 #include "config/ini_file.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
 #include "platform/help.h"

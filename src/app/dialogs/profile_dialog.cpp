@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "app/help_topics.h"
-#include "app/menus.h"
-#include "app/program_values.h"
+#include "app/dialogs/caption.h"
+#include "app/dialogs/help_topics.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/connection_manager.h"
 #include "diag/error_trap.h"

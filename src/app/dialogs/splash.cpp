@@ -1,6 +1,6 @@
 #include "app/dialogs/splash.h"
 
-#include "app/program_values.h"
+#include "config/program_values.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
 #include "platform/controls.h"

@@ -4,12 +4,12 @@
 #include <cstdlib>
 
 #include "diag/error_trap.h"
-#include "terminal/input_busy.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cursor.h"
-#include "terminal/view/drawing.h"
-#include "terminal/view/paint.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cursor.h"
+#include "terminal/drawing/drawing.h"
+#include "terminal/drawing/paint.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm {
 namespace {

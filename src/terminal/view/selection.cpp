@@ -4,16 +4,13 @@
 #include <tuple>
 #include <utility>
 
-#include "connection/session_state.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
-#include "platform/clipboard.h"
-#include "terminal/reset.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/keyboard.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/commands/reset.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/screen_store.h"
 #include "terminal/view/selection_drag.h"
 #include "terminal/view/selection_marks.h"
 
@@ -89,25 +86,6 @@ void removeSelection() {
     clearMarks();
     selEndCol = -1;
     showSel();
-}
-
-void mnueditItem_Click(std::int16_t index) {
-    trapped("mnueditItem_Click", [&] {
-        switch (index) {
-            case 0: {
-                const std::string text = getSel();
-                clipboard::clear();
-                clipboard::setText(text);
-                removeSelection();
-                break;
-            }
-            case 1:
-                if (g_bConnectActive) sendTyped(clipboard::text());
-                break;
-            case 2: clipboard::clear(); break;
-            default: break;
-        }
-    });
 }
 
 void initSelection() {

@@ -42,9 +42,6 @@ void picterm_MouseUp(std::int16_t button, std::int16_t shift, std::int32_t x, st
 /// One step of scrolling while the mouse is held outside the page.
 void tmrSelect_Timer();
 
-/// Copy (0), Paste (1), Clear (2).
-void mnueditItem_Click(std::int16_t index);
-
 /// True when lines are marked.
 [[nodiscard]] bool hasSelection();
 /// Marks cleared, nothing shown, selEndCol -1.

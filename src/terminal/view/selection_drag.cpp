@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "diag/error_trap.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/screen_store.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_marks.h"
 

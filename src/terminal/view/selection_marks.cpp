@@ -6,11 +6,11 @@
 #include <string>
 
 #include "diag/error_trap.h"
-#include "terminal/screen_store.h"
-#include "terminal/scrolling.h"
-#include "terminal/view/drawing.h"
-#include "terminal/view/paint.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/commands/pending_run.h"
+#include "terminal/drawing/drawing.h"
+#include "terminal/drawing/paint.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/screen_store.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
 

@@ -1,12 +1,12 @@
 #include "app/dialogs/options_dialog.h"
 
 #include "app/program_fixture.h"
-#include "app/program_values.h"
 #include "config/ini_file.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/session_state.h"
-#include "terminal/view/cell_size.h"
+#include "terminal/drawing/cell_size.h"
 
 namespace qxterm::testing {
 namespace {

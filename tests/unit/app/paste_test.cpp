@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "app/edit_menu.h"
 #include "app/menus.h"
 #include "app/program_fixture.h"
 #include "connection/connection_manager.h"
+#include "connection/keyboard.h"
 #include "connection/session_state.h"
 #include "connection/transport_controls.h"
 #include "platform/headless/clipboard.h"
@@ -12,11 +14,10 @@
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
-#include "terminal/function_keys.h"
-#include "terminal/input_busy.h"
-#include "terminal/interpreter_state.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/keyboard.h"
+#include "terminal/commands/function_keys.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/output_state.h"
+#include "terminal/model/screen_store.h"
 #include "terminal/view/selection.h"
 
 namespace qxterm::testing {

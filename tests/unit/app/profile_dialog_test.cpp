@@ -2,9 +2,9 @@
 
 #include "app/menus.h"
 #include "app/program_fixture.h"
-#include "app/program_values.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/session_state.h"
 #include "platform/main_form.h"

@@ -2,9 +2,9 @@
 
 #include "app/menus.h"
 #include "app/program_fixture.h"
-#include "app/program_values.h"
 #include "config/ini_file.h"
 #include "config/profile_record.h"
+#include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/network.h"
 #include "connection/session_state.h"
@@ -14,7 +14,7 @@
 #include "platform/headless/display.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/screen_controls.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::testing {

@@ -3,6 +3,7 @@
 #include "app/program_fixture.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
+#include "connection/session_state.h"
 #include "platform/headless/display.h"
 #include "platform/main_form.h"
 

@@ -1,4 +1,5 @@
 #include "connection/connection_manager.h"
+#include "config/user_profile.h"
 
 #include <algorithm>
 #include "app/menus.h"
@@ -12,9 +13,9 @@
 #include "diag/trace_log.h"
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
-#include "terminal/interpreter.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/interpreter/interpreter.h"
+#include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::testing {

@@ -1,4 +1,5 @@
 #include "connection/network.h"
+#include "config/user_profile.h"
 
 #include <algorithm>
 
@@ -15,7 +16,7 @@
 #include "platform/headless/event_loop.h"
 #include "platform/headless/socket.h"
 #include "platform/headless/user.h"
-#include "terminal/screen_store.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm::testing {
 namespace {

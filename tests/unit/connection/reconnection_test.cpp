@@ -6,6 +6,7 @@
 
 #include "app/menus.h"
 #include "app/program_fixture.h"
+#include "config/user_profile.h"
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
@@ -16,7 +17,7 @@
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
-#include "terminal/screen_store.h"
+#include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::testing {

@@ -7,8 +7,8 @@
 #include "connection/transport_controls.h"
 #include "diag/trace_log.h"
 #include "platform/headless/serial.h"
-#include "terminal/input_busy.h"
-#include "terminal/screen_store.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::testing {

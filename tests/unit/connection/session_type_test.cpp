@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "app/dialogs/options_dialog.h"
+#include "app/edit_menu.h"
 #include "app/menus.h"
 #include "app/program_fixture.h"
 #include "config/profile_record.h"
@@ -20,7 +21,7 @@
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
-#include "terminal/screen_store.h"
+#include "terminal/model/screen_store.h"
 #include "terminal/view/selection.h"
 #include "timers/timer_registry.h"
 

@@ -4,6 +4,7 @@
 #include "config/profile_record.h"
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
+#include "connection/keyboard.h"
 #include "connection/session_state.h"
 #include "connection/ssh_helpers.h"
 #include "connection/ssh_prompt.h"
@@ -14,7 +15,6 @@
 #include "platform/headless/process.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
-#include "terminal/view/keyboard.h"
 
 namespace qxterm::testing {
 namespace {

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "terminal/function_keys.h"
+#include "terminal/commands/function_keys.h"
 #include "terminal/random_output.h"
 #include "terminal/terminal_fixture.h"
 

@@ -2,13 +2,14 @@
 #include <random>
 #include <string>
 
+#include "connection/keyboard.h"
 #include "connection/session_state.h"
 #include "platform/headless/event_loop.h"
-#include "terminal/function_keys.h"
+#include "terminal/commands/function_keys.h"
+#include "terminal/interpreter/sequences.h"
+#include "terminal/model/input_busy.h"
 #include "terminal/random_output.h"
-#include "terminal/sequence_parser.h"
 #include "terminal/terminal_fixture.h"
-#include "terminal/view/keyboard.h"
 #include "terminal/view/selection.h"
 
 namespace qxterm {

@@ -1,8 +1,8 @@
 // What becomes of the host's output when a session ends, or another begins, inside a block.
 
 #include "platform/headless/event_loop.h"
+#include "terminal/drawing/cursor.h"
 #include "terminal/terminal_fixture.h"
-#include "terminal/view/cursor.h"
 
 namespace qxterm {
 namespace {

@@ -4,7 +4,7 @@
 #include <random>
 #include <string>
 
-#include "terminal/printable_scan.h"
+#include "terminal/interpreter/printable_scan.h"
 
 namespace qxterm {
 namespace {

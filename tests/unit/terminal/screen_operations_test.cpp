@@ -1,8 +1,8 @@
 #include <string>
 
 #include "platform/event_loop.h"
+#include "terminal/drawing/cell_size.h"
 #include "terminal/terminal_fixture.h"
-#include "terminal/view/cell_size.h"
 
 namespace qxterm {
 namespace {

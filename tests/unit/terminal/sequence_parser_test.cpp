@@ -1,4 +1,4 @@
-#include "terminal/sequence_parser.h"
+#include "terminal/interpreter/sequence_parser.h"
 
 #include <gtest/gtest.h>
 
@@ -31,19 +31,20 @@ Parsed parse(const std::string& bytes, const std::vector<std::size_t>& cuts) {
     Parsed result;
     for (const std::size_t end : ends) {
         try {
-            if (!parser.readParameters(std::string_view{bytes}.substr(0, end), position)) {
+            if (!parser.read(std::string_view{bytes}.substr(0, end), position)) {
                 EXPECT_EQ(position, end);
                 continue;
             }
-            result.final = bytes[position];
+            result.final = bytes[position - 1];
         } catch (const RunTimeError& error) {
             result.error = error.number;
         }
         break;
     }
-    result.parameters = escParams;
-    result.marker = privateMarker;
-    result.place = position;
+    const auto values = parser.parameters().values();
+    result.parameters.assign(values.begin(), values.end());
+    result.marker = parser.parameters().privateMarker();
+    result.place = position - 1;  // it stands behind
     return result;
 }
 
@@ -112,7 +113,7 @@ TEST(SequenceParser, UnfinishedSequenceReportsNothing) {
     SequenceParser parser;
     parser.start();
     std::size_t position = 0;
-    EXPECT_FALSE(parser.readParameters("?12;3", position));
+    EXPECT_FALSE(parser.read("?12;3", position));
     EXPECT_EQ(position, 5U);
 }
 
@@ -124,42 +125,21 @@ TEST(SequenceParser, NumberOfParametersHasNoLimit) {
     EXPECT_EQ(parse("m").parameters, List{});
 }
 
-/// The values that the way for ordinary sequences reads, with enough of the block behind them.
-struct Ordinary {
-    bool taken = false;
-    List values{};
-    std::size_t place = 0;
-    friend bool operator==(const Ordinary&, const Ordinary&) = default;
-};
-
-Ordinary ordinary(const std::string& bytes, std::size_t behind = 64) {
-    const std::string data = bytes + std::string(behind, 'x');
-    OrdinaryParameters parameters;
-    Ordinary result;
-    result.taken = parameters.read(data, result.place);
-    if (result.taken) result.values.assign(parameters.values().begin(), parameters.values().end());
-    return result;
-}
-
-TEST(OrdinaryParameters, ReadsWhatNeedsNoState) {
-    EXPECT_EQ(ordinary("H"), (Ordinary{true, {}, 0}));
-    EXPECT_EQ(ordinary("5;17H"), (Ordinary{true, {5, 17}, 4}));
-    EXPECT_EQ(ordinary("0007m"), (Ordinary{true, {7}, 4}));
-    EXPECT_EQ(ordinary("9999;0K"), (Ordinary{true, {9999, 0}, 6}));
-    EXPECT_EQ(ordinary("1;2;3;4;5;6;7;8m"), (Ordinary{true, {1, 2, 3, 4, 5, 6, 7, 8}, 15}));
-    EXPECT_EQ(ordinary("5>"), (Ordinary{true, {5}, 1}));
-}
-
-TEST(OrdinaryParameters, LeavesEverythingElseAlone) {
-    for (const std::string bytes :
-         {"?25l", "2?5l", "?", ";5H", "5;H", "5;;7r", ";", "10000m", "00007m", "1;2;3;4;5;6;7;8;9m", "5;?7h"})
-        EXPECT_EQ(ordinary(bytes), Ordinary{}) << bytes;
-}
-
-TEST(OrdinaryParameters, WantsRoomForTheLongestSequence) {
-    // eight numbers of four digits, seven separators and one more, and the final character: 41 bytes
-    EXPECT_FALSE(ordinary("5;7H", 36).taken);
-    EXPECT_TRUE(ordinary("5;7H", 37).taken);
+TEST(Parameters, HaveDefaults) {
+    Parameters parameters;
+    EXPECT_EQ(parameters.valueOr(1, 7), 7);
+    parameters.add(0);
+    EXPECT_EQ(parameters.valueOr(1, 7), 0);
+    EXPECT_EQ(parameters.valueOr(2, 7), 7);
+    for (std::int16_t value = 1; value <= 40; ++value) parameters.add(value);
+    EXPECT_EQ(parameters.valueOr(1, 7), 0);
+    EXPECT_EQ(parameters.valueOr(17, 7), 16);
+    EXPECT_EQ(parameters.valueOr(41, 7), 40);
+    EXPECT_EQ(parameters.valueOr(42, 7), 7);
+    parameters.setPrivateMarker();
+    parameters.clear();
+    EXPECT_EQ(parameters.valueOr(1, 7), 7);
+    EXPECT_FALSE(parameters.privateMarker());
 }
 
 }  // namespace

@@ -8,9 +8,9 @@
 
 #include "config/profile_record.h"
 #include "platform/win32/native.h"
-#include "terminal/attributes.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/drawing/text_look.h"
 
 namespace qxterm::probe {
 namespace {

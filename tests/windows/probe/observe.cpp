@@ -4,12 +4,12 @@
 #include <string>
 
 #include "program_forms.h"
-#include "terminal/input_busy.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/cursor.h"
-#include "terminal/view/drawing.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/cursor.h"
+#include "terminal/drawing/drawing.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/screen_store.h"
 
 // After the system's own headers.
 #include <psapi.h>

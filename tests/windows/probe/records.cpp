@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "connection/ssh_prompt.h"
-#include "terminal/attributes.h"
-#include "terminal/input_busy.h"
-#include "terminal/str_routines.h"
-#include "terminal/view/cursor.h"
-#include "terminal/view/drawing.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cursor.h"
+#include "terminal/drawing/drawing.h"
+#include "terminal/drawing/line_drawing.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/attributes.h"
+#include "terminal/model/input_busy.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
 

@@ -11,10 +11,10 @@
 #include "platform/win32/message_window.h"
 #include "platform/win32/native.h"
 #include "records.h"
-#include "terminal/input_busy.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/cell_size.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/screen_store.h"
 
 namespace qxterm::probe {
 namespace {

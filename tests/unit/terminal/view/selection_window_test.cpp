@@ -4,11 +4,12 @@
 #include <random>
 #include <tuple>
 
+#include "app/edit_menu.h"
 #include "platform/headless/clock.h"
 #include "platform/headless/event_loop.h"
 #include "platform/main_form.h"
+#include "terminal/drawing/cell_size.h"
 #include "terminal/terminal_fixture.h"
-#include "terminal/view/cell_size.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
 

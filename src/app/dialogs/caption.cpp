@@ -1,0 +1,19 @@
+#include "app/dialogs/caption.h"
+
+#include <string>
+
+#include "config/profile_record.h"
+#include "diag/error_trap.h"
+#include "diag/format_msg.h"
+#include "platform/main_form.h"
+
+namespace qxterm {
+
+void setCaption() {
+    trapped("setCaption", [] {
+        frmterm.setCaption(std::string{programTitle} + " - " + CurrentProfile.name);
+        setApplicationTitle("QXTERM - " + CurrentProfile.name);
+    });
+}
+
+}  // namespace qxterm

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace qxterm {
+
+/// A key of the main window: virtual-key code and shift mask. Cursor keys, Delete, F1 to F8 and Control+F5
+/// act; nothing without a session. Reports as "Form_KeyDown".
+void Form_KeyDown(std::int16_t code, std::int16_t shift);
+/// A character typed into the main window, 0 to 255; sent as it is. Reports as "Form_KeyPress".
+void Form_KeyPress(std::int16_t character);
+/// A function-key button, 1 to 8: acts as the key and gives the keyboard back to the main form. Reports as
+/// "CScmdfkey_Click".
+void CScmdfkey_Click(std::int16_t index);
+
+/// Sends typed text by the connection type; on a loop connection it is interpreted here. Paste uses it too.
+void sendTyped(std::string_view text);
+
+}  // namespace qxterm

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace qxterm {
+
+/// BEL.
+void ringBell();
+
+}  // namespace qxterm
