@@ -1,6 +1,7 @@
 """The checks find what they are there to find, and nothing else."""
 
 import importlib.util
+import json
 import os
 import sys
 import tempfile
@@ -22,9 +23,9 @@ def load(path):
 includes = load(os.path.join(HERE, "check-includes.py"))
 system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
-pairs = load(os.path.join(HERE, "check-scenario-pairs.py"))
 code_map = load(os.path.join(HERE, "check-code-map.py"))
 scenarios = load(os.path.join(HERE, "run-scenario.py"))
+scenario_file = load(os.path.join(HERE, "scenario_file.py"))
 ini = load(os.path.join(HERE, "../setup/ini.py"))
 
 FLOORS = """
@@ -131,14 +132,6 @@ class Words(SmallTree):
                                                    f'a.txt:4: "{self.root}": the path of this checkout'], 1))
 
 
-class ScenarioPairs(SmallTree):
-    def test_missing_halves(self):
-        for name in ("whole.scn", "whole.expected", "left.scn", "right.expected"):
-            self.write("tests/scenarios/" + name, "")
-        self.assertEqual([p.split(": ", 1)[0] for p in pairs.check(self.root)[0]],
-                         ["tests/scenarios/left.scn:1", "tests/scenarios/right.expected:1"])
-
-
 class CodeMap(SmallTree):
     ROWS = """# Map
 
@@ -191,40 +184,186 @@ class CodeMap(SmallTree):
         self.assertEqual(code_map.check(self.root)[0][0], "docs/code-map.md:1: src/ground/a.cpp has no line")
 
 
+class ScenarioFile(SmallTree):
+    def there_and_back(self, item):
+        lines = scenario_file.encode(item)
+        # The order of the keys too.
+        self.assertEqual(json.dumps(scenario_file.decode(lines)), json.dumps(item))
+        return lines
+
+    def complaint(self, *lines):
+        with self.assertRaises(scenario_file.Malformed) as raised:
+            scenario_file.decode(lines)
+        return f"{raised.exception.line}: {raised.exception}"
+
+    def test_events_and_short_dumps_are_one_line(self):
+        self.assertEqual(self.there_and_back({"event": "label", "name": "cmd(3)", "text": 'a "b" = \u00e9\x01|'}),
+                         ['label name="cmd(3)" text="a \\"b\\" = \u00e9\\u0001|"'])
+        self.assertEqual(self.there_and_back({"event": "trace", "line": "\x85\u00a0"}), ['trace line="\\u0085\\u00a0"'])
+        self.assertEqual(self.there_and_back({"event": "beep"}), ["beep"])
+        self.assertEqual(self.there_and_back({"dump": "lists", "profiles": [], "x": None, "my key": {}}),
+                         ['dump lists profiles=[] x=null "my key"={}'])
+
+    def test_any_other_object_is_json(self):
+        for item in ({}, [], {"a": 1, "event": "x"}, {"event": 5}, {"event": "dump", "x": 1}, {"dump": ""}, "text"):
+            self.assertEqual(scenario_file.encode(item), [scenario_file.as_json(item)])
+        self.there_and_back({"a": 1, "event": "x"})
+
+    def test_rows_stand_between_bars_and_runs_are_counted(self):
+        rows = [" a|".ljust(80)] + [" " * 80] * 24
+        fg = [[7] * 80] * 24 + [[7, 7, 1] + [0] * 77]
+        self.assertEqual(self.there_and_back({"dump": "window", "text": rows, "fg": fg, "rowMap": list(range(25))}), [
+            "dump window", f"  text[0]:     |{rows[0]}|", f"  text[1-24]:  |{rows[1]}|", "  fg[0-23]:  [7*80]",
+            "  fg[24]:    [7*2 1 0*77]", "  rowMap=[0..24]"])
+
+    def test_objects_stand_below_one_a_line(self):
+        slots = [{"free": True, "next": 0}] * 2 + [{"free": False, "next": 4}]
+        self.assertEqual(self.there_and_back({"dump": "x", "rows": {"0": "a", "10": ""}, "slots": slots, "n": 1}), [
+            "dump x", "  rows.0:  |a|", "  rows.10: ||", "  slots[0-1]: free=true next=0",
+            "  slots[2]:   free=false next=4", "  n=1"])
+
+    def test_long_values_go_on(self):
+        lines = self.there_and_back({"event": "box", "text": "one\r\n" * 30 + "x" * 200})
+        self.assertEqual(lines[1][:16], '  text: "one\\r\\n')
+        self.assertEqual(lines[2][:17], '  text+: "one\\r\\n')
+        self.assertLess(max(map(len, lines)), 200)
+        lines = self.there_and_back({"dump": "row", "words": [7, 9] * 200, "more": [[i, i] for i in range(99)]})
+        self.assertLess(max(map(len, lines)), 200)
+
+    def test_a_screen_comes_back(self):
+        self.there_and_back({
+            "dump": "screen", "cursor": [0, 24], "pending": "\x00\xff", "carry": "1b5b", "rowMap": [1, 0, 2, 2, 3],
+            "rows": ["\x80" + " " * 79, "\xa0 " * 40, "\n", "|", ""], "dirty": [[0, 79]] * 25,
+            "attrs": [[1792] * 80, [-1, 0] * 40, [], [1], [True]],
+            "deep": {"a": [{"b": [{}, {"c": []}]}], "": {"x.y": {"[0]": "q" * 300}}}})
+
+    def test_written_by_hand(self):
+        self.assertEqual(scenario_file.decode(["window  op=\"show\"", "  name=\"a\"   n=[1,2]", "  x.y: z=[3]"]),
+                         {"event": "window", "op": "show", "name": "a", "n": [1, 2], "x": {"y": {"z": [3]}}})
+        self.assertEqual(scenario_file.decode(['{"event": "beep"}']), {"event": "beep"})
+
+    def test_malformed_lines_are_named(self):
+        self.assertEqual(self.complaint("Caption"),
+                         '1: an object begins with the name of an event, with "dump NAME", or with "{"')
+        self.assertEqual(self.complaint("{} x"), "1: nothing more is expected:  x")
+        self.assertEqual(self.complaint("box title"), "1: KEY=VALUE is expected: title")
+        self.assertEqual(self.complaint("box", "  a=1 a=2"), "2: a stands there twice")
+        self.assertEqual(self.complaint("box a=1b"), "1: a blank is expected behind a value: b")
+        self.assertEqual(self.complaint("box a=[1x]"), "1: this is no value: [1x]")
+        self.assertEqual(self.complaint("box", "  a: |text"), "2: the bar behind the text is missing")
+        self.assertEqual(self.complaint("box", "  a[0]: |x|", "  a[2]: |x|"), "3: item 2 stands before item 1")
+        self.assertEqual(self.complaint("box", "  a[3-2]: |x|"), "2: [N] or [N-M] is expected: [3-2]: |x|")
+        self.assertEqual(self.complaint("box", "  a[0]: |x|", "  a.b: |x|"),
+                         "3: the path does not fit what stands above: b")
+        self.assertEqual(self.complaint("box", '  a+: "x"'), "2: there is no such text or list that goes on")
+        self.assertEqual(self.complaint("box a=1", "  a: b=1"), "2: the path leads to no object")
+
+    def test_file_is_read_and_written_as_it_stands(self):
+        text = "# about\n\nhost 41\n#> beep\n# note\n#> dump x\n#>   a=1\n\nwait 5\n"
+        self.write("a.scn", text)
+        path = os.path.join(self.root, "a.scn")
+        commands = scenario_file.read(path)
+        self.assertEqual([(c.line, c.text, c.expected()) for c in commands], [
+            (0, "", []), (3, "host 41", [{"event": "beep"}, {"dump": "x", "a": 1}]), (9, "wait 5", [])])
+        scenario_file.write(path, commands)
+        with open(path, encoding="utf-8") as file:
+            self.assertEqual(file.read(), text)
+
+    def test_malformed_files(self):
+        for text, line in (("#> beep\n", 1), ("wait 5\n #> beep\n", 2), ("wait 5\n#>beep\n", 2),
+                           ("wait 5\n#> beep\n# note\n#>   a=1\n", 4), ("wait 5\n#> beep\n#>   a=1\n#>   a=1\n", 4)):
+            self.write("a.scn", text)
+            with self.assertRaises(scenario_file.Malformed) as raised:
+                scenario_file.read(os.path.join(self.root, "a.scn"))
+            self.assertEqual(raised.exception.line, line, text)
+
+
 class ScenarioRunner(SmallTree):
-    def run_with(self, output, expected, status=0, errors=""):
-        self.write("a.scn", "")
-        self.write("a.expected", expected)
+    """The program is one that prints a text, whatever the scenario says. The command of the scenario is its line 1."""
+
+    LINE = '{"file":"a.scn","line":1}\n'
+
+    def program(self, output, status, errors):
+        output = self.LINE + output
         program = f"import sys; sys.stdout.write({output!r}); sys.stderr.write({errors!r}); sys.exit({status})"
-        return scenarios.run([sys.executable, "-c", program], os.path.join(self.root, "a.scn"))
+        return [sys.executable, "-c", program]
+
+    def run_with(self, output, below, status=0, errors=""):
+        self.write("a.scn", "wait 5\n" + below)
+        return scenarios.run(self.program(output, status, errors), os.path.join(self.root, "a.scn"))
+
+    def written(self, output, text, status=0, errors=""):
+        self.write("a.scn", text)
+        path = os.path.join(self.root, "a.scn")
+        said = scenarios.write(self.program(output, status, errors), path)
+        with open(path, encoding="utf-8") as file:
+            return file.read(), said
 
     def test_same_objects_in_another_spelling(self):
-        self.assertEqual(self.run_with('{"b": 1, "a":[true]}\r\n', '# note\n\n{"a":[true],"b":1}\n'), [])
+        self.assertEqual(self.run_with('{"event":"x","b":1,"a":[true]}\r\n', "# note\n\n#> x a=[true]\n#>   b=1\n"), [])
 
-    def test_changed_object_shows_the_place(self):
-        lines = self.run_with('{"dump":"screen","attr":[1,2,3]}\n', '{"dump":"screen","attr":[1,9,3]}\n')
-        self.assertIn("      attr[1]: expected 9, got 2", lines)
+    def test_difference_shows_file_line_and_command(self):
+        path = os.path.join(self.root, "a.scn")
+        self.assertEqual(self.run_with('{"dump":"page","cursor":[0,1],"rows":{"0":"a","1":"c"}}\n',
+                                       "#> dump page cursor=[0,1]\n#>   rows.0: |a|\n#>   rows.1: |b|\n"),
+                         [f"{path}:1: wait 5", "      dump page cursor=[0,1]", "        rows.0:  |a|",
+                          "    -   rows.1:  |b|", "    +   rows.1:  |c|",
+                          "    (- is expected and missing, + was printed instead)"])
 
     def test_true_is_not_one(self):
-        self.assertNotEqual(self.run_with('{"a":1}\n', '{"a":true}\n'), [])
+        self.assertNotEqual(self.run_with('{"event":"x","a":1}\n', "#> x a=true\n"), [])
 
     def test_missing_and_further_objects(self):
-        self.assertNotEqual(self.run_with('{"a":1}\n', '{"a":1}\n{"a":2}\n'), [])
-        self.assertNotEqual(self.run_with('{"a":1}\n{"a":2}\n', '{"a":1}\n'), [])
-        self.assertNotEqual(self.run_with("", '{"a":1}\n'), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\n', "#> x\n#> x\n"), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\n{"event":"y"}\n', "#> x\n"), [])
+        self.assertNotEqual(self.run_with("", "#> x\n"), [])
 
     def test_order_counts(self):
-        self.assertNotEqual(self.run_with('{"a":1}\n{"a":2}\n', '{"a":2}\n{"a":1}\n'), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\n{"event":"y"}\n', "#> y\n#> x\n"), [])
+
+    def test_the_command_counts(self):
+        self.assertEqual(self.run_with('{"event":"x"}\n{"file":"a.scn","line":3}\n{"event":"y"}\n',
+                                       "#> x\nwait 6\n#> y\n"), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\n{"event":"y"}\n', "#> x\nwait 6\n#> y\n"), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\n{"file":"a.scn","line":2}\n{"event":"y"}\n', "#> x\n"), [])
+
+    def test_scenario_that_expects_nothing(self):
+        self.assertEqual(self.run_with("", ""), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\n', ""), [])
 
     def test_status_and_standard_error_count(self):
-        self.assertIn("  exit status 2, expected 0", self.run_with("", "", status=2))
-        self.assertNotEqual(self.run_with("", "", errors="what"), [])
-        self.write("a.stderr", "what")
-        self.assertEqual(self.run_with("", "", status=2, errors="what"), [])
-        self.assertIn("  exit status 0, expected 2", self.run_with("", "", errors="what"))
+        path = os.path.join(self.root, "a.scn")
+        out = '{"event":"x"}\n'
+        self.assertIn(f"{path}: exit status 2, and on standard error:", self.run_with(out, "#> x\n", status=2))
+        self.assertNotEqual(self.run_with(out, "#> x\n", errors="what"), [])
+        fault = '#> x\n#> fault message="what"\n'
+        self.assertEqual(self.run_with(out, fault, status=2, errors=f"{path}:1: what\n"), [])
+        self.assertNotEqual(self.run_with(out, fault, status=2, errors=f"{path}:1: why\n"), [])
+        self.assertNotEqual(self.run_with(out, fault, status=0, errors=f"{path}:1: what\n"), [])
+        self.assertNotEqual(self.run_with(out, "#> x\n", status=2, errors=f"{path}:1: what\n"), [])
 
     def test_output_that_is_no_json(self):
-        self.assertNotEqual(self.run_with("crash\n", ""), [])
+        self.assertNotEqual(self.run_with('{"event":"x"}\ncrash\n', "#> x\n"), [])
+
+    def test_malformed_expectation_is_reported_with_file_and_line(self):
+        path = os.path.join(self.root, "a.scn")
+        self.assertEqual(self.run_with("", "#> x\n#>   a\n"), [f"{path}:3: KEY=VALUE is expected: a"])
+
+    def test_writing_keeps_comments_before_their_objects(self):
+        text, said = self.written('{"event":"new"}\n{"event":"x","a":1}\n{"event":"y"}\n',
+                                  "wait 5\n# on x\n#> x\n#>   a=1\n# on y\n#> y z=1\n\n# the next\nwait 6\n#> old\n")
+        self.assertEqual(text, "wait 5\n#> new\n# on x\n#> x\n#>   a=1\n# on y\n#> y\n\n# the next\nwait 6\n")
+        self.assertIn("by hand", said[0])
+
+    def test_writing_below_a_command_that_expected_nothing(self):
+        self.assertEqual(self.written('{"event":"x"}\n', "wait 5\n# the next\nwait 6\n")[0],
+                         "wait 5\n#> x\n# the next\nwait 6\n")
+
+    def test_writing_leaves_what_is_right_or_broken(self):
+        text = "wait 5\n#> x\n#>   a=1\n"
+        self.assertEqual(self.written('{"event":"x","a":1}\n', text), (text, []))
+        self.assertEqual(self.written('{"event":"y"}\n', text, status=1, errors="crash")[0], text)
+        self.assertEqual(self.written('{"file":"a.scn","line":2}\n{"event":"y"}\n', text)[0], text)
 
 
 class IniFile(unittest.TestCase):

@@ -18,6 +18,7 @@ namespace {
 constexpr int wrongLine = 2;
 
 Script* script = nullptr;
+bool linesAreTold = false;
 
 struct Queued {
     ReadCommand command;
@@ -51,6 +52,7 @@ bool runNextLine() {
     std::string line;
     if (!script->next(line)) return false;
     const std::string where = script->where();
+    if (linesAreTold) print({{"file", jsonText(script->file())}, {"line", script->line()}});
     ReadCommand command;
     try {
         command = readCommand(line);
@@ -83,9 +85,10 @@ void queueForYield(std::string_view line) {
     headless::yieldHook = runQueued;
 }
 
-int play(std::vector<std::string> files) {
+int play(std::vector<std::string> files, Lines lines) {
     Script played{std::move(files)};
     script = &played;
+    linesAreTold = lines == Lines::told;
     int status = 0;
     prepareProgram();
     headless::setNextEvent(runNextLineInModal);

@@ -22,6 +22,9 @@ public:
     /// Takes the next line that is neither blank nor a comment. False at the end of the last file.
     /// ScriptFault when a file cannot be read.
     bool next(std::string& line);
+    /// Where the line taken last stands; lines count from 1.
+    [[nodiscard]] const std::string& file() const { return name_; }
+    [[nodiscard]] std::size_t line() const { return line_; }
     /// "FILE:LINE" of the line taken last.
     [[nodiscard]] std::string where() const;
 
