@@ -36,7 +36,7 @@ Parsed parse(std::string_view text, std::uint8_t seed) {
     try {
         for (Cutter cutter{text, seed}; cutter.more() && !result.complete;) {
             there += cutter.next().size();
-            result.complete = parser.read(text.substr(0, there), result.position);
+            result.complete = parser.read(text.substr(0, there), result.position) != nullptr;
         }
     } catch (const RunTimeError&) {
         result.overflow = true;

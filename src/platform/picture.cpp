@@ -23,6 +23,11 @@ constexpr char lastGlyph = 0x1E;
     return mask << placeOf(area.column);
 }
 
+/// The cell is handed over by value: the compiler then knows that filling does not change it.
+void fillCells(PictureCell* cells, std::int32_t count, PictureCell cell) {
+    for (std::int32_t n = 0; n < count; ++n) cells[n] = cell;
+}
+
 }  // namespace
 
 char storedCharacter(char glyph) {
@@ -83,15 +88,22 @@ void CellSet::follow(std::int32_t first, std::int32_t last, std::int32_t by) {
 
 char PictureCell::text() const { return terminalFont() ? storedCharacter(code()) : code(); }
 
-/// Nothing drawn on so many rows; frequent, and the fastest way to fill them.
+/// Nothing drawn on so many rows; frequent.
 void Picture::blankRows(std::int32_t first, std::int32_t count) {
+    constexpr std::int32_t piece = 16;  // cells
+    static_assert(pictureColumns % piece == 0);
     static const Row blank{};
-    for (std::int32_t row = first; row < first + count; ++row)
-        std::memcpy(rowAt(row).data(), blank.data(), sizeof blank);
+    for (std::int32_t row = first; row < first + count; ++row) {
+        std::int32_t& touched = touched_[placeOf(row)];
+        for (std::int32_t column = 0; column < touched; column += piece)
+            std::memcpy(rowAt(row).data() + column, blank.data(), piece * sizeof(PictureCell));
+        touched = 0;
+    }
 }
 
 void Picture::reset() {
-    blankRows(0, pictureRows);
+    rows_.fill({});
+    touched_.fill(0);
     clip_ = nullptr;
     beginFrame();
 }
@@ -101,25 +113,26 @@ void Picture::change(const CellArea& area, Change&& change) {
     const CellArea part = area.visible();
     for (std::int32_t row = part.row; row < part.row + part.rows; ++row) {
         PictureCell* const cells = rowAt(row).data();
+        touch(row, part.column + part.columns);
         for (std::int32_t column = part.column; column < part.column + part.columns; ++column) {
             if (clip_ == nullptr || clip_->contains(column, row)) change(cells[column]);
         }
     }
 }
 
-void Picture::drawText(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) {
-    PictureCell cell{0, look};
-    const bool inside = inPicture(column, row) && text.size() <= placeOf(pictureColumns - column);
-    if (inside && clip_ == nullptr) [[likely]] {
-        PictureCell* const cells = rowAt(row).data() + column;
-        for (std::size_t n = 0; n < text.size(); ++n)
-            cells[n] = PictureCell{cell.bits_ | static_cast<unsigned char>(text[n])};
-        return;
-    }
-    for (const char code : text) {
-        if (inPicture(column, row) && (clip_ == nullptr || clip_->contains(column, row)))
-            rowAt(row)[placeOf(column)] = PictureCell{cell.bits_ | static_cast<unsigned char>(code)};
-        ++column;
+void Picture::putCells(PictureCell* cells, std::string_view text, const PictureCell& look) {
+    for (std::size_t n = 0; n < text.size(); ++n) cells[n] = look.with(text[n]);
+}
+
+void Picture::drawTextWithin(std::int32_t row, std::int32_t column, std::string_view text,
+                             const PictureCell& look) {
+    const std::int32_t first = std::max(column, 0);
+    const std::int64_t end =
+        std::min<std::int64_t>(column + static_cast<std::int64_t>(text.size()), pictureColumns);
+    if (first < end && inPicture(first, row)) touch(row, static_cast<std::int32_t>(end));
+    for (std::int32_t at = first; at < end; ++at) {
+        if (inPicture(at, row) && (clip_ == nullptr || clip_->contains(at, row)))
+            rowAt(row)[placeOf(at)] = look.with(text[placeOf(at - column)]);
     }
 }
 
@@ -134,8 +147,10 @@ void Picture::fill(const CellArea& area, std::uint8_t colour) {
         return;
     }
     const CellArea part = area.visible();
-    for (std::int32_t row = part.row; row < part.row + part.rows; ++row)
-        std::fill_n(rowAt(row).begin() + part.column, part.columns, filled);
+    for (std::int32_t row = part.row; row < part.row + part.rows; ++row) {
+        touch(row, part.column + part.columns);
+        fillCells(rowAt(row).data() + part.column, part.columns, filled);
+    }
 }
 
 void Picture::invert(const CellArea& area, Inversion of) {
@@ -152,13 +167,16 @@ void Picture::scroll(std::int32_t first, std::int32_t last, std::int32_t by) {
     const std::int32_t distance = std::min(std::abs(by), last - first + 1);
     const auto rows = rows_.begin();
     const auto origins = origins_.begin();
+    const auto touched = touched_.begin();
     if (by < 0) {
         std::copy(rows + first + distance, rows + last + 1, rows + first);
         std::copy(origins + first + distance, origins + last + 1, origins + first);
+        std::copy(touched + first + distance, touched + last + 1, touched + first);
         first = last - distance + 1;
     } else {
         std::copy_backward(rows + first, rows + last + 1 - distance, rows + last + 1);
         std::copy_backward(origins + first, origins + last + 1 - distance, origins + last + 1);
+        std::copy_backward(touched + first, touched + last + 1 - distance, touched + last + 1);
     }
     blankRows(first, distance);
     std::fill_n(origins + first, distance, noOrigin);

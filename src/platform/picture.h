@@ -87,6 +87,16 @@ public:
                 std::uint32_t{look.bg} << bgShift | (look.font == TextFont::terminal ? terminalFontBit : 0U) |
                 (look.bold ? boldBit : 0U) | drawnBit} {}
 
+    /// A cell without a character yet. colours: foreground in bits 0 to 3, background in bits 4 to 7; style:
+    /// as records of the window tell it, without 16.
+    [[nodiscard]] static constexpr PictureCell styled(std::uint32_t colours, std::uint32_t style) {
+        return PictureCell{colours << fgShift | style << styleShift | drawnBit};
+    }
+    /// The same look with a character; the cell must have none yet.
+    [[nodiscard]] constexpr PictureCell with(char code) const {
+        return PictureCell{bits_ | static_cast<unsigned char>(code)};
+    }
+
     /// What the font is asked for: a character, or a glyph code of the terminal font.
     [[nodiscard]] constexpr char code() const { return static_cast<char>(bits_ & 0xFFU); }
     /// The stored character, also where a glyph stands for it.
@@ -130,6 +140,7 @@ private:
     friend class Glass;
     static constexpr unsigned fgShift = 8;
     static constexpr unsigned bgShift = 12;
+    static constexpr unsigned styleShift = 16;
     static constexpr std::uint32_t terminalFontBit = 1U << 16U;
     static constexpr std::uint32_t boldBit = 1U << 17U;
     static constexpr std::uint32_t underlinedBit = 1U << 18U;
@@ -154,8 +165,25 @@ public:
     void reset();
 
     // --- drawing -------------------------------------------------------------------------------------------
-    /// A character in each cell from there on.
-    void drawText(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look);
+    /// A character in each cell from there on. look: a cell without a character.
+    void drawTextLike(std::int32_t row, std::int32_t column, std::string_view text, const PictureCell& look) {
+        const bool inside = static_cast<std::uint32_t>(row) < pictureRows && column >= 0 &&
+                            column + static_cast<std::int64_t>(text.size()) <= pictureColumns;
+        if (!inside || clip_ != nullptr) [[unlikely]] {
+            drawTextWithin(row, column, text, look);
+            return;
+        }
+        PictureCell* const cells = rowAt(row).data() + column;
+        touch(row, column + static_cast<std::int32_t>(text.size()));
+        if (text.size() == 1) {
+            *cells = look.with(text.front());
+        } else {
+            putCells(cells, text, look);
+        }
+    }
+    void drawText(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) {
+        drawTextLike(row, column, text, PictureCell{0, look});
+    }
     /// A line under the cells, in the colour of each cell's text.
     void underline(std::int32_t row, std::int32_t column, std::int32_t count);
     /// Blanks of one colour.
@@ -188,10 +216,22 @@ public:
 private:
     template <class Change>
     void change(const CellArea& area, Change&& change);
+    static void putCells(PictureCell* cells, std::string_view text, const PictureCell& look);
+    /// drawText where the text may lie outside, or the clip.
+    void drawTextWithin(std::int32_t row, std::int32_t column, std::string_view text,
+                        const PictureCell& look);
     void blankRows(std::int32_t first, std::int32_t count);
+    /// Something is drawn on the row's cells in front of this column.
+    void touch(std::int32_t row, std::int32_t end) {
+        std::int32_t& touched = touched_[static_cast<std::size_t>(row)];
+        touched = touched < end ? end : touched;
+    }
     [[nodiscard]] Row& rowAt(std::int32_t row) { return rows_[static_cast<std::size_t>(row)]; }
 
     std::array<Row, pictureRows> rows_{};
+    /// On the cells of each row from this column on nothing was ever drawn since the row was blanked: so that
+    /// a row that is blanked for short lines costs little.
+    std::array<std::int32_t, pictureRows> touched_{};
     std::array<std::int8_t, pictureRows> origins_ = inPlace();
     const CellSet* clip_ = nullptr;
 

@@ -42,11 +42,20 @@ private:
     std::uint32_t loads_ = box_.loads_;
 };
 
-inline void PictureBox::noteChange() {
-    if (changed_) [[likely]]
-        return;
+void PictureBox::noteFirstChange() {
     changed_ = true;
     backend::pictureChanged(*this);
+}
+
+inline void PictureBox::noteChange() {
+    if (!changed_) [[unlikely]]
+        noteFirstChange();
+}
+
+void PictureBox::tellText(std::int32_t row, std::int32_t column, std::string_view text,
+                          const PictureCell& look) {
+    drawingWatcher->text(row, column, text, look.look());
+    if (look.underlined()) drawingWatcher->underline(row, column, static_cast<std::int32_t>(text.size()));
 }
 
 void PictureBox::setCellSize(std::int32_t width, std::int32_t height,
@@ -65,15 +74,6 @@ void PictureBox::setCellSize(std::int32_t width, std::int32_t height,
 void PictureBox::setBackground(std::uint8_t index) {
     background_ = index;
     if (native != nullptr) noteChange();
-}
-
-void PictureBox::drawText(std::int32_t row, std::int32_t column, std::string_view text,
-                          const TextLook& look) {
-    if (native == nullptr) return;
-    if (drawingWatcher != nullptr) [[unlikely]]
-        drawingWatcher->text(row, column, text, look);
-    picture_.drawText(row, column, text, look);
-    noteChange();
 }
 
 void PictureBox::underline(std::int32_t row, std::int32_t column, std::int32_t count) {

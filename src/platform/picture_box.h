@@ -11,6 +11,25 @@
 
 namespace qxterm {
 
+/// Told of every drawing call before it changes a picture, for records and counts.
+class DrawingWatcher {
+public:
+    enum class Area : std::uint8_t { fill, clear };
+
+    DrawingWatcher() = default;
+    DrawingWatcher(const DrawingWatcher&) = delete;
+    DrawingWatcher& operator=(const DrawingWatcher&) = delete;
+    virtual ~DrawingWatcher() = default;
+
+    virtual void text(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) = 0;
+    virtual void underline(std::int32_t row, std::int32_t column, std::int32_t count) = 0;
+    virtual void blank(Area kind, const CellArea& area, std::uint8_t colour) = 0;
+    virtual void invert(const CellArea& area, Inversion of) = 0;
+    virtual void scroll(std::int32_t first, std::int32_t last, std::int32_t by) = 0;
+};
+/// Null while nobody watches.
+extern DrawingWatcher* drawingWatcher;
+
 /// The screen's picture box. Drawing speaks in cells and changes the picture in memory; the system shows it
 /// when it comes to it. Place and size are in twips, colours are indices 0 to 7 into the table given by
 /// setColourTable. While the form is not loaded drawing is dropped. No routine here raises an error unless it
@@ -44,8 +63,19 @@ public:
     void setOpaque(bool opaque);
 
     // --- drawing -------------------------------------------------------------------------------------------
-    /// A character in each cell from there on.
-    void drawText(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look);
+    /// A character in each cell from there on. look: a cell without a character; where it is underlined, a
+    /// line is drawn under the text.
+    void drawTextLike(std::int32_t row, std::int32_t column, std::string_view text, const PictureCell& look) {
+        if (native == nullptr) return;
+        if (drawingWatcher != nullptr) [[unlikely]]
+            tellText(row, column, text, look);
+        picture_.drawTextLike(row, column, text, look);
+        if (!changed_) [[unlikely]]
+            noteFirstChange();
+    }
+    void drawText(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) {
+        drawTextLike(row, column, text, PictureCell{0, look});
+    }
     /// A line under the cells, in the colour of their text.
     void underline(std::int32_t row, std::int32_t column, std::int32_t count);
     /// Blank cells in black or white.
@@ -101,6 +131,9 @@ private:
     class Paint;
 
     void noteChange();
+    void noteFirstChange();
+    static void tellText(std::int32_t row, std::int32_t column, std::string_view text,
+                         const PictureCell& look);
 
     Picture picture_;
     CellSet invalid_;   ///< cells that wait for a paint
@@ -113,25 +146,6 @@ private:
     std::int32_t cellWidth_ = 0;
     std::int32_t cellHeight_ = 0;
 };
-
-/// Told of every drawing call before it changes a picture, for records and counts.
-class DrawingWatcher {
-public:
-    enum class Area : std::uint8_t { fill, clear };
-
-    DrawingWatcher() = default;
-    DrawingWatcher(const DrawingWatcher&) = delete;
-    DrawingWatcher& operator=(const DrawingWatcher&) = delete;
-    virtual ~DrawingWatcher() = default;
-
-    virtual void text(std::int32_t row, std::int32_t column, std::string_view text, const TextLook& look) = 0;
-    virtual void underline(std::int32_t row, std::int32_t column, std::int32_t count) = 0;
-    virtual void blank(Area kind, const CellArea& area, std::uint8_t colour) = 0;
-    virtual void invert(const CellArea& area, Inversion of) = 0;
-    virtual void scroll(std::int32_t first, std::int32_t last, std::int32_t by) = 0;
-};
-/// Null while nobody watches.
-extern DrawingWatcher* drawingWatcher;
 
 /// The pixel row of the line under a cell row: an eighth of the cell above its lower edge, reckoned in twips.
 [[nodiscard]] std::int32_t underlineTop(std::int32_t row, std::int32_t cellHeight,

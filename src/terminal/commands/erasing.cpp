@@ -18,6 +18,7 @@ void fillWithE() {
         blankRecord(rowMap[static_cast<std::size_t>(row)]);
         ScreenLine& line = lineOnRow(row);
         line.text.fill('E');
+        line.extent = screenColumns;
         line.dirtyLast = lastColumn;
         line.usedLength = lastColumn;
     }
@@ -62,10 +63,9 @@ void eraseInLine(const Parameters& parameters) {
     }
 }
 
-void fillOrLineSize(Sequence& sequence) {
-    HostInput& input = sequence.input;
+void fillOrLineSize(HostInput& input) {
     if (input.atEnd()) {
-        sequence.waitForMore();
+        input.waitForMore();
         return;
     }
     const unsigned char which = input.next();

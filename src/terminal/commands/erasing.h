@@ -15,6 +15,6 @@ void eraseInDisplay(const Parameters& parameters);  ///< J
 void eraseInLine(const Parameters& parameters);     ///< K
 /// ESC # 8: the letter E in every cell of the page. ESC # 3 to 6, line sizes, do nothing; any other byte
 /// behind "#" is left as ordinary data.
-void fillOrLineSize(Sequence& sequence);
+void fillOrLineSize(HostInput& input);
 
 }  // namespace qxterm

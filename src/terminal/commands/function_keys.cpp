@@ -96,14 +96,13 @@ void selectLabelBank(const Parameters& parameters) {
 }
 
 /// Function-key programming: label and string stand behind the final character.
-void programFunctionKey(Sequence& sequence) {
-    const Parameters& parameters = sequence.parameters;
+void programFunctionKey(HostInput& input) {
+    const Parameters& parameters = input.parameters;
     const std::int16_t key = parameters.valueOr(1, 0);
     if (key < 1 || key > static_cast<std::int16_t>(functionKeyCount)) return;
     const auto announced = static_cast<std::size_t>(parameters.valueOr(2, 0));
-    HostInput& input = sequence.input;
     if (input.data.size() - input.position < labelLength + announced) {
-        sequence.waitForMore();
+        input.waitForMore();
         return;
     }
     const std::string_view behind = input.data.substr(input.position, labelLength + announced);

@@ -37,6 +37,6 @@ void hideKeyBar();
 /// bar thousands of times in one block so costs one layout.
 void layOutKeyBar();
 void selectLabelBank(const Parameters& parameters);  ///< p
-void programFunctionKey(Sequence& sequence);         ///< q
+void programFunctionKey(HostInput& input);           ///< q
 
 }  // namespace qxterm

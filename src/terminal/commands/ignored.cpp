@@ -2,11 +2,10 @@
 
 namespace qxterm {
 
-void designateCharacterSet(Sequence& sequence) {
+void designateCharacterSet(HostInput& input) {
     constexpr std::string_view sets = "AB01}";
-    HostInput& input = sequence.input;
     if (input.atEnd()) {
-        sequence.waitForMore();
+        input.waitForMore();
     } else if (sets.find(input.data[input.position]) != std::string_view::npos) {
         ++input.position;
     }

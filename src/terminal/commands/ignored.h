@@ -6,7 +6,7 @@
 namespace qxterm {
 
 /// ESC ( and ESC ): a character set is designated; a byte that names none is left as ordinary data.
-void designateCharacterSet(Sequence& sequence);
+void designateCharacterSet(HostInput& input);
 inline void doNothing() {}  ///< ESC Q, R, =, >
 
 }  // namespace qxterm

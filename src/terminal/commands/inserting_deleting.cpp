@@ -60,6 +60,7 @@ void insChars(std::string_view text, std::int16_t count, std::int16_t word) {
         if (inserted > 0)
             std::memcpy(line.text.data() + column, text.data(), static_cast<std::size_t>(inserted));
         markForDrawing(record, curCol);
+        line.extent = screenColumns;
         flagForDrawing(record, lineFlag::whole);
         for (std::int32_t k = screenColumns; k > curCol + count && count > 0; --k) {
             line.attrs[static_cast<std::size_t>(k)] = line.attrs[static_cast<std::size_t>(k - count)];

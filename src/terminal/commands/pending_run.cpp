@@ -24,7 +24,8 @@ namespace {
 
 /// The cursor's line when a run of that many characters, one or more, is an ordinary one, and none of these
 /// modes is set; else null.
-ScreenLine* lineOfOrdinaryRun(std::int32_t count, std::int16_t otherModes = mode::insert) {
+[[gnu::always_inline]] inline ScreenLine* lineOfOrdinaryRun(std::int32_t count,
+                                                            std::int16_t otherModes = mode::insert) {
     constexpr int otherFlags =
         ~(UINT8_MAX & ~attrFlag::invisible);  // those that an ordinary run may not have
     if (modeSet(otherModes) || (curAttr & otherFlags) != 0) return nullptr;
@@ -35,11 +36,12 @@ ScreenLine* lineOfOrdinaryRun(std::int32_t count, std::int16_t otherModes = mode
 }
 
 /// Stores an ordinary run on that line and advances curCol. The caller marks or draws what was written.
-void storeOrdinaryRun(ScreenLine& line, const char* text, std::int32_t count) {
+[[gnu::always_inline]] inline void storeOrdinaryRun(ScreenLine& line, const char* text, std::int32_t count) {
     const auto word = static_cast<std::int16_t>(curAttr + curFg * 256 + curBg * 4096);
     char* const cells = line.text.data() + curCol;
     std::int16_t* const words = line.attrs.data() + curCol + 1;
     curCol += count;
+    line.extent = std::max(line.extent, static_cast<std::int16_t>(curCol));
     if (count == 1) {  // frequent, and not worth the calls
         *cells = *text;
         *words = word;
@@ -51,7 +53,7 @@ void storeOrdinaryRun(ScreenLine& line, const char* text, std::int32_t count) {
 
 /// Marks the cells for drawing that an ordinary run is about to be stored in: markForDrawing, and the last
 /// cell.
-void markOrdinaryRun(ScreenLine& line, std::int32_t count) {
+inline void markOrdinaryRun(ScreenLine& line, std::int32_t count) {
     const auto column = static_cast<std::int16_t>(curCol);
     if ((line.lineFlags & lineFlag::draw) == 0 || column < line.dirtyFirst) line.dirtyFirst = column;
     line.lineFlags = static_cast<std::int16_t>(line.lineFlags | lineFlag::draw);
@@ -67,6 +69,7 @@ void overwrite(std::int32_t record, std::int16_t word) {
     const std::int32_t room = std::clamp<std::int32_t>(screenColumns - curCol, 0, pendingCount);
     if (room > 0) std::memcpy(line.text.data() + curCol, pendingText.data(), static_cast<std::size_t>(room));
     markForDrawing(record, curCol);
+    line.extent = screenColumns;
     setWords(line, curCol, pendingCount, word);
 }
 
@@ -99,30 +102,24 @@ void storePending() {
 
 // --- flushing --------------------------------------------------------------------------------------------------
 
-/// The ordinary flush: one ordinary run waits for a line that is drawn up to date, and there is nothing else
-/// to do. The line, else null.
-ScreenLine* lineOfOnlyRun() {
+/// The short way of flushAll, for an ordinary run that waits alone for a line which is drawn up to date:
+/// putBuf and lineOut in one. Returns false, with nothing done, in every other case.
+[[gnu::always_inline]] inline bool flushOnlyRun(std::int32_t count) {
     constexpr auto otherModes = static_cast<std::int16_t>(mode::insert | mode::drawingSuspended);
-    const bool othersWait = (static_cast<std::uint32_t>(pendingScrolls) | recordsToDraw) != 0;
-    if (pendingCount <= 0 || othersWait) return nullptr;
-    ScreenLine* line = lineOfOrdinaryRun(pendingCount, otherModes);
-    const bool upToDate =
-        line != nullptr && line->dirtyLast == -1 && (line->lineFlags & lineFlag::whole) == 0;
-    return upToDate ? line : nullptr;
-}
-
-/// putBuf and lineOut in one, for an ordinary run of that many characters.
-inline void storeAndDraw(ScreenLine& line, std::int32_t count) {
+    if ((static_cast<std::uint32_t>(pendingScrolls) | recordsToDraw) != 0) return false;
+    ScreenLine* const line = lineOfOrdinaryRun(count, otherModes);
+    if (line == nullptr || line->dirtyLast != -1 || (line->lineFlags & lineFlag::whole) != 0) return false;
     const std::int32_t first = curCol;
-    storeOrdinaryRun(line, pendingText.data(), count);
+    storeOrdinaryRun(*line, pendingText.data(), count);
     dropPending();
-    line.dirtyFirst = 0;
-    line.usedLength = std::max(line.usedLength, static_cast<std::int16_t>(first + count - 1));
-    drawRun(line, first, count, curRow);
+    line->dirtyFirst = 0;
+    line->usedLength = std::max(line->usedLength, static_cast<std::int16_t>(first + count - 1));
+    drawRun(*line, first, count, curRow);
+    return true;
 }
 
 /// The same out of the way of the characters that come with a command between any two.
-[[gnu::noinline]] void storeAndDrawMany(ScreenLine& line) { storeAndDraw(line, pendingCount); }
+[[gnu::noinline]] bool flushOnlyLongRun() { return flushOnlyRun(pendingCount); }
 
 /// Whatever waits: the pending run, scrolls of the window, lines to be drawn.
 [[gnu::noinline]] void flushAll() {
@@ -174,11 +171,9 @@ bool storeAtOnce(std::string_view run) {
 
 void flushBuf() {
     trapped("flushBuf", [] {
-        if (ScreenLine* line = lineOfOnlyRun()) [[likely]] {
-            pendingCount == 1 ? storeAndDraw(*line, 1) : storeAndDrawMany(*line);
-        } else if (pendingCount != 0 || pendingScrolls != 0 || recordsToDraw != 0) {
-            flushAll();
-        }
+        const std::int16_t waiting = pendingCount;
+        if (waiting == 1 ? flushOnlyRun(1) : waiting > 1 && flushOnlyLongRun()) return;
+        if (waiting != 0 || pendingScrolls != 0 || recordsToDraw != 0) flushAll();
     });
 }
 

@@ -55,8 +55,9 @@ void appendPending(std::string_view run) {
 
 void acceptPrintable(std::string_view run) {
     keepLast(run.back());
-    const std::int64_t room = screenColumns - curCol - pendingCount;
-    if (curCol >= 0 && static_cast<std::int64_t>(run.size()) <= room) [[likely]] {
+    // A cursor left of the line is no place within it, and makes this a large number.
+    const auto taken = static_cast<std::uint32_t>(curCol + pendingCount);
+    if (curCol >= 0 && taken + run.size() <= screenColumns) [[likely]] {
         appendPending(run);
     } else {
         acceptAtEdge(run);
@@ -73,9 +74,8 @@ bool acceptLine(std::string_view run) {
 
 /// The loop counts the interpreter's own position, which so ends up at the count: bytes before are read
 /// again, bytes in between are skipped.
-void repeatCharacter(Sequence& sequence) {
-    HostInput& input = sequence.input;
-    const std::int32_t count = sequence.parameters.valueOr(1, 1);
+void repeatCharacter(HostInput& input) {
+    const std::int32_t count = input.parameters.valueOr(1, 1);
     const std::size_t ownEnd = input.position;
     std::int32_t position = 1;
     for (; position <= count; ++position) {

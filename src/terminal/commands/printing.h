@@ -13,6 +13,6 @@ void acceptPrintable(std::string_view run);
 /// the pending run. Returns false, with nothing done, when something about it might fail.
 [[nodiscard]] bool acceptLine(std::string_view run);
 
-void repeatCharacter(Sequence& sequence);  ///< b
+void repeatCharacter(HostInput& input);  ///< b
 
 }  // namespace qxterm

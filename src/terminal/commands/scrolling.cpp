@@ -98,9 +98,9 @@ void insBuf(std::int16_t record) {
     });
 }
 
-void feedLine(Sequence& sequence) {
+void feedLine(HostInput& input) {
     lineFeed();
-    sequence.input.yields = true;
+    input.yields = true;
 }
 
 void index() {

@@ -21,7 +21,7 @@ void scrollDown();
 /// Appends a copy of a screen record (0..24) to the scrollback. Reports as "insBuf".
 void insBuf(std::int16_t record);
 
-void feedLine(Sequence& sequence);             ///< LF; the interpreter yields behind it
+void feedLine(HostInput& input);               ///< LF; the interpreter yields behind it
 void index();                                  ///< ESC D
 void nextLine();                               ///< ESC E
 void reverseIndex();                           ///< ESC M

@@ -49,15 +49,23 @@ private:
     std::array<std::int16_t, 16> few_{};
     /// All of them, while they are more than those.
     std::vector<std::int16_t> many_;
-    std::size_t count_ = 0;
+    std::uint32_t count_ = 0;
     bool privateMarker_ = false;
 };
 
-/// The output being interpreted, as the reader and the verbs share it.
+/// The output being interpreted, and the control character or sequence in it that is being carried out: what
+/// the reader and the verbs share.
 struct HostInput {
     std::string_view data;
+    /// Those of the sequence; none for control characters and sequences of ESC and one or two bytes.
+    const Parameters& parameters;
     /// Bytes consumed: the next one is data[position]. While a verb runs its final character is the last one.
     std::size_t position = 0;
+    /// Place of the sequence's first byte, the introducer.
+    std::size_t start = 0;
+    /// Set when the sequence's text, from the introducer to the position, is to be read again in front of the
+    /// next block.
+    bool carried = false;
     /// Set by a verb behind which the interpreter yields to the message loop.
     bool yields = false;
     /// The stream that the data belongs to: what is left of it is dropped when another one has begun.
@@ -67,36 +75,23 @@ struct HostInput {
 
     [[nodiscard]] bool atEnd() const { return position >= data.size(); }
     [[nodiscard]] unsigned char next() const { return static_cast<unsigned char>(data[position]); }
-};
-
-/// A control character or a sequence that is being carried out.
-struct Sequence {
-    /// None for control characters and sequences of ESC and one or two bytes.
-    const Parameters& parameters;
-    HostInput& input;
-    /// Place of its first byte, the introducer, in the data.
-    std::size_t start;
-    /// Set when its text, from the introducer to the position, is to be read again in front of the next
-    /// block.
-    bool carried = false;
-
     /// The block ends before the sequence does.
     void waitForMore() {
         carried = true;
-        input.position = input.data.size();
+        position = data.size();
     }
 };
 
-/// A verb: carries one sequence out. The position stands behind the final character.
-using Verb = void (*)(Sequence&);
+/// A verb: carries one sequence out.
+using Verb = void (*)(HostInput&);
 
-/// Makes the verb of a routine that takes the parameters, or nothing.
+/// Makes the verb of a routine that takes the input, its parameters, or nothing.
 template <auto routine>
-void verb(Sequence& sequence) {
-    if constexpr (requires { routine(sequence); }) {
-        routine(sequence);
-    } else if constexpr (requires { routine(sequence.parameters); }) {
-        routine(sequence.parameters);
+void verb(HostInput& input) {
+    if constexpr (requires { routine(input); }) {
+        routine(input);
+    } else if constexpr (requires { routine(input.parameters); }) {
+        routine(input.parameters);
     } else {
         routine();
     }

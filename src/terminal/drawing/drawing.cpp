@@ -20,11 +20,6 @@ namespace {
 
 Raster eraseRaster() { return modeSet(mode::reverseScreen) ? Raster::whiteness : Raster::blackness; }
 
-void drawPlainText(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row,
-                   const TextLook& look) {
-    picterm.drawText(row, first, {line.text.data() + first, static_cast<std::size_t>(count)}, look);
-}
-
 /// The cells of any run.
 [[gnu::noinline]] void drawAnyRun(const ScreenLine& line, std::int32_t first, std::int32_t count,
                                   std::int32_t row) {
@@ -38,41 +33,14 @@ void drawPlainText(const ScreenLine& line, std::int32_t first, std::int32_t coun
     if ((attr.flags & attrFlag::shiftOut) != 0) {
         lineDraw(line, first, count, row);
     } else {
-        drawPlainText(line, first, count, row, textLook);
+        picterm.drawText(row, first, {line.text.data() + first, static_cast<std::size_t>(count)}, textLook);
     }
     if ((attr.flags & attrFlag::underline) != 0) picterm.underline(row, first, count);
 }
 
-/// True for the words that drawCellsOfRun draws by itself: plain or underlined text in colours that exist.
-constexpr bool isOrdinary(std::int16_t word) {
-    constexpr int missingColours = 0x8800;  // the highest bits of background and foreground
-    return (word & (missingColours | attrFlag::blink | attrFlag::shiftOut)) == 0;
-}
-
-/// The look of an ordinary word.
-TextLook ordinaryLook(std::int16_t word) {
-    AttrTriple attr = unpackAttr(word);
-    if (reversed(attr.flags)) std::swap(attr.fg, attr.bg);
-    return {static_cast<std::uint8_t>(attr.fg), static_cast<std::uint8_t>(attr.bg),
-            (attr.flags & attrFlag::bold) != 0, TextFont::normal};
-}
-
-/// drawAnyRun, with a short way for ordinary words.
+/// The cells of a run, with the short way.
 void drawCellsOfRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
-    const std::int16_t word = line.attrs[static_cast<std::size_t>(first + 1)];
-    if (!isOrdinary(word) || !shortWaysOpen()) [[unlikely]] {
-        drawAnyRun(line, first, count, row);
-        return;
-    }
-    drawPlainText(line, first, count, row, ordinaryLook(word));
-    if ((word & attrFlag::underline) != 0) picterm.underline(row, first, count);
-}
-
-/// drawRun while a selection is shown.
-[[gnu::noinline]] void drawRunAndTell(const ScreenLine& line, std::int32_t first, std::int32_t count,
-                                      std::int32_t row) {
-    drawCellsOfRun(line, first, count, row);
-    lineDrawn(row, first, first + count - 1);
+    if (!drawOrdinaryRun(line, first, count, row)) drawAnyRun(line, first, count, row);
 }
 
 /// True when all words of a span are equal: each equals the one behind it.
@@ -129,12 +97,9 @@ void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std
     });
 }
 
-void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
-    if (lineDrawn == nullptr) [[likely]] {
-        drawCellsOfRun(line, first, count, row);
-    } else {
-        drawRunAndTell(line, first, count, row);
-    }
+void drawRunAndTell(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
+    drawCellsOfRun(line, first, count, row);
+    if (lineDrawn != nullptr) lineDrawn(row, first, first + count - 1);
 }
 
 void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {

@@ -26,6 +26,7 @@ void initAttributes() {
     blankLine.selLast = 0;
     blankLine.usedLength = -1;
     blankLine.lineFlags = 0;
+    blankLine.extent = 0;
     constexpr std::uint8_t full = 255;
     for (std::size_t index = 0; index < colourTable.size(); ++index) {
         // bit 0 is red, bit 1 green, bit 2 blue

@@ -79,15 +79,16 @@ struct Carry {
 
 /// Carries out the control character, or the sequence, at the position.
 void takeControl(HostInput& input, Carry& carry) {
-    static constexpr Parameters none;
     const unsigned char byte = input.next();
-    const Verb verb = controlVerb(byte);
-    Sequence sequence{none, input, input.position};
-    ++input.position;
-    if (verb == nullptr) return;
-    verb(sequence);
-    if (byte == control::escape || byte == control::telnet)
-        carry = {sequence.start, sequence.carried ? input.position : sequence.start};
+    input.start = input.position++;
+    if (byte != control::escape && byte != control::telnet) {
+        if (const Verb verb = controlVerb(byte); verb != nullptr) verb(input);
+        return;
+    }
+    input.carried = false;
+    byte == control::escape ? doEsc(input) : doTelnet(input);
+    if (input.carried || carry.from != carry.to) [[unlikely]]
+        carry = {input.start, input.carried ? input.position : input.start};
 }
 
 void interpret(HostInput& input, Carry& carry) {
@@ -98,11 +99,10 @@ void interpret(HostInput& input, Carry& carry) {
         } else {
             takeControl(input, carry);
         }
-        const bool longSince = input.position >= nextYield && !input.atEnd();
-        if (input.yields || longSince) {
-            yield(input);
-            nextYield = input.position + longestStretch;
-        }
+        if (!input.yields && input.position < nextYield) [[likely]]
+            continue;
+        if (input.yields || !input.atEnd()) yield(input);
+        nextYield = input.position + longestStretch;
     }
 }
 
@@ -145,7 +145,7 @@ private:
 
 void interpretBlock(std::string_view block) {
     CarryKeeper keeper{block};
-    HostInput input{.data = keeper.data()};
+    HostInput input{.data = keeper.data(), .parameters = escParams()};
     interpret(input, keeper.carry());
 }
 

@@ -17,10 +17,10 @@ public:
         state_ = State::behindBracket;
         escParams_.clear();
     }
-    /// Reads on from data[position] to the final character; position then stands behind it. Returns false
-    /// when the data ends before; position then is the data's length. Error 6 for a value above 32767:
-    /// position stands behind the digit that was too much.
-    bool read(std::string_view data, std::size_t& position);
+    /// Reads on from data[position] to the final character, and returns its place; position then stands
+    /// behind it. Returns null when the data ends before; position then is the data's length. Error 6 for a
+    /// value above 32767: position stands behind the digit that was too much.
+    [[nodiscard]] const char* read(std::string_view data, std::size_t& position);
 
     [[nodiscard]] const Parameters& parameters() const { return escParams_; }
 
@@ -33,7 +33,7 @@ private:
 
     Parameters escParams_;
     State state_ = State::behindBracket;
-    std::int32_t value_ = 0;  ///< of the number being read
+    std::uint32_t value_ = 0;  ///< of the number being read
     std::size_t readSoFar_ = 0;
 };
 

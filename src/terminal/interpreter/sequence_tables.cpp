@@ -16,7 +16,6 @@
 #include "terminal/commands/saving.h"
 #include "terminal/commands/scrolling.h"
 #include "terminal/commands/status_row.h"
-#include "terminal/interpreter/sequences.h"
 
 namespace qxterm {
 namespace {
@@ -27,18 +26,16 @@ struct Row {
 };
 
 constexpr std::array controls{
-    Row{7, verb<ringBell>},                // BEL
-    Row{8, verb<cursorLeft>},              // BS
-    Row{9, verb<horizontalTab>},           // HT
-    Row{10, verb<feedLine>},               // LF
-    Row{13, verb<returnCarriage>},         // CR
-    Row{14, verb<shiftOut>},               // SO
-    Row{15, verb<shiftIn>},                // SI
-    Row{control::escape, verb<doEsc>},     // ESC
-    Row{control::telnet, verb<doTelnet>},  // IAC
+    Row{7, verb<ringBell>},         // BEL
+    Row{8, verb<cursorLeft>},       // BS
+    Row{9, verb<horizontalTab>},    // HT
+    Row{10, verb<feedLine>},        // LF
+    Row{13, verb<returnCarriage>},  // CR
+    Row{14, verb<shiftOut>},        // SO
+    Row{15, verb<shiftIn>},         // SI
 };
 
-/// Behind ESC.
+/// Behind ESC; "[" begins a control sequence.
 constexpr std::array escapeSequences{
     Row{'7', verb<saveCursor>},
     Row{'8', verb<restoreCursor>},
@@ -53,7 +50,6 @@ constexpr std::array escapeSequences{
     Row{'R', verb<doNothing>},
     Row{'=', verb<doNothing>},
     Row{'>', verb<doNothing>},
-    Row{'[', verb<doEscBracket>},
 };
 
 /// Behind ESC, "[" and the parameters.

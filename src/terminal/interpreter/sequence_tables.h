@@ -5,7 +5,8 @@
 /// Which verb carries out what: the three tables of the reader.
 namespace qxterm {
 
-/// The verb of a control character; null for a byte that does nothing. ESC and IAC have the reader's own.
+/// The verb of a control character; null for a byte that does nothing. ESC and IAC, which begin a sequence,
+/// are the reader's own.
 [[nodiscard]] Verb controlVerb(unsigned char byte);
 /// The verb of ESC and this byte; null when there is no such sequence.
 [[nodiscard]] Verb escapeVerb(unsigned char byte);

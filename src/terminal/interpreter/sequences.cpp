@@ -12,52 +12,58 @@ SequenceParser parser;
 bool resumes = false;
 
 /// The sequence is to be read again in front of the next block. The parser goes on with the byte at `from`.
-[[gnu::noinline]] void carry(Sequence& sequence, std::size_t from) {
-    parser.setReadSoFar(from - sequence.start);
+[[gnu::noinline]] void carry(HostInput& input, std::size_t from) {
+    parser.setReadSoFar(from - input.start);
+    input.carried = false;
     ErrorTrap{"doEscBracket"}.step([&] {
-        if (sequence.input.position - sequence.start > longestCarry) throw RunTimeError{errors::outOfMemory};
+        if (input.position - input.start > longestCarry) throw RunTimeError{errors::outOfMemory};
     });
-    sequence.carried = true;
+    input.carried = true;
 }
 
 }  // namespace
 
+const Parameters& escParams() { return parser.parameters(); }
+
 void resumeSequence(bool resumed) { resumes = resumed; }
 
-void doEsc(Sequence& sequence) {
+void doEsc(HostInput& input) {
     trapped("doEsc", [&] {
-        HostInput& input = sequence.input;
         if (input.atEnd()) {
-            sequence.waitForMore();
-        } else if (const Verb verb = escapeVerb(input.next()); verb != nullptr) {
+            input.waitForMore();
+            return;
+        }
+        const unsigned char byte = input.next();
+        if (byte == control::bracket) {
             ++input.position;
-            verb(sequence);
+            doEscBracket(input);
+        } else if (const Verb verb = escapeVerb(byte); verb != nullptr) {
+            ++input.position;
+            verb(input);
         }
     });
 }
 
-void doEscBracket(Sequence& sequence) {
+void doEscBracket(HostInput& input) {
     trapped("doEscBracket", [&] {
-        HostInput& input = sequence.input;
-        if (resumes && sequence.start == 0) [[unlikely]] {
+        if (resumes && input.start == 0) [[unlikely]] {
             input.position = parser.readSoFar();
         } else {
             parser.start();
         }
         resumes = false;
-        if (!parser.read(input.data, input.position)) {
-            carry(sequence, input.position);
+        const char* const final = parser.read(input.data, input.position);
+        if (final == nullptr) {
+            carry(input, input.position);
             return;
         }
-        const std::size_t final = input.position - 1;
-        const Verb verb = controlSequenceVerb(static_cast<unsigned char>(input.data[final]));
-        Sequence whole{parser.parameters(), input, sequence.start};
+        const Verb verb = controlSequenceVerb(static_cast<unsigned char>(*final));
         if (verb != nullptr) {
-            verb(whole);
-            if (!whole.carried) [[likely]]
+            verb(input);
+            if (!input.carried) [[likely]]
                 return;
         }
-        carry(sequence, final);
+        carry(input, static_cast<std::size_t>(final - input.data.data()));
     });
 }
 

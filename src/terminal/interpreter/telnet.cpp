@@ -54,13 +54,12 @@ const Row* rowOf(Byte command) {
 
 }  // namespace
 
-void doTelnet(Sequence& sequence) {
+void doTelnet(HostInput& input) {
     trapped("doTelnet", [&] {
-        HostInput& input = sequence.input;
         const std::size_t following = input.data.size() - input.position;
         const Row* const row = following > 0 ? rowOf(input.next()) : nullptr;
         if (following == 0 || (following == 1 && row != nullptr)) {
-            sequence.waitForMore();
+            input.waitForMore();
             return;
         }
         // The byte behind any command is skipped, also where telnet has none there; the interpreter meets the

@@ -32,6 +32,8 @@ struct alignas(64) ScreenLine {
     /// Rightmost column that held text since the line was blanked; -1 for a blank line.
     std::int16_t usedLength;
     std::int16_t lineFlags;
+    /// Every cell from this column on is as in the blank template: 0 for a blank line, 80 at the most.
+    std::int16_t extent;
 };
 
 /// to = from. Compilers copy a record of this length with a string instruction, which takes several times as
@@ -45,16 +47,31 @@ inline void copyLine(ScreenLine& to, const ScreenLine& from) {
         std::memcpy(target + at, source + at, piece);
 }
 
-/// to = from, from = blank: a line leaves for the scrollback.
+/// to = from, from = blank: a line leaves for the scrollback. Only cells are touched that may differ from the
+/// template; most lines are short.
 inline void moveLine(ScreenLine& to, ScreenLine& from, const ScreenLine& blank) {
-    constexpr std::size_t piece = 128;
-    auto* target = reinterpret_cast<std::byte*>(&to);
-    auto* source = reinterpret_cast<std::byte*>(&from);
-    const auto* empty = reinterpret_cast<const std::byte*>(&blank);
-    for (std::size_t at = 0; at < sizeof(ScreenLine); at += piece) {
-        std::memcpy(target + at, source + at, piece);
-        std::memcpy(source + at, empty + at, piece);
-    }
+    constexpr std::size_t cells = 16;  // a piece of so many characters, and of so many words
+    constexpr std::size_t pieces = screenColumns / cells;
+    constexpr std::size_t rest = sizeof(ScreenLine) - cells;  // the last word, and all that follows
+    const auto copyPiece = [](ScreenLine& target, const ScreenLine& source, std::size_t piece) {
+        std::memcpy(target.text.data() + piece * cells, source.text.data() + piece * cells, cells);
+        std::memcpy(target.attrs.data() + piece * cells, source.attrs.data() + piece * cells,
+                    cells * sizeof(std::int16_t));
+    };
+    const auto copyRest = [](ScreenLine& target, const ScreenLine& source) {
+        std::memcpy(reinterpret_cast<std::byte*>(&target) + rest,
+                    reinterpret_cast<const std::byte*>(&source) + rest, sizeof(ScreenLine) - rest);
+    };
+    // A word stands one place further on than its character.
+    const auto touched = static_cast<std::size_t>(from.extent > to.extent ? from.extent : to.extent);
+    std::size_t piece = 0;
+    do {
+        copyPiece(to, from, piece);
+        copyPiece(from, blank, piece);
+        ++piece;
+    } while (piece < pieces && piece * cells <= touched);
+    copyRest(to, from);
+    copyRest(from, blank);
 }
 
 }  // namespace qxterm

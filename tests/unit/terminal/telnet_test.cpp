@@ -26,10 +26,9 @@ protected:
     /// A command whose IAC stands at a place of the data.
     static Outcome run(std::string_view data, std::size_t place = 0) {
         const Parameters none;
-        HostInput input{.data = data, .position = place + 1};
-        Sequence sequence{none, input, place};
-        doTelnet(sequence);
-        return {input.position, sequence.carried};
+        HostInput input{.data = data, .parameters = none, .position = place + 1, .start = place};
+        doTelnet(input);
+        return {input.position, input.carried};
     }
     static Sent sent() { return recorded("send", "bytes"); }
 };
