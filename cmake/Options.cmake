@@ -34,6 +34,8 @@ if(MINGW)
 endif()
 
 if(MINGW)
+    # Each program names the libraries of the system that it calls.
+    set(CMAKE_CXX_STANDARD_LIBRARIES "")
     # -static: the program needs no DLL but the system's own. Without a time stamp a build can be repeated
     # byte for byte.
     add_link_options(-static -Wl,--tsaware -Wl,--no-insert-timestamp)
