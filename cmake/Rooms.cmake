@@ -1,5 +1,5 @@
-# The rooms of the program. Each is an object library and lists what it needs: modules and platform call each other, in
-# both directions, so that the linker has to see all their objects at once.
+# The rooms of the program. Each is an object library and lists what it needs. Platform and its implementation call each
+# other, so that the linker has to see all their objects at once.
 
 # qxterm_room(NAME IN|BELOW folder [EXCEPT file] [NEEDS room...]): the C++ files of the folder, or also those below it.
 function(qxterm_room name)
@@ -33,17 +33,15 @@ endfunction()
 
 # What is the same on every system. Each needs one of the two implementations of the platform beside it.
 qxterm_room(qxterm_platform IN src/platform)
-# Profiles are read into the session's flags.
 qxterm_room(
     qxterm_base
     BELOW src/diag src/timers src/config
-    NEEDS qxterm_platform qxterm_connection
+    NEEDS qxterm_platform
 )
-# Keys are sent to the host, telnet commands stand in its output, and what it sends is drawn.
 qxterm_room(
     qxterm_terminal
     BELOW src/terminal
-    NEEDS qxterm_connection qxterm_base qxterm_platform
+    NEEDS qxterm_base qxterm_platform
 )
 qxterm_room(
     qxterm_connection

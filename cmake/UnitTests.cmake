@@ -14,6 +14,6 @@ target_include_directories(unit-tests PRIVATE tests/unit)
 qxterm_link(unit-tests qxterm_scenario_parts)
 target_link_libraries(unit-tests PRIVATE zpt_ssh_parts zpt_tnetd_parts GTest::gmock_main)
 
-# The terminal must not need the application.
+# The terminal must need neither connections nor application.
 add_executable(terminal-alone tests/terminal-alone/terminal_alone.cpp)
 qxterm_link(terminal-alone qxterm_terminal qxterm_headless)

@@ -7,9 +7,6 @@
 
 namespace qxterm {
 
-/// The title of the program's message boxes and the first words of its caption.
-inline constexpr const char* programTitle = QXTERM_PROGRAM_TITLE;
-
 enum class Buttons : std::uint8_t { ok = 0, okCancel = 1, yesNoCancel = 3, yesNo = 4, retryCancel = 5 };
 enum class Icon : std::uint8_t { none = 0, critical = 16, question = 32, information = 64 };
 enum class Answer : std::uint8_t { ok = 1, cancel = 2, retry = 4, yes = 6, no = 7 };

@@ -1,16 +1,16 @@
-// The terminal on the headless platform, without the application: what a host sends stands in its records.
+// The terminal on the headless platform, without connections and application: what a host sends stands in its records.
 
 #include <cstdio>
 #include <string_view>
 
 #include "platform/headless/reset.h"
 #include "platform/main_form.h"
-#include "terminal/attributes.h"
-#include "terminal/function_keys.h"
-#include "terminal/interpreter.h"
-#include "terminal/reset.h"
-#include "terminal/screen_store.h"
-#include "terminal/view/screen_controls.h"
+#include "terminal/commands/function_keys.h"
+#include "terminal/commands/reset.h"
+#include "terminal/drawing/screen_controls.h"
+#include "terminal/drawing/text_look.h"
+#include "terminal/interpreter/interpreter.h"
+#include "terminal/model/screen_store.h"
 
 int main() {
     qxterm::headless::reset();
