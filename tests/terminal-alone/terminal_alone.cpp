@@ -1,4 +1,5 @@
-// The terminal on the headless platform, without connections and application: what a host sends stands in its records.
+// The terminal on the headless platform, without connections and application: what a host sends stands in its
+// records.
 
 #include <cstdio>
 #include <string_view>
