@@ -6,10 +6,10 @@
 
 #include "benchmark.h"
 #include "core.h"
+#include "headless-session/session.h"
 #include "measure.h"
 #include "payloads.h"
 #include "platform/main_form.h"
-#include "program.h"
 #include "table.h"
 #include "terminal/interpreter/interpreter.h"
 
@@ -52,7 +52,7 @@ void measureBlockLength(const Options& options) {
     Table table{headings};
     for (const Payload& payload : payloads) {
         if (std::string_view{payload.name}.find(options.filter) == std::string_view::npos) continue;
-        startProgram();
+        headless::startProgram();
         std::vector<std::string> row{payload.name};
         double first = 0;
         double last = 0;
@@ -94,7 +94,7 @@ void measureCarriedSequences(const Options& options) {
         std::vector<std::string> row{sequence.name};
         for (const std::size_t size :
              {std::size_t{1024}, std::size_t{16384}, std::size_t{262144}, mebibyte}) {
-            startProgram();
+            headless::startProgram();
             std::string bytes{sequence.head};
             bytes.append(std::min(size, sequence.longest) - 3, sequence.filler);
             bytes += sequence.end;
@@ -115,7 +115,7 @@ void measureKey(const Options& options) {
     if (!options.filter.empty()) return;
     std::printf("From a key to the socket's send, microseconds\n\n");
     constexpr int keys = 20000;
-    startSession();
+    headless::startSession();
     std::vector<double> times;
     times.reserve(keys);
     for (int key = 0; key < keys; ++key) {

@@ -1,5 +1,5 @@
 #include "core.h"
-#include "program.h"
+#include "headless-session/session.h"
 #include "terminal/interpreter/interpreter.h"
 
 namespace qxterm::bench {
@@ -8,7 +8,7 @@ namespace {
 class TerminalCore : public Core {
 public:
     [[nodiscard]] const char* name() const override { return "qxterm"; }
-    void reset() override { startProgram(); }
+    void reset() override { headless::startProgram(); }
     void feed(std::string_view block) override { processInput(block); }
 };
 

@@ -1,16 +1,10 @@
 # benchmarks: one program of all files in benchmarks/. The terminal cores that it compares with are optional:
 # QXTERM_BENCH_LIBVTERM and QXTERM_BENCH_LIBTSM are defined as 1 for those that were found.
 
-file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/benchmarks/*.cpp")
-if(NOT sources)
-    return()
-endif()
-
-add_executable(benchmarks ${sources} "${CMAKE_SOURCE_DIR}/tools/headless-session/session.cpp")
-target_include_directories(
-    benchmarks PRIVATE "${CMAKE_SOURCE_DIR}/benchmarks" "${CMAKE_SOURCE_DIR}/tools"
-)
-target_link_libraries(benchmarks PRIVATE qxterm_options qxterm_core qxterm_headless)
+file(GLOB_RECURSE sources CONFIGURE_DEPENDS benchmarks/*.cpp)
+add_executable(benchmarks ${sources})
+target_include_directories(benchmarks PRIVATE benchmarks)
+qxterm_link(benchmarks qxterm_headless_session)
 
 find_package(PkgConfig)
 if(PkgConfig_FOUND)

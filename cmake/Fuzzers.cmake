@@ -5,16 +5,12 @@
 
 file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
-set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp
-    "${CMAKE_SOURCE_DIR}/tools/headless-session/session.cpp"
-)
+set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp)
 
 function(qxterm_fuzz_program name)
     add_executable(${name} ${ARGN} ${support_sources})
-    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/fuzz" "${CMAKE_SOURCE_DIR}/tools")
-    target_link_libraries(
-        ${name} PRIVATE qxterm_options qxterm_json qxterm_scenario_parts qxterm_core qxterm_headless
-    )
+    target_include_directories(${name} PRIVATE fuzz)
+    qxterm_link(${name} qxterm_scenario_parts)
 endfunction()
 
 if(QXTERM_FUZZERS)
@@ -30,6 +26,6 @@ if(QXTERM_FUZZERS)
     endforeach()
 endif()
 
-if(QXTERM_TESTS AND fuzz_targets AND NOT CMAKE_CROSSCOMPILING)
+if(QXTERM_TESTS AND NOT CMAKE_CROSSCOMPILING)
     qxterm_fuzz_program(fuzz-replay ${fuzz_targets} ${support}/replay.cpp)
 endif()

@@ -24,7 +24,18 @@ endif()
 # Assertions and __FILE__ name a file as the project knows it, and equal sources give equal programs.
 add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=>)
 
+# What is handed over is optimised as a whole and holds no code that nothing calls. Its objects also hold ordinary
+# code, which the tests link without doing that work once more.
+add_library(qxterm_whole_program INTERFACE)
 if(MINGW)
+    target_compile_options(
+        qxterm_whole_program INTERFACE -flto=auto -ffat-lto-objects -ffunction-sections -fdata-sections
+    )
+endif()
+
+if(MINGW)
+    # Each program names the libraries of the system that it calls.
+    set(CMAKE_CXX_STANDARD_LIBRARIES "")
     # -static: the program needs no DLL but the system's own. Without a time stamp a build can be repeated
     # byte for byte.
     add_link_options(-static -Wl,--tsaware -Wl,--no-insert-timestamp)

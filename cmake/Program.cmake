@@ -2,20 +2,8 @@
 
 add_custom_target(program)
 
-if(NOT MINGW)
-    return()
-endif()
-
-set(QXTERM_SYSTEM_LIBRARIES user32 gdi32 comctl32 ws2_32 iphlpapi)
-
-# What is handed over is optimised as a whole and holds no code that nothing calls. Its objects also hold ordinary
-# code, which the tests link without doing that work once more.
-set(whole_program -flto=auto -ffat-lto-objects -ffunction-sections -fdata-sections)
-foreach(room qxterm_core qxterm_win32)
-    target_compile_options(${room} PRIVATE ${whole_program})
-endforeach()
 function(qxterm_handed_over target)
-    target_compile_options(${target} PRIVATE ${whole_program})
+    target_link_libraries(${target} PRIVATE qxterm_whole_program)
     # The same seed of the names that the compiler makes up: two builds give the same bytes.
     target_link_options(
         ${target} PRIVATE -flto=auto -frandom-seed=${target} -O3 -Wl,--gc-sections -s
@@ -25,25 +13,24 @@ endfunction()
 # windres gets folders and definitions, and none of the C++ options.
 enable_language(RC)
 file(GLOB_RECURSE resource_files CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/resources/*"
-     "${CMAKE_SOURCE_DIR}/src/platform/resource_ids.h"
+     "${CMAKE_SOURCE_DIR}/src/platform/resource_ids.h" "${CMAKE_SOURCE_DIR}/src/platform/program_title.h"
 )
 set(resource_script "${CMAKE_SOURCE_DIR}/resources/qxterm.rc")
 
-file(GLOB_RECURSE platform_files CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/platform/win32/*.cpp")
-if(platform_files)
-    add_executable(qxterm WIN32)
-    target_link_libraries(
-        qxterm PRIVATE qxterm_options qxterm_core qxterm_win32 ${QXTERM_SYSTEM_LIBRARIES}
-    )
-    set_target_properties(qxterm PROPERTIES LINKER_LANGUAGE CXX)
-    qxterm_handed_over(qxterm)
-    if(EXISTS "${resource_script}")
-        target_sources(qxterm PRIVATE "${resource_script}")
-        target_include_directories(qxterm PRIVATE "${CMAKE_SOURCE_DIR}/resources")
-        set_source_files_properties("${resource_script}" PROPERTIES OBJECT_DEPENDS "${resource_files}")
-    endif()
-    add_dependencies(program qxterm)
-endif()
+set_source_files_properties("${resource_script}" PROPERTIES OBJECT_DEPENDS "${resource_files}")
+
+# qxterm_program(NAME [FILES file...] [ROOMS room...]): the whole program, and what else stands in files and rooms.
+function(qxterm_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 more "" "" "FILES;ROOMS")
+    add_executable(${name} WIN32 src/platform/win32/win_main.cpp ${more_FILES} "${resource_script}")
+    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+    target_include_directories(${name} PRIVATE resources)
+    qxterm_link(${name} ${more_ROOMS} qxterm_app qxterm_win32)
+endfunction()
+
+qxterm_program(qxterm)
+qxterm_handed_over(qxterm)
+add_dependencies(program qxterm)
 
 # Files that the program looks for in its own folder.
 set(beside_program ${resource_files})
@@ -61,18 +48,14 @@ endforeach()
 add_custom_target(program_files ALL DEPENDS ${copied_files})
 add_dependencies(program program_files)
 
-# One helper program a folder; what stands in a win32/ folder calls the system. They are started without a
-# console of their own, but are console programs, so that they can be tried from a command line.
+# They are started without a console of their own, but are console programs, so that they can be tried from a command
+# line.
 foreach(helper zpt_ssh zpt_tnetd)
-    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/helpers/${helper}/*.cpp"
-         "${CMAKE_SOURCE_DIR}/helpers/common/*.cpp"
-    )
-    file(GLOB own_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/helpers/${helper}/*.cpp")
-    if(own_sources)
-        add_executable(${helper} ${sources})
-        target_include_directories(${helper} PRIVATE "${CMAKE_SOURCE_DIR}/helpers")
-        target_link_libraries(${helper} PRIVATE qxterm_options ws2_32 iphlpapi)
-        qxterm_handed_over(${helper})
-        add_dependencies(program ${helper})
-    endif()
+    file(GLOB sources CONFIGURE_DEPENDS helpers/${helper}/win32/*.cpp)
+    add_executable(${helper} ${sources})
+    target_link_libraries(${helper} PRIVATE qxterm_options ${helper}_parts zpt_common_win32)
+    qxterm_handed_over(${helper})
+    add_dependencies(program ${helper})
 endforeach()
+# It asks who listens on a port.
+target_link_libraries(zpt_ssh PRIVATE iphlpapi)

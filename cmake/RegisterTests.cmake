@@ -16,58 +16,53 @@ endfunction()
 
 # Unit tests
 
-if(TARGET unit-tests)
-    include(GoogleTest)
-    set_target_properties(unit-tests PROPERTIES CROSSCOMPILING_EMULATOR "${checks}/named-test.sh;--gtest")
-    gtest_discover_tests(
-        unit-tests
-        TEST_PREFIX "unit/"
-        NO_PRETTY_VALUES
-        DISCOVERY_MODE PRE_TEST
-        WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
-        PROPERTIES LABELS unit TIMEOUT 120
-    )
-endif()
+include(GoogleTest)
+set_target_properties(unit-tests PROPERTIES CROSSCOMPILING_EMULATOR "${checks}/named-test.sh;--gtest")
+gtest_discover_tests(
+    unit-tests
+    TEST_PREFIX "unit/"
+    NO_PRETTY_VALUES
+    DISCOVERY_MODE PRE_TEST
+    WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
+    PROPERTIES LABELS unit TIMEOUT 120
+)
+qxterm_test(terminal-alone unit 60 "$<TARGET_FILE:terminal-alone>")
 
 # Scenarios: one test a file
 
 file(GLOB_RECURSE scenarios CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests/scenarios"
      "${CMAKE_SOURCE_DIR}/tests/scenarios/*.scn"
 )
-if(TARGET qxterm-scenario)
-    foreach(scenario IN LISTS scenarios)
-        string(REGEX REPLACE "\\.scn$" "" name "${scenario}")
-        qxterm_test(
-            "scenario/${name}"
-            scenario
-            120
-            "${Python3_EXECUTABLE}"
-            "${checks}/run-scenario.py"
-            --program
-            "$<TARGET_FILE:qxterm-scenario>"
-            "tests/scenarios/${scenario}"
-        )
-    endforeach()
+foreach(scenario IN LISTS scenarios)
+    string(REGEX REPLACE "\\.scn$" "" name "${scenario}")
     qxterm_test(
-        scenario/thousand-times
+        "scenario/${name}"
         scenario
-        300
+        120
         "${Python3_EXECUTABLE}"
-        tests/reconnections/thousand_times.py
+        "${checks}/run-scenario.py"
+        --program
         "$<TARGET_FILE:qxterm-scenario>"
+        "tests/scenarios/${scenario}"
     )
-endif()
+endforeach()
+qxterm_test(
+    scenario/thousand-times
+    scenario
+    300
+    "${Python3_EXECUTABLE}"
+    tests/reconnections/thousand_times.py
+    "$<TARGET_FILE:qxterm-scenario>"
+)
 
 # The fuzzers' inputs, without the fuzzers
 
-if(TARGET fuzz-replay)
-    foreach(source IN LISTS fuzz_targets)
-        get_filename_component(name "${source}" NAME_WE)
-        qxterm_test("fuzz-corpus/${name}" fuzz-corpus 120 "$<TARGET_FILE:fuzz-replay>" ${name}
-                    "fuzz/corpus/${name}"
-        )
-    endforeach()
-endif()
+foreach(source IN LISTS fuzz_targets)
+    get_filename_component(name "${source}" NAME_WE)
+    qxterm_test("fuzz-corpus/${name}" fuzz-corpus 120 "$<TARGET_FILE:fuzz-replay>" ${name}
+                "fuzz/corpus/${name}"
+    )
+endforeach()
 
 # The demonstration host
 
@@ -128,28 +123,24 @@ endfunction()
 qxterm_test(wine/prefix wine 300 "${with_prefix}" true)
 set_tests_properties(wine/prefix PROPERTIES RUN_SERIAL ON FIXTURES_SETUP wine_prefix)
 
-if(TARGET unit-tests)
-    qxterm_wine_test(
-        wine/unit-tests 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/unit-tests.exe"
-        --gtest_brief=1
-    )
-    qxterm_run_alone(wine/unit-tests)
-endif()
-if(TARGET qxterm-scenario AND scenarios)
-    qxterm_wine_test(
-        wine/scenarios
-        900
-        "${with_prefix}"
-        "${Python3_EXECUTABLE}"
-        "${checks}/run-scenario.py"
-        --program
-        "${checks}/wine-run.sh ${windows_build}/qxterm-scenario.exe"
-        --all
-        tests/scenarios
-    )
-    # Hundreds of short programs: Wine's server would come and go among other work.
-    qxterm_run_alone(wine/scenarios)
-endif()
+qxterm_wine_test(
+    wine/unit-tests 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/unit-tests.exe"
+    --gtest_brief=1
+)
+qxterm_run_alone(wine/unit-tests)
+qxterm_wine_test(
+    wine/scenarios
+    900
+    "${with_prefix}"
+    "${Python3_EXECUTABLE}"
+    "${checks}/run-scenario.py"
+    --program
+    "${checks}/wine-run.sh ${windows_build}/qxterm-scenario.exe"
+    --all
+    tests/scenarios
+)
+# Hundreds of short programs: Wine's server would come and go among other work.
+qxterm_run_alone(wine/scenarios)
 
 # Scripts whose name begins with "_" are there to be sourced by the others; pictures.sh takes pictures to be looked at.
 file(GLOB_RECURSE window_tests CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests/windows"

@@ -1,38 +1,70 @@
-# The rooms of src/, in three libraries: the portable modules, and the two implementations of platform/.
-#
-# They are object libraries because modules and platform call each other: the linker sees all their objects
-# at once and needs no order.
+# The rooms of the program. Each is an object library and lists what it needs. Platform and its implementation call each
+# other, so that the linker has to see all their objects at once.
 
-# qxterm_room(TARGET FOLDER...): the C++ files of the folders and below them, as one object library. With no
-# file there yet it stays an empty target, so that whatever links it can be written first.
-function(qxterm_room target)
-    set(patterns ${ARGN})
-    list(TRANSFORM patterns PREPEND "${CMAKE_SOURCE_DIR}/")
-    list(TRANSFORM patterns APPEND "/*.cpp")
-    file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${patterns})
-    # What the two implementations share stands directly in platform/ and belongs to the portable modules.
-    if(target STREQUAL "qxterm_core")
-        list(FILTER sources EXCLUDE REGEX "/src/platform/(win32|headless)/")
-    endif()
-    if(sources)
-        add_library(${target} OBJECT ${sources})
-        target_link_libraries(${target} PRIVATE qxterm_options)
+# qxterm_room(NAME IN|BELOW folder [EXCEPT file] [NEEDS room...]): the C++ files of the folder, or also those below it.
+function(qxterm_room name)
+    cmake_parse_arguments(PARSE_ARGV 1 room "" "IN;EXCEPT" "BELOW;NEEDS")
+    if(room_BELOW)
+        list(TRANSFORM room_BELOW APPEND "/*.cpp")
+        file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${room_BELOW})
     else()
-        add_library(${target} INTERFACE)
+        file(GLOB sources CONFIGURE_DEPENDS "${room_IN}/*.cpp")
     endif()
+    list(REMOVE_ITEM sources "${CMAKE_SOURCE_DIR}/${room_EXCEPT}")
+    add_library(${name} OBJECT ${sources})
+    target_link_libraries(${name} PRIVATE qxterm_options qxterm_whole_program)
+    set_property(TARGET ${name} PROPERTY QXTERM_NEEDS "${room_NEEDS}")
 endfunction()
 
+# qxterm_link(PROGRAM ROOM...): links the rooms and all that they need.
+function(qxterm_link program)
+    set(waiting ${ARGN})
+    set(rooms)
+    while(waiting)
+        list(POP_FRONT waiting room)
+        if(NOT room IN_LIST rooms)
+            list(APPEND rooms ${room})
+            get_property(needs TARGET ${room} PROPERTY QXTERM_NEEDS)
+            list(APPEND waiting ${needs})
+        endif()
+    endwhile()
+    target_link_libraries(${program} PRIVATE qxterm_options ${rooms})
+endfunction()
+
+# What is the same on every system. Each needs one of the two implementations of the platform beside it.
+qxterm_room(qxterm_platform IN src/platform)
 qxterm_room(
-    qxterm_core
-    src/platform
-    src/diag
-    src/timers
-    src/config
-    src/terminal
-    src/connection
-    src/app
+    qxterm_base
+    BELOW src/diag src/timers src/config
+    NEEDS qxterm_platform
 )
-qxterm_room(qxterm_headless src/platform/headless)
+qxterm_room(
+    qxterm_terminal
+    BELOW src/terminal
+    NEEDS qxterm_base qxterm_platform
+)
+qxterm_room(
+    qxterm_connection
+    BELOW src/connection
+    NEEDS qxterm_terminal qxterm_base qxterm_platform
+)
+target_link_libraries(qxterm_connection PUBLIC zpt_common)
+qxterm_room(
+    qxterm_app
+    BELOW src/app
+    NEEDS qxterm_connection qxterm_terminal qxterm_base qxterm_platform
+)
+
+# The platform in memory, and on Windows.
+qxterm_room(qxterm_headless IN src/platform/headless NEEDS qxterm_platform)
 if(MINGW)
-    qxterm_room(qxterm_win32 src/platform/win32)
+    qxterm_room(
+        qxterm_win32
+        IN src/platform/win32
+        EXCEPT src/platform/win32/win_main.cpp
+        NEEDS qxterm_platform
+    )
+    target_link_libraries(
+        qxterm_win32 PUBLIC zpt_common_win32 user32 gdi32 comctl32 ws2_32 iphlpapi
+    )
 endif()

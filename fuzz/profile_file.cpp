@@ -2,14 +2,12 @@
 #include <string>
 #include <string_view>
 
-#include "app/main.h"
-#include "app/program_state.h"
 #include "config/ini_file.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
 #include "config/user_profile.h"
+#include "headless-session/session.h"
 #include "platform/headless/profile_strings.h"
-#include "platform/headless/reset.h"
 #include "support/target.h"
 
 // Any content of "qxterm.ini": the program starts with it, reads each profile that it names, and writes one
@@ -44,10 +42,9 @@ void checkNames() {
 
 void run(Input input) {
     Steering steering{input};
-    headless::reset();
-    resetProgram();
+    headless::resetAll();
     fillIni(steering.rest());
-    qxterm::main();
+    headless::runProgram();
     checkNames();
     const std::vector<std::string> names = profileNames;
     for (const std::string& name : names) {

@@ -3,7 +3,7 @@
 
 #include "bytes.h"
 #include "commands.h"
-#include "platform/headless/recorder.h"
+#include "platform/hex_text.h"
 #include "script.h"
 #include "support/target.h"
 
@@ -21,7 +21,7 @@ void readBytes(std::string_view line) {
         return;
     }
     if (bytes.empty()) return;  // "" is a token, and no digits are none
-    require(scenario::parseBytes(headless::hexText(bytes)) == bytes, "bytes can be written and read again");
+    require(scenario::parseBytes(hexText(bytes)) == bytes, "bytes can be written and read again");
 }
 
 void readLine(std::string_view line) {

@@ -6,7 +6,6 @@
 namespace zpt {
 namespace {
 
-constexpr std::size_t longestField = 255;
 constexpr unsigned char del = 127;
 
 bool inHost(char c) {

@@ -1,13 +1,15 @@
 #include "zpt_ssh/client_arguments.h"
 
+#include "common/names.h"
+
 namespace zpt {
 namespace {
 
 /// Told to use one IP version the clients use it for the listening end too, so that its address must fit.
 std::string forwardOf(const SshRequest& request) {
     const std::string loopback = request.ipVersion == 6 ? "[::1]" : "127.0.0.1";
-    return loopback + ':' + std::to_string(request.forwardPort) +
-           ":localhost:" + std::to_string(request.remotePort);
+    return loopback + ':' + std::to_string(request.forwardPort) + std::string{forwardHost} +
+           std::to_string(request.remotePort);
 }
 
 void addVersionAndLogin(std::vector<std::string>& arguments, const SshRequest& request) {

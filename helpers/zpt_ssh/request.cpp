@@ -3,6 +3,7 @@
 #include <set>
 
 #include "common/fields.h"
+#include "common/names.h"
 
 namespace zpt {
 namespace {
@@ -20,11 +21,10 @@ std::uint16_t portOrComplain(std::string_view text, const char* what) {
 
 /// "PORT:localhost:PORT"
 void readForward(std::string_view text, SshRequest& request) {
-    constexpr std::string_view middle = ":localhost:";
-    const std::size_t at = text.find(middle);
+    const std::size_t at = text.find(forwardHost);
     if (at == std::string_view::npos) throw Complaint{"the forward is not PORT:localhost:PORT"};
     request.forwardPort = portOrComplain(text.substr(0, at), "the forwarded port");
-    request.remotePort = portOrComplain(text.substr(at + middle.size()), "the port behind the forward");
+    request.remotePort = portOrComplain(text.substr(at + forwardHost.size()), "the port behind the forward");
 }
 
 class Reader {

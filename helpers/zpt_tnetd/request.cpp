@@ -1,11 +1,11 @@
 #include "zpt_tnetd/request.h"
 
 #include "common/fields.h"
+#include "common/names.h"
 
 namespace zpt {
 namespace {
 
-constexpr std::string_view knownOrder = "2";
 constexpr std::size_t withoutLogin = 4;
 constexpr std::size_t withLogin = 5;
 
@@ -17,7 +17,7 @@ Parsed<RelayRequest> parseRelayRequest(const std::vector<std::string_view>& argu
     if (arguments.size() != withoutLogin && arguments.size() != withLogin) {
         return refused("expected: 2 LOCALPORT FORWARDPORT IPVERSION LOGIN");
     }
-    if (arguments[0] != knownOrder) return refused("the first argument is not 2");
+    if (arguments[0] != relayOrder) return refused("the first argument is not 2");
     const auto local = parsePort(arguments[1]);
     const auto forward = parsePort(arguments[2]);
     if (!local) return refused("the local port is not a port number");

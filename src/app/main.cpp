@@ -11,7 +11,6 @@
 #include "connection/session_state.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
-#include "diag/numbers.h"
 #include "diag/report_error.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
@@ -28,12 +27,6 @@ namespace qxterm {
 namespace {
 
 constexpr std::int32_t splashTime = 3000;  // milliseconds
-
-void findFolder() {
-    const std::string folder{trimmed(program::folder())};
-    g_sPathSep = folder.ends_with('\\') ? "" : "\\";
-    g_sHelpFile = besideProgram("enu_te.chm");
-}
 
 void showSplash() {
     frmSplash.show();
@@ -66,7 +59,7 @@ void main() {
     bool started = false;
     trapped("main", [&] {
         g_bTrapErrors = false;
-        findFolder();
+        g_sHelpFile = besideProgram("enu_te.chm");
         showSplash();
         g_sLanguage = getProfileString("intl", "sLanguage", "enu");
         setTerminalStart();

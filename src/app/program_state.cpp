@@ -61,7 +61,6 @@ void resetConnections() {
 }
 
 void resetApplication() {
-    g_sPathSep.clear();
     g_sHelpFile.clear();
     g_sLanguage.clear();
     g_bDialogCancelled = false;

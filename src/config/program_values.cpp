@@ -5,13 +5,10 @@
 
 namespace qxterm {
 
-std::string g_sPathSep;
 std::string g_sHelpFile;
 std::string g_sLanguage;
 bool g_bDialogCancelled = false;
 
-std::string besideProgram(const char* file) {
-    return std::string{trimmed(program::folder())} + g_sPathSep + file;
-}
+std::string besideProgram(const char* file) { return program::fileIn(trimmed(program::folder()), file); }
 
 }  // namespace qxterm

@@ -8,7 +8,6 @@
 #include "connection/session_state.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/interpreter/interpreter.h"

@@ -13,7 +13,6 @@
 #include "connection/ssh_prompt.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "platform/event_loop.h"
 #include "platform/message_box.h"
 #include "terminal/drawing/paint.h"

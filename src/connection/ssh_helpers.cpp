@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "common/names.h"
 #include "config/ini_file.h"
 #include "config/profile_record.h"
 #include "connection/auto_login.h"
@@ -15,8 +16,8 @@
 namespace qxterm {
 namespace {
 
-constinit HelperProcess sshClient{"zpt_ssh", "ZPT_SSH_READY"};
-constinit HelperProcess relay{"zpt_tnetd"};
+constinit HelperProcess sshClient{zpt::sshHelper, zpt::readyVariable};
+constinit HelperProcess relay{zpt::relayHelper};
 
 /// Counts the starts: a wait that events have overtaken by another start is over.
 std::uint32_t starts = 0;
@@ -60,20 +61,24 @@ void awaitForward() {
 }  // namespace
 
 std::string sshClientCommand(const SshRoute& route) {
-    std::string command = "zpt_ssh";
+    std::string command = zpt::sshHelper;
     command += " -no-antispoof ";
     command += " -P ";
     command += route.sshPort;
     if (knownVersion(route.ipVersion)) command += " -" + std::to_string(route.ipVersion);
     command += " -ssh -L ";
     command += std::to_string(route.forwardPort);
-    command += ":localhost:23 ";
+    command += zpt::forwardHost;
+    command += "23 ";
     command += route.host;
     return command;
 }
 
 std::string relayCommand(const SshRoute& route) {
-    std::string command = "zpt_tnetd 2 ";
+    std::string command = zpt::relayHelper;
+    command += ' ';
+    command += zpt::relayOrder;
+    command += ' ';
     command += std::to_string(route.localPort);
     command += ' ';
     command += std::to_string(route.forwardPort);
@@ -100,7 +105,7 @@ void StartSSH(const std::string& host, const std::string& login, std::int32_t lo
         const SshRoute route{sshPort, version, localPort, forwardPort, host, login};
         bool started = false;
         trap.step([&] {
-            const std::array environment{EnvironmentValue{sshLoginVariable, login}};
+            const std::array environment{EnvironmentValue{zpt::loginVariable, login}};
             started = sshClient.start(sshClientCommand(route), StandardHandles::pipes, environment);
         });
         if (!started) return;

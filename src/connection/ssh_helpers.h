@@ -8,10 +8,6 @@
 /// secure connection, and zpt_tnetd, which relays the session's local port to that one.
 namespace qxterm {
 
-/// Name under which zpt_ssh finds the login name in its environment: other programs of the user can read a
-/// command line, but not this.
-inline constexpr const char* sshLoginVariable = "ZPT_SSH_LOGIN";
-
 /// What the helpers are started for.
 struct SshRoute {
     std::string_view sshPort;

@@ -8,9 +8,6 @@ namespace qxterm {
 /// Carriage return and line feed; set by main.
 extern std::string g_sCrLf;
 
-/// The title of the program's message boxes and the first words of its caption.
-inline constexpr const char* programTitle = "Zentora Terminal Emulator";
-
 /// Fills the placeholders "%1" to "%4" of a message template; "%%" is one "%", "%n" the digits 13, any other
 /// "%" vanishes with the character behind it. Substituted text is not searched again.
 [[nodiscard]] std::string formatMsg(std::string_view pattern, std::string_view a1 = {},

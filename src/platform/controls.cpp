@@ -5,6 +5,29 @@
 #include "platform/backend.h"
 
 namespace qxterm {
+namespace {
+
+/// The frame that an option button stands in: control numbers count up from their frame's own.
+const Control* frameOf(const Control& button) {
+    const Control* frame = nullptr;
+    for (const Control* control = button.form().firstControl(); control != nullptr;
+         control = control->next()) {
+        if (control->kind() != ControlKind::frame || control->id() > button.id()) continue;
+        if (frame == nullptr || control->id() > frame->id()) frame = control;
+    }
+    return frame;
+}
+
+void deselectOthers(const Control& button) {
+    const Control* frame = frameOf(button);
+    for (Control* control = button.form().firstControl(); control != nullptr; control = control->next()) {
+        if (control == &button || control->kind() != ControlKind::optionButton) continue;
+        auto& other = static_cast<OptionButton&>(*control);
+        if (other.value() && frameOf(other) == frame) other.setValue(false);
+    }
+}
+
+}  // namespace
 
 Control::Control(Form& form, ControlKind kind, const char* name, int id, Design design, int index)
     : form_{form},
@@ -99,7 +122,9 @@ void Label::setTextColour(Rgb colour) {
 
 void ToggleControl::setValue(bool value) {
     value_ = value;
-    if (native != nullptr) backend::valueChanged(*this, value);
+    if (native == nullptr) return;
+    backend::valueChanged(*this, value);
+    if (value && kind_ == ControlKind::optionButton) deselectOthers(*this);
 }
 
 void TextBox::setText(std::string_view text) {

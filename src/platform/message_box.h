@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/program_title.h"
+
 namespace qxterm {
 
 enum class Buttons : std::uint8_t { ok = 0, okCancel = 1, yesNoCancel = 3, yesNo = 4, retryCancel = 5 };

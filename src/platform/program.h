@@ -7,6 +7,9 @@ namespace qxterm::program {
 
 /// The folder that holds the program file; a trailing backslash only for a drive's root.
 [[nodiscard]] std::string folder();
+/// The full name of a file in a folder, with or without a backslash at the folder's end; of the folder
+/// itself, with that backslash, when the file is empty.
+[[nodiscard]] std::string fileIn(std::string_view folder, std::string_view file);
 /// The command-line text behind the program's name, leading and trailing blanks removed.
 [[nodiscard]] std::string commandLine();
 /// Ends the program without a window (a failed start-up).

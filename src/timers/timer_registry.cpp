@@ -2,7 +2,6 @@
 
 #include "diag/checked.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "platform/main_form.h"
 #include "platform/message_box.h"
 

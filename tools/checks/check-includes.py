@@ -9,22 +9,34 @@ import re
 
 import house
 
+FOLDERS = ("src/", "helpers/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
 
 
 def read_floors(path):
-    """[(pattern, floor)] in the order of the file."""
+    """[(pattern, floor)] and [(pattern, [pattern of those who may include it])], in the order of the file."""
     floors = []
+    kept = []
     with open(path, encoding="utf-8") as file:
         for line in file:
             words = line.split("#", 1)[0].split()
-            floors += [(house.compile_pattern(p), int(words[0])) for p in words[1:]]
-    return floors
+            patterns = [house.compile_pattern(p) for p in words[1:] if p != "by"]
+            if words and words[0] == "only":
+                kept.append((patterns[0], patterns[1:]))
+            else:
+                floors += [(pattern, int(words[0])) for pattern in patterns]
+    return floors, kept
 
 
 def floor_of(path, floors):
     fitting = [floor for pattern, floor in floors if pattern.match(path)]
     return fitting[-1] if fitting else None
+
+
+def may_include(path, target, kept):
+    """Whether the last line that keeps `target` for some lets `path` in."""
+    allowed = [others for pattern, others in kept if pattern.match(target)]
+    return not allowed or any(pattern.match(path) for pattern in allowed[-1])
 
 
 def read_includes(paths, root):
@@ -64,8 +76,8 @@ def find_cycles(graph):
 
 
 def check(root):
-    floors = read_floors(os.path.join(root, "tools/checks/floors.txt"))
-    paths = house.source_files(root, "src/")
+    floors, kept = read_floors(os.path.join(root, "tools/checks/floors.txt"))
+    paths = [path for folder in FOLDERS for path in house.source_files(root, folder)]
     known = set(paths)
     problems = []
     graph = {path: [] for path in paths}
@@ -75,11 +87,14 @@ def check(root):
             problems.append(f"{path}:1: this file stands on no floor of tools/checks/floors.txt")
             continue
         for line, name in includes:
-            target = "src/" + name
-            if target not in known:
-                problems.append(f'{path}:{line}: "{name}" names no file below src/; include paths start there')
+            target = next((folder + name for folder in FOLDERS if folder + name in known), None)
+            if target is None:
+                problems.append(f'{path}:{line}: "{name}" names no file below {" or ".join(FOLDERS)}; include paths '
+                                "start there")
                 continue
             graph[path].append((line, target))
+            if not may_include(path, target, kept):
+                problems.append(f"{path}:{line}: includes {target}, which is not for this file")
             floor = floor_of(target, floors)
             if floor is not None and floor > own:
                 problems.append(f"{path}:{line}: includes {target}, which stands on floor {floor}, above floor "

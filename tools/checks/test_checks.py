@@ -33,6 +33,9 @@ FLOORS = """
 2 src/middle/**
 1 src/middle/{low,lower}*
 3 src/top/**
+0 helpers/**
+only helpers/** by helpers/**
+only helpers/common/* by helpers/** src/middle/**
 """
 
 
@@ -92,12 +95,22 @@ class Includes(SmallTree):
     def test_include_that_names_no_file(self):
         self.write("src/ground/x.cpp", '#include "a.h"\n')
         self.assertEqual(self.problems(),
-                         ['src/ground/x.cpp:1: "a.h" names no file below src/; include paths start there'])
+                         ['src/ground/x.cpp:1: "a.h" names no file below src/ or helpers/; include paths start there'])
 
     def test_file_without_a_floor(self):
         self.write("src/attic/x.cpp", "\n")
         self.assertEqual(self.problems(),
                          ["src/attic/x.cpp:1: this file stands on no floor of tools/checks/floors.txt"])
+
+    def test_what_is_kept_for_some_is_included_by_them_alone(self):
+        self.write("helpers/common/names.h", "\n")
+        self.write("helpers/one/own.h", '#include "common/names.h"\n#include "ground/a.h"\n')
+        self.write("src/middle/d.cpp", '#include "common/names.h"\n#include "one/own.h"\n')
+        self.write("src/top/c.cpp", '#include "common/names.h"\n')
+        self.assertEqual(self.problems(), [
+            "src/middle/d.cpp:2: includes helpers/one/own.h, which is not for this file",
+            "src/top/c.cpp:1: includes helpers/common/names.h, which is not for this file",
+            "helpers/one/own.h:2: includes src/ground/a.h, which stands on floor 1, above floor 0 of this file"])
 
     def test_include_in_a_comment_does_not_count(self):
         self.write("src/top/c.h", "\n")
@@ -111,12 +124,13 @@ class SystemCalls(SmallTree):
 
     def test_system_headers_outside_their_folder(self):
         self.write("src/platform/win32/form.cpp", "#include <windows.h>\n#ifdef _WIN64\n#endif\n")
-        self.write("helpers/zpt_ssh/main.cpp", "#include <windows.h>\n")
+        self.write("helpers/zpt_ssh/win32/main.cpp", "#include <windows.h>\n")
+        self.write("helpers/common/e.cpp", "#include <windows.h>\n")
         self.write("src/app/a.cpp", "#include <vector>\n#include <Windows.h>\n")
         self.write("src/platform/headless/b.cpp", "#include <unistd.h>\n")
         self.write("tests/unit/c.cpp", "#include <windows.h>\n")
         self.write("tests/unit/d.cpp", "#include <unistd.h>\n")
-        self.assertEqual(self.places(), ["src/app/a.cpp:2", "src/platform/headless/b.cpp:1", "tests/unit/c.cpp:1"])
+        self.assertEqual(self.places(), ["helpers/common/e.cpp:1", "src/app/a.cpp:2", "src/platform/headless/b.cpp:1", "tests/unit/c.cpp:1"])
 
     def test_module_that_asks_for_the_system(self):
         self.write("src/app/a.cpp", "#if defined(_WIN32) && 1\n#endif\n// #ifdef _WIN32\n")

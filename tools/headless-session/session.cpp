@@ -28,27 +28,35 @@ bool acceptOrWait() {
     return true;
 }
 
-void startAnew() {
+}  // namespace
+
+void resetAll() {
     reset();
     resetProgram();
 }
 
-}  // namespace
+void killProgram() {
+    endRun();
+    resetProgram();
+}
 
-void startProgram() {
-    startAnew();
-    setCommandLine("");
+void runProgram(std::string_view commandLine) {
+    setCommandLine(commandLine);
     qxterm::main();
 }
 
+void startProgram() {
+    resetAll();
+    runProgram();
+}
+
 void startSession() {
-    startAnew();
+    resetAll();
     putIni("Settings", "Profiles", profileName);
     putIni(profileName, "connect", "net");
     putIni(profileName, "host", "host");
     setNextEvent(acceptOrWait);
-    setCommandLine(profileName);
-    qxterm::main();
+    runProgram(profileName);
     setNextEvent(nullptr);
 }
 

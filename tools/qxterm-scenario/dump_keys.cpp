@@ -1,4 +1,5 @@
 #include "dumps.h"
+#include "platform/hex_text.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/model/screen_store.h"
@@ -13,7 +14,7 @@ Json dumpKeys() {
         Json bankStrings = Json::array();
         for (const auto& label : fkeyLabels[bank])
             bankLabels.push_back(jsonText({label.data(), label.size()}));
-        for (const std::string& text : fkeyStrings[bank]) bankStrings.push_back(headless::hexText(text));
+        for (const std::string& text : fkeyStrings[bank]) bankStrings.push_back(hexText(text));
         labels.push_back(bankLabels);
         strings.push_back(bankStrings);
     }

@@ -1,5 +1,6 @@
 #include "dump_lines.h"
 #include "dumps.h"
+#include "platform/hex_text.h"
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
 
@@ -37,7 +38,7 @@ Json dumpScreen() {
         {"region", Json::array({regionTop, regionBottom})},
         {"saved", Json::array({savedCol, savedRow, savedAttr.flags, savedAttr.fg, savedAttr.bg, savedMode})},
         {"pending", jsonText(pending)},
-        {"carry", headless::hexText(carryOver)},
+        {"carry", hexText(carryOver)},
         {"last", jsonText(lastChar)},
         {"rowMap", rowMap},
         {"rows", byRow(lineText)},

@@ -24,20 +24,6 @@ void print(const Json& object) {
     std::fwrite(line.data(), 1, line.size(), stdout);
 }
 
-void printRecord(const headless::Record& record) {
-    Json object{{"event", record.kind}};
-    for (const auto& [name, value] : record.fields) {
-        if (const auto* text = std::get_if<std::string>(&value)) {
-            object[name] = jsonText(*text);
-        } else if (const auto* flag = std::get_if<bool>(&value)) {
-            object[name] = *flag;
-        } else {
-            object[name] = std::get<std::int64_t>(value);
-        }
-    }
-    print(object);
-}
-
 bool flushOutput() { return std::fflush(stdout) == 0; }
 
 }  // namespace qxterm::scenario

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/headless/recorder.h"
-
 namespace qxterm::scenario {
 
 /// Objects keep their keys in the order in which they are set.
@@ -17,8 +15,6 @@ using Json = nlohmann::ordered_json;
 
 /// Prints one object as one line.
 void print(const Json& object);
-/// Prints {"event": kind, ...}. The recorder's sink.
-void printRecord(const headless::Record& record);
 /// Hands what was printed to the system. False when standard output cannot take it.
 bool flushOutput();
 

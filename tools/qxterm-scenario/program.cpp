@@ -2,15 +2,12 @@
 
 #include <vector>
 
-#include "app/main.h"
-#include "app/program_state.h"
 #include "diag/error_trap.h"
+#include "headless-session/session.h"
 #include "output.h"
 #include "platform/event_loop.h"
 #include "platform/headless/modal.h"
-#include "platform/headless/program.h"
 #include "platform/headless/recorder.h"
-#include "platform/headless/reset.h"
 #include "script.h"
 #include "terminal/model/input_busy.h"
 
@@ -30,19 +27,32 @@ std::vector<Fault>& waitingFaults() {
     return faults;
 }
 
+/// Prints {"event": kind, ...}. The recorder's sink.
+void printRecord(const headless::Record& record) {
+    Json object{{"event", record.kind}};
+    for (const auto& [name, value] : record.fields) {
+        if (const auto* text = std::get_if<std::string>(&value)) {
+            object[name] = jsonText(*text);
+        } else if (const auto* flag = std::get_if<bool>(&value)) {
+            object[name] = *flag;
+        } else {
+            object[name] = std::get<std::int64_t>(value);
+        }
+    }
+    print(object);
+}
+
 void runStartUp(std::string_view commandLine) {
     started = true;
     for (const Fault& fault : waitingFaults()) planFault(fault.routine, fault.number);
     waitingFaults().clear();
-    headless::setCommandLine(commandLine);
-    qxterm::main();
+    headless::runProgram(commandLine);
 }
 
 }  // namespace
 
 void prepareProgram() {
-    headless::reset();
-    resetProgram();
+    headless::resetAll();
     headless::setSink(printRecord);
 }
 
@@ -51,8 +61,7 @@ void startProgram(std::string_view commandLine) {
         if (inputBusy != 0 || !headless::modalForms().empty()) {
             throw ScriptFault{"start cannot be used in a modal window or a yield"};
         }
-        headless::endRun();
-        resetProgram();
+        headless::killProgram();
     }
     runStartUp(commandLine);
 }

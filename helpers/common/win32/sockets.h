@@ -1,9 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 
-#include "common/win32/system.h"
+#include "common/win32/handle.h"
 
 /// Sockets of this machine's loopback addresses; nothing here is ever reachable from outside.
 namespace zpt {
@@ -11,28 +10,13 @@ namespace zpt {
 /// To be called before anything else here; false when the system has no sockets.
 [[nodiscard]] bool startSockets();
 
-/// Owns a socket.
-class Socket {
-public:
-    Socket() = default;
-    explicit Socket(SOCKET handle) : handle_{handle} {}
-    Socket(Socket&& other) noexcept : handle_{std::exchange(other.handle_, INVALID_SOCKET)} {}
-    Socket& operator=(Socket&& other) noexcept {
-        std::swap(handle_, other.handle_);
-        return *this;
-    }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    ~Socket() { close(); }
-    [[nodiscard]] SOCKET get() const { return handle_; }
-    explicit operator bool() const { return handle_ != INVALID_SOCKET; }
-    void close() {
-        if (handle_ != INVALID_SOCKET) closesocket(std::exchange(handle_, INVALID_SOCKET));
-    }
-
-private:
-    SOCKET handle_ = INVALID_SOCKET;
+struct SocketTraits {
+    using Type = SOCKET;
+    static constexpr SOCKET none = INVALID_SOCKET;
+    static void release(SOCKET handle) { closesocket(handle); }
 };
+
+using Socket = Owner<SocketTraits>;
 
 /// The loopback address that a connection goes to: 127.0.0.1 or ::1.
 enum class Loopback : std::uint8_t { four, six };

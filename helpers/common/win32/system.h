@@ -1,6 +1,7 @@
 #pragma once
 
-// The one place that includes the system's headers, so that all files see them in the same order and shape.
+// The one place of the helpers that includes the system's headers, so that all files see them in the same
+// order and shape.
 
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN

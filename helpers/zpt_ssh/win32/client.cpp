@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "common/quoting.h"
+#include "common/win32/child.h"
 #include "common/win32/console.h"
-#include "common/win32/handle.h"
 #include "zpt_ssh/client_arguments.h"
 #include "zpt_ssh/last_words.h"
 #include "zpt_ssh/win32/listeners.h"
@@ -19,40 +19,11 @@ bool isFile(const std::string& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-/// A job that ends everything in it when its last handle, this one, is gone. None when the system refuses.
-Handle endingJob() {
-    Handle job{CreateJobObjectA(nullptr, nullptr)};
-    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
-    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    const bool ending = job && SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits,
-                                                       sizeof limits) != 0;
-    return ending ? std::move(job) : Handle{};
-}
-
-constexpr UINT endedByHelper = 1;
-
-constexpr SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-
 Handle openNothing() {
-    SECURITY_ATTRIBUTES attributes = inheritable;
-    return Handle{CreateFileA("NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &attributes,
-                              OPEN_EXISTING, 0, nullptr)};
+    SECURITY_ATTRIBUTES attributes = inheritable();
+    return validHandle(CreateFileA("NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &attributes,
+                                   OPEN_EXISTING, 0, nullptr));
 }
-
-/// Both ends of the pipe that takes the client's output.
-struct OutputPipe {
-    OutputPipe() {
-        SECURITY_ATTRIBUTES attributes = inheritable;
-        HANDLE readEnd = nullptr;
-        HANDLE writeEnd = nullptr;
-        if (CreatePipe(&readEnd, &writeEnd, &attributes, 0) == 0) return;
-        read = Handle{readEnd};
-        write = Handle{writeEnd};
-        SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-    }
-    Handle read;
-    Handle write;
-};
 
 void readToEnd(HANDLE pipe, LastWords& words) {
     std::array<char, 4096> block;
@@ -74,7 +45,7 @@ std::optional<ClientCommand> findClient(const SshRequest& request) {
 
 struct Client::Process {
     Handle job = endingJob();
-    OutputPipe output;
+    Pipe output;  ///< what the client prints
     Handle handle;
     LastWords words;
     std::thread reader;
@@ -83,7 +54,7 @@ struct Client::Process {
 Client::Client() : process_{std::make_unique<Process>()} {}
 
 Client::~Client() {
-    process_->job.close();
+    process_->job.reset();
     if (process_->reader.joinable()) process_->reader.join();
 }
 
@@ -91,6 +62,7 @@ bool Client::start(const ClientCommand& command) {
     Process& self = *process_;
     const Handle nothing = openNothing();
     if (!self.job || !nothing || !self.output.read) return false;
+    keepFromChildren(self.output.read);
 
     STARTUPINFOA info{};
     info.cb = sizeof info;
@@ -100,22 +72,16 @@ bool Client::start(const ClientCommand& command) {
     info.hStdError = self.output.write.get();
     std::string line = command.commandLine;  // the system may write into it
     PROCESS_INFORMATION created{};
-    // Suspended until it belongs to the job: there is no moment at which it could outlive this helper.
     if (CreateProcessA(command.file.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
                        nullptr, &info, &created) == 0) {
         return false;
     }
-    self.handle = Handle{created.hProcess};
+    self.handle.reset(created.hProcess);
     const Handle thread{created.hThread};
-    if (AssignProcessToJobObject(self.job.get(), self.handle.get()) == 0) {
-        TerminateProcess(self.handle.get(), endedByHelper);
-        return false;
-    }
-    self.output.write.close();
+    if (!runInJob(self.job.get(), self.handle.get(), thread.get())) return false;
+    self.output.write.reset();
     self.reader = std::thread{readToEnd, self.output.read.get(), std::ref(self.words)};
-    if (ResumeThread(thread.get()) != static_cast<DWORD>(-1)) return true;
-    TerminateProcess(self.handle.get(), endedByHelper);
-    return false;
+    return true;
 }
 
 bool Client::running() const { return WaitForSingleObject(process_->handle.get(), 0) == WAIT_TIMEOUT; }
@@ -131,7 +97,7 @@ bool Client::listensOn(std::uint16_t port) const {
     return false;
 }
 
-void Client::end() { TerminateJobObject(process_->job.get(), endedByHelper); }
+void Client::end() { TerminateJobObject(process_->job.get(), exitCodeOfTerminated); }
 
 ClientEnd Client::wait() {
     Process& self = *process_;

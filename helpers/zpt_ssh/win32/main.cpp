@@ -1,22 +1,18 @@
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <string>
 #include <thread>
 
+#include "common/names.h"
+#include "common/win32/child.h"
 #include "common/win32/console.h"
-#include "common/win32/handle.h"
 #include "common/win32/system.h"
 #include "zpt_ssh/request.h"
 #include "zpt_ssh/win32/client.h"
 #include "zpt_ssh/win32/forward.h"
 
 namespace {
-
-constexpr const char* helperName = "zpt_ssh";
-constexpr const char* loginVariable = "ZPT_SSH_LOGIN";
-constexpr const char* readyVariable = "ZPT_SSH_READY";
 
 // Exit codes of the helper itself; every other one is the client's.
 constexpr int wrongCommandLine = 2;
@@ -38,17 +34,13 @@ std::string takeVariable(const char* name) {
 
 /// The event by which the terminal learns that it can connect; none when nobody waits for it.
 zpt::Handle takeReadiness() {
-    const std::string text = takeVariable(readyVariable);
-    std::uintptr_t number = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (text.empty() || read.ec != std::errc{} || read.ptr != text.data() + text.size()) return {};
-    const auto handle = reinterpret_cast<HANDLE>(number);
-    if (SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0) == 0) return {};
-    return zpt::Handle{handle};
+    HANDLE const event = zpt::handleOfNumber(takeVariable(zpt::readyVariable));
+    if (event == nullptr || SetHandleInformation(event, HANDLE_FLAG_INHERIT, 0) == 0) return {};
+    return zpt::validHandle(event);
 }
 
 int refuse(int code, const std::string& why) {
-    zpt::complain(helperName, why);
+    zpt::complain(zpt::sshHelper, why);
     return code;
 }
 
@@ -61,8 +53,8 @@ int runSession(const zpt::ClientCommand& command, zpt::Forward& forward) {
     const zpt::ClientEnd end = client.wait();
     forward.waitIdle(longestFarewell);
     if (end.exitCode != 0 || !end.lastLine.empty()) {
-        zpt::complain(helperName, "the SSH client ended with code " + std::to_string(end.exitCode) +
-                                      (end.lastLine.empty() ? "" : ": " + end.lastLine));
+        zpt::complain(zpt::sshHelper, "the SSH client ended with code " + std::to_string(end.exitCode) +
+                                          (end.lastLine.empty() ? "" : ": " + end.lastLine));
     }
     // The serving thread ends with the process: nothing of what it uses may go before.
     ExitProcess(end.exitCode);
@@ -72,7 +64,8 @@ int runSession(const zpt::ClientCommand& command, zpt::Forward& forward) {
 
 int main(int count, char** values) {
     zpt::hardenProcess();
-    const auto parsed = zpt::parseSshRequest(zpt::argumentsOf(count, values), takeVariable(loginVariable));
+    const auto parsed =
+        zpt::parseSshRequest(zpt::argumentsOf(count, values), takeVariable(zpt::loginVariable));
     if (!parsed.good()) return refuse(wrongCommandLine, parsed.complaint);
     zpt::SshRequest request = parsed.request;
 

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "common/names.h"
 #include "common/win32/console.h"
 #include "common/win32/system.h"
 #include "zpt_tnetd/request.h"
@@ -7,7 +8,6 @@
 
 namespace {
 
-constexpr const char* helperName = "zpt_tnetd";
 constexpr int wrongCommandLine = 2;
 constexpr int cannotListen = 3;
 
@@ -17,12 +17,13 @@ int main(int count, char** values) {
     zpt::hardenProcess();
     const auto parsed = zpt::parseRelayRequest(zpt::argumentsOf(count, values));
     if (!parsed.good()) {
-        zpt::complain(helperName, parsed.complaint);
+        zpt::complain(zpt::relayHelper, parsed.complaint);
         return wrongCommandLine;
     }
     // It lives until the terminal ends it, as the record of a session that is up.
     if (parsed.request.idle()) Sleep(INFINITE);
     zpt::relayConnections(parsed.request);
-    zpt::complain(helperName, "port " + std::to_string(parsed.request.localPort) + " cannot be listened on");
+    zpt::complain(zpt::relayHelper,
+                  "port " + std::to_string(parsed.request.localPort) + " cannot be listened on");
     return cannotListen;
 }

@@ -4,8 +4,8 @@
 
 #include "config/profile_record.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "platform/main_form.h"
+#include "platform/program_title.h"
 
 namespace qxterm {
 

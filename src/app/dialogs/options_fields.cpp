@@ -12,7 +12,6 @@
 #include "config/user_profile.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "diag/numbers.h"
 #include "platform/message_box.h"
 

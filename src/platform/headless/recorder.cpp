@@ -53,18 +53,6 @@ void record(std::string_view kind, Fields fields) {
     currentSink({std::string{kind}, std::move(fields)});
 }
 
-std::string hexText(std::string_view bytes) {
-    constexpr const char* digits = "0123456789abcdef";
-    std::string text;
-    text.reserve(bytes.size() * 2);
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += digits[byte >> 4U];
-        text += digits[byte & 15U];
-    }
-    return text;
-}
-
 void resetRecorder() {
     currentSink = nullptr;
     drawingOn = false;

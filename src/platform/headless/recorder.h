@@ -38,9 +38,6 @@ void record(std::string_view kind, Fields fields = {});
 /// Called when that may have changed; set by whoever watches drawing, else null.
 extern void (*recordsDrawingChanged)();
 
-/// Lower-case hexadecimal digits, two a byte.
-[[nodiscard]] std::string hexText(std::string_view bytes);
-
 /// No sink, all kinds as at first.
 void resetRecorder();
 

@@ -5,6 +5,7 @@
 
 #include "platform/headless/recorder.h"
 #include "platform/headless/serial.h"
+#include "platform/hex_text.h"
 
 namespace qxterm {
 
@@ -123,7 +124,7 @@ std::string SerialPort::input() {
 }
 
 void SerialPort::output(std::string_view text) {
-    if (portOpen()) headless::record("send", {{"to", "serial"}, {"bytes", headless::hexText(text)}});
+    if (portOpen()) headless::record("send", {{"to", "serial"}, {"bytes", hexText(text)}});
 }
 
 }  // namespace qxterm

@@ -6,6 +6,7 @@
 
 #include "platform/headless/recorder.h"
 #include "platform/headless/socket.h"
+#include "platform/hex_text.h"
 
 namespace qxterm {
 
@@ -127,7 +128,7 @@ void Socket::send(std::string_view text) {
     const Phase phase = stateOf(*this).phase;
     if (phase == Phase::lost) throw RunTimeError{headless::errorReset};
     if (phase != Phase::connected) throw RunTimeError{headless::errorNotConnected};
-    headless::record("send", {{"to", "socket"}, {"bytes", headless::hexText(text)}});
+    headless::record("send", {{"to", "socket"}, {"bytes", hexText(text)}});
 }
 
 void Socket::send(std::span<const std::uint8_t> bytes) { send(std::string(bytes.begin(), bytes.end())); }

@@ -21,26 +21,6 @@ private:
     Control::Native& native_;
 };
 
-bool startsGroup(HWND window) { return (GetWindowLongPtrA(window, GWL_STYLE) & WS_GROUP) != 0; }
-
-/// Deselects the other option buttons of the group: the controls from one group mark to the next.
-void deselectOthers(const Control& chosen) {
-    HWND window = chosen.native->window;
-    while (!startsGroup(window)) {
-        HWND const before = GetWindow(window, GW_HWNDPREV);
-        if (before == nullptr) break;
-        window = before;
-    }
-    for (bool first = true; window != nullptr && (first || !startsGroup(window)); first = false) {
-        Control* const control = controlOf(chosen.form(), window);
-        if (control != nullptr && control != &chosen && control->kind() == ControlKind::optionButton) {
-            auto& other = static_cast<OptionButton&>(*control);
-            if (other.value()) other.setValue(false);
-        }
-        window = GetWindow(window, GW_HWNDNEXT);
-    }
-}
-
 /// The messages that a list box and a combo box have under different numbers.
 struct ListMessages {
     UINT clear;
@@ -70,7 +50,6 @@ using namespace win32;
 
 void backend::valueChanged(Control& control, bool value) {
     SendMessageA(control.native->window, BM_SETCHECK, value ? BST_CHECKED : BST_UNCHECKED, 0);
-    if (control.kind() == ControlKind::optionButton && value) deselectOthers(control);
 }
 
 void backend::textChanged(TextBox& box) {

@@ -20,9 +20,7 @@ HtmlHelp htmlHelp() {
 
 bool everShown = false;
 
-void tell(const std::string& text) {
-    messageBox(text, "Zentora Terminal Emulator", Buttons::ok, Icon::information);
-}
+void tell(const std::string& text) { messageBox(text, programTitle, Buttons::ok, Icon::information); }
 
 }  // namespace
 

@@ -9,10 +9,7 @@ namespace qxterm::win32 {
 namespace {
 
 const std::string& fontFile() {
-    static const std::string file = [] {
-        const std::string folder = program::folder();
-        return folder + (folder.ends_with('\\') ? "" : "\\") + "QXTERM.ttf";
-    }();
+    static const std::string file = program::fileIn(program::folder(), "QXTERM.ttf");
     return file;
 }
 

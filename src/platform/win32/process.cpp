@@ -1,10 +1,10 @@
 #include "platform/process.h"
 
-#include <cstdint>
 #include <memory>
 #include <utility>
 #include <vector>
 
+#include "common/win32/child.h"
 #include "platform/event_loop.h"
 #include "platform/program.h"
 #include "platform/run_time_error.h"
@@ -25,63 +25,25 @@ struct HelperProcess::Native {
 namespace win32 {
 namespace {
 
-constexpr UINT exitCodeOfTerminated = 1;
-
 /// All helpers belong to this job. The program's handle of it is the only one and is never closed: when the
 /// program is gone, the system closes it and ends what still runs. Null when the system has none to give.
 HANDLE jobOfHelpers() {
-    static HANDLE const job = [] {
-        HANDLE const created = CreateJobObjectA(nullptr, nullptr);
-        JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
-        limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-        if (created == nullptr || SetInformationJobObject(created, JobObjectExtendedLimitInformation, &limits,
-                                                          sizeof limits) != 0) {
-            return created;
-        }
-        CloseHandle(created);
-        return HANDLE{};
-    }();
+    static HANDLE const job = zpt::endingJob().release();
     return job;
 }
 
-/// Lets a process that was created suspended run, as one of the job. False when that cannot be; the process
-/// has been ended then.
-bool runInJob(HANDLE process, HANDLE thread) {
-    constexpr DWORD failed = static_cast<DWORD>(-1);
-    if (AssignProcessToJobObject(jobOfHelpers(), process) != 0 && ResumeThread(thread) != failed) return true;
-    TerminateProcess(process, exitCodeOfTerminated);
-    return false;
+zpt::Pipe pipe() {
+    zpt::Pipe made;
+    if (!made.read) throw RunTimeError{errors::outOfMemory};
+    return made;
 }
-
-/// A pipe whose ends a child process inherits.
-struct Pipe {
-    Pipe() {
-        SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-        HANDLE readEnd = nullptr;
-        HANDLE writeEnd = nullptr;
-        if (CreatePipe(&readEnd, &writeEnd, &inheritable, 0) == 0) throw RunTimeError{errors::outOfMemory};
-        read.reset(readEnd);
-        write.reset(writeEnd);
-    }
-
-    KernelHandle read;
-    KernelHandle write;
-};
-
-/// What stays with the program is not for a child started later.
-void keep(const KernelHandle& handle) { SetHandleInformation(handle.get(), HANDLE_FLAG_INHERIT, 0); }
 
 /// An event that a child process inherits, not set.
 HANDLE inheritableEvent() {
-    SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-    HANDLE const created = CreateEventA(&inheritable, TRUE, FALSE, nullptr);
+    SECURITY_ATTRIBUTES attributes = zpt::inheritable();
+    HANDLE const created = CreateEventA(&attributes, TRUE, FALSE, nullptr);
     if (created == nullptr) throw RunTimeError{errors::outOfMemory};
     return created;
-}
-
-/// How a child process reads the handle that it inherits.
-std::string numberOf(const KernelHandle& handle) {
-    return std::to_string(reinterpret_cast<std::uintptr_t>(handle.get()));
 }
 
 /// Puts values into the program's environment for as long as it takes to start a child.
@@ -99,12 +61,6 @@ public:
 private:
     std::vector<EnvironmentValue> values_;
 };
-
-std::string folderWithBackslash() {
-    std::string folder = program::folder();
-    if (!folder.ends_with('\\')) folder += '\\';
-    return folder;
-}
 
 STARTUPINFOA hiddenWindow() {
     STARTUPINFOA info{};
@@ -125,10 +81,10 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
     KernelHandle helperInput;
     KernelHandle helperOutput;
     if (handles == StandardHandles::pipes) {
-        Pipe toHelper;
-        Pipe fromHelper;
-        keep(toHelper.write);
-        keep(fromHelper.read);
+        zpt::Pipe toHelper = pipe();
+        zpt::Pipe fromHelper = pipe();
+        zpt::keepFromChildren(toHelper.write);
+        zpt::keepFromChildren(fromHelper.read);
         helperInput = std::move(toHelper.read);
         helperOutput = std::move(fromHelper.write);
         started->toHelper = std::move(toHelper.write);
@@ -141,24 +97,23 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
     std::vector<EnvironmentValue> variables{environment.begin(), environment.end()};
     if (readyVariable_ != nullptr) {
         started->readiness.reset(inheritableEvent());
-        variables.push_back({readyVariable_, numberOf(started->readiness)});
+        variables.push_back({readyVariable_, zpt::numberOf(started->readiness)});
     }
-    const std::string folder = folderWithBackslash();
+    const std::string folder = program::fileIn(program::folder(), {});
     const std::string file = folder + name_ + ".exe";
     std::string line{commandLine};  // the system may write into it
     PROCESS_INFORMATION created{};
     const Environment values{std::move(variables)};
     if (jobOfHelpers() == nullptr) return false;
-    // Suspended until it belongs to the job: there is no moment at which it could outlive the program.
     if (CreateProcessA(file.c_str(), line.data(), nullptr, nullptr, TRUE,
                        NORMAL_PRIORITY_CLASS | CREATE_SUSPENDED, nullptr, folder.c_str(), &info,
                        &created) == 0) {
         return false;
     }
-    keep(started->readiness);
+    zpt::keepFromChildren(started->readiness);
     started->process.reset(created.hProcess);
     started->thread.reset(created.hThread);
-    if (!runInJob(created.hProcess, created.hThread)) return false;
+    if (!zpt::runInJob(jobOfHelpers(), created.hProcess, created.hThread)) return false;
     native = started.release();
     return true;
 }
@@ -187,7 +142,7 @@ void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {
 
 std::uint32_t HelperProcess::terminate() {
     if (native == nullptr) return ERROR_INVALID_HANDLE;
-    return TerminateProcess(native->process.get(), win32::exitCodeOfTerminated) != 0 ? 0 : GetLastError();
+    return TerminateProcess(native->process.get(), zpt::exitCodeOfTerminated) != 0 ? 0 : GetLastError();
 }
 
 bool HelperProcess::wait(std::int32_t milliseconds) {

@@ -62,13 +62,13 @@ std::string commandLine() {
 void end() { win32::endLoop(); }
 
 void appendTrace(std::string_view line) {
-    HANDLE const file = CreateFileA(traceFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) fail();
-    const win32::KernelHandle owner{file};
+    const win32::KernelHandle file =
+        zpt::validHandle(CreateFileA(traceFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                     OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) fail();
     const std::string text = std::string{line} + "\r\n";
     DWORD written = 0;
-    if (WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) == 0) fail();
+    if (WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) == 0) fail();
 }
 
 }  // namespace qxterm::program

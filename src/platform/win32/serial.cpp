@@ -148,10 +148,10 @@ Port& portOf(SerialPort& control) {
 
 KernelHandle openDevice(std::int16_t number) {
     const std::string name = "\\\\.\\COM" + std::to_string(number);
-    HANDLE const handle = CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_OVERLAPPED, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) throw RunTimeError{errors::deviceUnavailable};
-    return KernelHandle{handle};
+    KernelHandle device = zpt::validHandle(CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                                       OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
+    if (!device) throw RunTimeError{errors::deviceUnavailable};
+    return device;
 }
 
 void configure(HANDLE handle, const Port& port) {

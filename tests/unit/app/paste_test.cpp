@@ -13,6 +13,7 @@
 #include "platform/headless/event_loop.h"
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
+#include "platform/hex_text.h"
 #include "platform/main_form.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/model/input_busy.h"
@@ -162,7 +163,7 @@ TEST_F(Paste, AMegabyteGoesToTheHostAsItStands) {
     connectAs("net");
     headless::putOnClipboard(text);
     ASSERT_TRUE(choosePaste());
-    EXPECT_EQ(sent(), Lines{headless::hexText(text)});
+    EXPECT_EQ(sent(), Lines{hexText(text)});
     EXPECT_EQ(row(0), "");
     EXPECT_TRUE(boxes().empty());
 }
@@ -172,7 +173,7 @@ TEST_F(Paste, AMegabyteGoesToTheLineAsItStands) {
     connectAs("serial");
     headless::putOnClipboard(text);
     ASSERT_TRUE(choosePaste());
-    EXPECT_EQ(sent(), Lines{headless::hexText(text)});
+    EXPECT_EQ(sent(), Lines{hexText(text)});
 }
 
 TEST_F(Paste, EveryCharacterGoesToTheHostUntranslated) {
@@ -181,7 +182,7 @@ TEST_F(Paste, EveryCharacterGoesToTheHostUntranslated) {
     connectAs("net");
     headless::putOnClipboard(text + "\r\n\n\r");
     ASSERT_TRUE(choosePaste());
-    EXPECT_EQ(sent(), Lines{headless::hexText(text + "\r\n\n\r")});
+    EXPECT_EQ(sent(), Lines{hexText(text + "\r\n\n\r")});
 }
 
 TEST_F(Paste, NothingOnTheClipboardCannotBePasted) {

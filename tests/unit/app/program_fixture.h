@@ -8,16 +8,14 @@
 #include <utility>
 #include <vector>
 
-#include "app/main.h"
-#include "app/program_state.h"
 #include "diag/recorded.h"
+#include "headless-session/session.h"
 #include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/headless/clock.h"
 #include "platform/headless/message_box.h"
 #include "platform/headless/modal.h"
 #include "platform/headless/profile_strings.h"
-#include "platform/headless/program.h"
 #include "platform/headless/user.h"
 #include "platform/menu.h"
 
@@ -38,15 +36,14 @@ inline bool runNextStep() {
 class ProgramTest : public RecordedTest {
 protected:
     void SetUp() override {
-        RecordedTest::SetUp();
-        resetProgram();
+        headless::resetAll();
+        watch();
         steps.clear();
         headless::setNextEvent(runNextStep);
     }
     void TearDown() override {
         EXPECT_TRUE(steps.empty()) << steps.size() << " steps were never reached";
-        resetProgram();
-        RecordedTest::TearDown();
+        headless::resetAll();
     }
 
     /// Queues what is to happen inside a modal window.
@@ -56,10 +53,7 @@ protected:
         then([milliseconds] { headless::advance(milliseconds); });
     }
 
-    static void start(std::string_view profile = {}) {
-        headless::setCommandLine(profile);
-        qxterm::main();
-    }
+    static void start(std::string_view profile = {}) { headless::runProgram(profile); }
     static void putSettings(const std::vector<std::pair<const char*, const char*>>& values) {
         for (const auto& [key, value] : values) headless::putIni("Settings", key, value);
     }

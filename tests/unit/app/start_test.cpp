@@ -147,7 +147,7 @@ TEST_F(Closing, APlaceFarOutIsSavedAsFarAsItCanBeReadBack) {
         frmterm.move(far);
         EXPECT_TRUE(close());
         EXPECT_EQ(iniValue("Settings", "Window"), place.saved);
-        resetProgram();
+        headless::killProgram();
         start();
         EXPECT_EQ(std::to_string(g_iWindowLeft) + ' ' + std::to_string(g_iWindowTop), place.saved);
     }

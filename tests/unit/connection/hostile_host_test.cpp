@@ -15,6 +15,7 @@
 #include "connection/ssh_prompt.h"
 #include "connection/transport_controls.h"
 #include "platform/headless/socket.h"
+#include "platform/hex_text.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
@@ -28,9 +29,7 @@ using Lines = std::vector<std::string>;
 constexpr const char* typeOffered = "fffb18";
 constexpr const char* typeTold = "fffa180051585445524dfff0";
 
-std::string refusal(int option) {
-    return "fffc" + headless::hexText(std::string(1, static_cast<char>(option)));
-}
+std::string refusal(int option) { return "fffc" + hexText(std::string(1, static_cast<char>(option))); }
 
 class HostileHost : public ProgramTest {
 protected:

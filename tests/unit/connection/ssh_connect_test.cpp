@@ -1,6 +1,7 @@
 #include "connection/ssh_connect.h"
 
 #include "app/program_fixture.h"
+#include "common/names.h"
 #include "config/profile_record.h"
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
@@ -280,7 +281,7 @@ TEST(SshCommandLines, KeepTheDoubledBlank) {
 
 TEST_F(SshConnect, TheTunnelsClientFindsTheLoginNameInItsEnvironment) {
     HelperProcess helper{"zpt_ssh"};
-    const std::vector<EnvironmentValue> environment{{sshLoginVariable, "bob"}};
+    const std::vector<EnvironmentValue> environment{{zpt::loginVariable, "bob"}};
     ASSERT_TRUE(helper.start("zpt_ssh", StandardHandles::pipes, environment));
     EXPECT_EQ(headless::helperEnvironment(helper, "ZPT_SSH_LOGIN"), "bob");
     helper.close();

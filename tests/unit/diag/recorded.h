@@ -42,10 +42,15 @@ class RecordedTest : public ::testing::Test {
 protected:
     void SetUp() override {
         headless::reset();
+        watch();
+    }
+    void TearDown() override { headless::reset(); }
+
+    /// Keeps the records from now on.
+    static void watch() {
         records.clear();
         headless::setSink([](const headless::Record& record) { records.push_back(record); });
     }
-    void TearDown() override { headless::reset(); }
 };
 
 }  // namespace qxterm::testing

@@ -1,4 +1,5 @@
 #include "platform/headless_fixture.h"
+#include "platform/hex_text.h"
 
 namespace qxterm::test {
 namespace {
@@ -38,8 +39,8 @@ TEST_F(RecorderTest, WithoutASinkNothingIsRecorded) {
 }
 
 TEST_F(RecorderTest, HexTextIsLowerCaseWithoutBlanks) {
-    EXPECT_EQ(headless::hexText(std::string_view{"\x1b[\xff\0A", 5}), "1b5bff0041");
-    EXPECT_EQ(headless::hexText({}), "");
+    EXPECT_EQ(hexText(std::string_view{"\x1b[\xff\0A", 5}), "1b5bff0041");
+    EXPECT_EQ(hexText({}), "");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "app/program_fixture.h"
 #include "connection/transport_controls.h"
 #include "platform/headless/socket.h"
+#include "platform/hex_text.h"
 
 namespace qxterm::testing {
 namespace {
@@ -44,8 +45,7 @@ TEST_F(Telnet, EveryOtherOptionIsRefused) {
     }
     Sent expected;
     for (int option = 0; option < 256; ++option) {
-        if (option != 24)
-            expected.push_back("fffc" + headless::hexText(std::string(1, static_cast<char>(option))));
+        if (option != 24) expected.push_back("fffc" + hexText(std::string(1, static_cast<char>(option))));
     }
     EXPECT_EQ(sent(), expected);
 }

@@ -6,9 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "app/main.h"
-#include "app/program_state.h"
 #include "diag/recorded.h"
+#include "headless-session/session.h"
 #include "platform/headless/message_box.h"
 #include "platform/headless/picture_box.h"
 #include "terminal/commands/erasing.h"
@@ -30,15 +29,10 @@ namespace qxterm::testing {
 class TerminalTest : public RecordedTest {
 protected:
     void SetUp() override {
-        RecordedTest::SetUp();
-        resetProgram();
-        qxterm::main();
-        records.clear();
+        headless::startProgram();
+        watch();
     }
-    void TearDown() override {
-        resetProgram();
-        RecordedTest::TearDown();
-    }
+    void TearDown() override { headless::resetAll(); }
 
     /// One block of host output.
     static void host(std::string_view block) { processInput(block); }
