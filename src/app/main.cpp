@@ -11,6 +11,7 @@
 #include "connection/session_state.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
+#include "diag/numbers.h"
 #include "diag/report_error.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
@@ -27,6 +28,11 @@ namespace qxterm {
 namespace {
 
 constexpr std::int32_t splashTime = 3000;  // milliseconds
+
+void findFolder() {
+    g_sPathSep = program::separatorBehind(trimmed(program::folder()));
+    g_sHelpFile = besideProgram("enu_te.chm");
+}
 
 void showSplash() {
     frmSplash.show();
@@ -59,7 +65,7 @@ void main() {
     bool started = false;
     trapped("main", [&] {
         g_bTrapErrors = false;
-        g_sHelpFile = besideProgram("enu_te.chm");
+        findFolder();
         showSplash();
         g_sLanguage = getProfileString("intl", "sLanguage", "enu");
         setTerminalStart();

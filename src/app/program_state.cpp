@@ -61,6 +61,7 @@ void resetConnections() {
 }
 
 void resetApplication() {
+    g_sPathSep.clear();
     g_sHelpFile.clear();
     g_sLanguage.clear();
     g_bDialogCancelled = false;

@@ -5,6 +5,7 @@
 
 namespace qxterm {
 
+std::string g_sPathSep;
 std::string g_sHelpFile;
 std::string g_sLanguage;
 bool g_bDialogCancelled = false;

@@ -4,6 +4,9 @@
 
 namespace qxterm {
 
+/// What stands between the program's folder and a file's name: a backslash, or nothing when the folder ends
+/// in one. Set by main.
+extern std::string g_sPathSep;
 /// Full name of the help file. Set by main.
 extern std::string g_sHelpFile;
 /// The user's language, three letters. Set by main.

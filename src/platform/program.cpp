@@ -2,10 +2,10 @@
 
 namespace qxterm::program {
 
+const char* separatorBehind(std::string_view folder) { return folder.ends_with('\\') ? "" : "\\"; }
+
 std::string fileIn(std::string_view folder, std::string_view file) {
-    std::string name{folder};
-    if (!folder.ends_with('\\')) name += '\\';
-    return name += file;
+    return std::string{folder}.append(separatorBehind(folder)).append(file);
 }
 
 }  // namespace qxterm::program

@@ -7,6 +7,8 @@ namespace qxterm::program {
 
 /// The folder that holds the program file; a trailing backslash only for a drive's root.
 [[nodiscard]] std::string folder();
+/// What stands between a folder and a file in it: a backslash, or nothing when the folder ends in one.
+[[nodiscard]] const char* separatorBehind(std::string_view folder);
 /// The full name of a file in a folder, with or without a backslash at the folder's end; of the folder
 /// itself, with that backslash, when the file is empty.
 [[nodiscard]] std::string fileIn(std::string_view folder, std::string_view file);
