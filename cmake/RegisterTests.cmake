@@ -86,7 +86,7 @@ endforeach()
 
 # Checks that keep the house in order
 
-foreach(check includes system-calls words format code-map)
+foreach(check includes system-calls words format code-map sequences)
     qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
 endforeach()
 qxterm_test(

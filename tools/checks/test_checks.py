@@ -23,6 +23,7 @@ def load(path):
 includes = load(os.path.join(HERE, "check-includes.py"))
 system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
+sequences = load(os.path.join(HERE, "check-sequences.py"))
 code_map = load(os.path.join(HERE, "check-code-map.py"))
 scenarios = load(os.path.join(HERE, "run-scenario.py"))
 scenario_file = load(os.path.join(HERE, "scenario_file.py"))
@@ -52,6 +53,50 @@ class SmallTree(unittest.TestCase):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
+
+
+class Sequences(SmallTree):
+    TABLES = """
+constexpr std::array controls{
+    Row{7, verb<ring>},  // BEL
+};
+constexpr std::array escapeSequences{
+    Row{'#', verb<fill>},
+};
+constexpr std::array controlSequences{
+    Row{'A', verb<up>}, Row{'\\'', verb<odd>},
+};
+"""
+    INDEX = ["| `7` | bell | `one` |", "| `ESC #` | fills | `one` |", "| `ESC [ A` | up | `one` |",
+             "| `ESC [ '` | odd | `one` |"]
+
+    def problems(self, entries, tables=TABLES):
+        self.write("src/terminal/interpreter/sequence_tables.cpp", tables)
+        self.write("src/terminal/commands/one.h", "void ring();\nvoid fill();\nvoid up();\nvoid odd();\n")
+        lines = ["# Page", "| `ESC [ Q` | outside of the index | `one` |", "## Index", *entries, "## More"]
+        self.write("docs/control-sequences.md", "\n".join(lines) + "\n")
+        return sequences.check(self.root)[0]
+
+    def test_equal_sets_are_in_order(self):
+        self.assertEqual(self.problems(self.INDEX), [])
+
+    def test_entry_that_the_index_lacks(self):
+        self.assertEqual(self.problems(self.INDEX[1:]),
+                         ["docs/control-sequences.md:1: the index lacks 7, which the tables have"])
+
+    def test_entry_that_the_tables_lack(self):
+        self.assertEqual(self.problems([*self.INDEX, "| `ESC [ Z` | new | `one` |"]),
+                         ["docs/control-sequences.md:8: the tables have no ESC [ Z"])
+
+    def test_file_that_is_not_there_or_lacks_the_verb(self):
+        entries = [self.INDEX[0].replace("one", "two"), *self.INDEX[1:]]
+        self.assertEqual(self.problems(entries), ["docs/control-sequences.md:4: there is no src/terminal/commands/two.h"])
+        tables = self.TABLES.replace("<up>", "<down>")
+        self.assertEqual(self.problems(self.INDEX, tables),
+                         ["docs/control-sequences.md:6: one.h does not declare down, the verb of ESC [ A"])
+
+    def test_tables_that_are_not_found_are_an_error(self):
+        self.assertIn("src/terminal/interpreter/sequence_tables.cpp:1: no table was found", self.problems([], "int x;\n"))
 
 
 class Includes(SmallTree):
