@@ -28,9 +28,9 @@ namespace {
                                                             std::int16_t otherModes = mode::insert) {
     constexpr int otherFlags =
         ~(UINT8_MAX & ~attrFlag::invisible);  // those that an ordinary run may not have
-    if (modeSet(otherModes) || (curAttr & otherFlags) != 0) return nullptr;
-    if (static_cast<std::uint32_t>(curRow) >= screenRows || curCol < 0 || curCol + count > screenColumns)
-        return nullptr;
+    if (((screenMode & otherModes) | (curAttr & otherFlags)) != 0) return nullptr;
+    if (static_cast<std::uint32_t>(curRow) >= screenRows) return nullptr;
+    if (curCol < 0 || curCol > screenColumns - count) return nullptr;
     if (!coloursExist(curFg, curBg) || !shortWaysOpen()) return nullptr;
     return screenLines.data() + rowMap[static_cast<std::size_t>(curRow)];
 }
@@ -41,7 +41,7 @@ namespace {
     char* const cells = line.text.data() + curCol;
     std::int16_t* const words = line.attrs.data() + curCol + 1;
     curCol += count;
-    line.extent = std::max(line.extent, static_cast<std::int16_t>(curCol));
+    if (line.extent < curCol) line.extent = static_cast<std::int16_t>(curCol);
     if (count == 1) {  // frequent, and not worth the calls
         *cells = *text;
         *words = word;
@@ -58,7 +58,8 @@ inline void markOrdinaryRun(ScreenLine& line, std::int32_t count) {
     if ((line.lineFlags & lineFlag::draw) == 0 || column < line.dirtyFirst) line.dirtyFirst = column;
     line.lineFlags = static_cast<std::int16_t>(line.lineFlags | lineFlag::draw);
     recordsToDraw |= 1U << static_cast<std::uint32_t>(&line - screenLines.data());
-    line.dirtyLast = std::max(line.dirtyLast, static_cast<std::int16_t>(curCol + count - 1));
+    const auto last = static_cast<std::int16_t>(curCol + count - 1);
+    if (line.dirtyLast < last) line.dirtyLast = last;
 }
 
 // --- storing any run -------------------------------------------------------------------------------------------
@@ -113,7 +114,7 @@ void storePending() {
     storeOrdinaryRun(*line, pendingText.data(), count);
     dropPending();
     line->dirtyFirst = 0;
-    line->usedLength = std::max(line->usedLength, static_cast<std::int16_t>(first + count - 1));
+    if (line->usedLength < curCol - 1) line->usedLength = static_cast<std::int16_t>(curCol - 1);
     drawRun(*line, first, count, curRow);
     return true;
 }
@@ -130,15 +131,6 @@ void storePending() {
         pendingScrolls = 0;
     }
     if (recordsToDraw == 0) return;
-    const bool single = (recordsToDraw & (recordsToDraw - 1)) == 0;
-    if (single && curRow >= 0 && curRow < screenRows) {
-        // the ordinary case: only the cursor's line was written
-        const std::int32_t record = rowMap[static_cast<std::size_t>(curRow)];
-        if ((recordsToDraw & (1U << static_cast<std::uint32_t>(record))) != 0) {
-            lineOut(screenLines[static_cast<std::size_t>(record)], curRow);
-            return;
-        }
-    }
     for (std::int32_t row = 0; row < screenRows; ++row) {
         ScreenLine& line = lineOnRow(row);
         if ((line.lineFlags & lineFlag::draw) != 0) lineOut(line, row);
