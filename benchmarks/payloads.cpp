@@ -136,16 +136,16 @@ std::string fullScreens(std::size_t size) {
 
 std::vector<Payload> makePayloads(std::size_t size) {
     return {
-        {"plain", "lines of text", 6.5, plainLines(size)},
-        {"wrap", "long lines that wrap", 9.6, wrappingLines(size)},
-        {"y", "lines of one letter", 6.5, yesLines(size)},
-        {"region", "text scrolling inside rows 5 to 20", 6.4, regionScrolling(size)},
-        {"motion", "cursor motion over every cell, one character each", 4.8, cursorMotion(size)},
-        {"jumps", "cursor motion anywhere, one character each", 0, jumps(size)},
-        {"colours", "both colours and flags set for each character", 7.6, colourChanges(size)},
-        {"one colour", "one colour changed for each character", 0, singleColours(size)},
-        {"screens", "full screens of one letter", 15.0, fullScreens(size)},
-        {"application", "frames, fields, partial redraws", 5.2, applicationScreens(size)},
+        {"plain", "lines of text", 9.7, plainLines(size)},
+        {"wrap", "long lines that wrap", 20.4, wrappingLines(size)},
+        {"y", "lines of one letter", 9.6, yesLines(size)},
+        {"region", "text scrolling inside rows 5 to 20", 12.9, regionScrolling(size)},
+        {"motion", "cursor motion over every cell, one character each", 8.0, cursorMotion(size)},
+        {"jumps", "cursor motion anywhere, one character each", 7.0, jumps(size)},
+        {"colours", "both colours and flags set for each character", 8.2, colourChanges(size)},
+        {"one colour", "one colour changed for each character", 6.0, singleColours(size)},
+        {"screens", "full screens of one letter", 31.9, fullScreens(size)},
+        {"application", "frames, fields, partial redraws", 10.0, applicationScreens(size)},
     };
 }
 
