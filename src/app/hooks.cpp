@@ -12,10 +12,10 @@
 #include "connection/connection_hooks.h"
 #include "connection/connection_manager.h"
 #include "connection/keyboard.h"
+#include "connection/modem.h"
 #include "connection/network.h"
 #include "connection/serial_line.h"
-#include "connection/session_state.h"
-#include "connection/ssh_connect.h"
+#include "connection/session.h"
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
@@ -60,7 +60,6 @@ void fillProfileHooks() {
         picterm.refresh();
     };
     profileHooks.setCaption = setCaption;
-    profileHooks.typeSet = followProfileType;
     profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption) {
         mnuprofitem.setCaption(index, caption);
         mnuprofitem.setVisible(index, true);
@@ -70,16 +69,13 @@ void fillProfileHooks() {
 
 void fillConnectionHooks() {
     answerHost = sendTelnetAnswer;
-    connectionHooks.setConnItems = setConnItems;
-    connectionHooks.disconnectPort = disconnectPort;
-    connectionHooks.showStatusDialog = [] { frmConn.showModal(); };
-    connectSshBridge();
-    managerHooks.unloadProfileDialog = [] { frmprof.unload(); };
-    managerHooks.showOptions = [] { frmOptions.showModal(); };
-    managerHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {
+    paintLocalPrompt = paintLocalText;
+    connectionHooks.unloadProfileDialog = [] { frmprof.unload(); };
+    connectionHooks.showOptions = [] { frmOptions.showModal(); };
+    connectionHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {
         mnuconnitem.setEnabled(index, enabled);
     };
-    managerHooks.enableProfileItems = enableProfileItems;
+    connectionHooks.enableProfileItems = enableProfileItems;
     enableEditItems = [] { enableAllEditItems(true); };
 }
 

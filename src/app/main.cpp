@@ -8,7 +8,7 @@
 #include "config/profile_record.h"
 #include "config/program_values.h"
 #include "config/user_profile.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
 #include "diag/numbers.h"
@@ -53,9 +53,9 @@ void readTwips() {
 
 void startWithoutProfile() {
     setCurrentProfile(DefaultProfile);
-    CurrentProfile.name = untitledName;
-    g_bProfileNew = false;
-    g_bConnectActive = false;
+    nameCurrentProfile(untitledName);
+    setProfileNew(false);
+    forgetSession();
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_prompt.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
@@ -41,8 +41,8 @@ void resetConfiguration() {
     g_iWindowTop = -1;
     g_iConnectTimeout = 45;
     g_lPortForwardStart = 3000;
-    g_bProfileChanged = false;
-    g_bProfileNew = false;
+    setProfileChanged(false);
+    setProfileNew(false);
     profileNames.clear();
     mruNames.fill({});
     DefaultProfile = ProfileRecord{};
@@ -50,10 +50,8 @@ void resetConfiguration() {
 }
 
 void resetConnections() {
-    g_bConnectActive = false;
-    sessionStarted = false;
-    followProfileType();
-    g_bSSHMode = false;
+    forgetSession();
+    setSshMode(false);
     userDisconnect = false;
     clearReceiveState();
     clearLoginFlags();

@@ -22,7 +22,7 @@ void readIniFile() {
     trapped("readIniFile", [] {
         fillProfileNames(readSetting(settingsSection, "Profiles", ""));
         fillMruNames(readSetting(settingsSection, "Order", ""));
-        g_bProfileChanged = false;
+        setProfileChanged(false);
 
         const std::string window = readSetting(settingsSection, "Window", "-1 -1");
         const std::size_t blank = window.find(' ');

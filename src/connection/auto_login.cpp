@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "connection/send.h"
-#include "connection/ssh_hooks.h"
+#include "connection/ssh_prompt.h"
 
 namespace qxterm {
 
@@ -78,7 +78,7 @@ bool passLoginFilter(std::string_view text) {
         sendText(g_sSSHPassword);
         forgetPassword();
         g_bLoginDone = true;
-        runSshHook(sshHooks.ClearSSHText);
+        ClearSSHText();
     }
     return true;
 }

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "connection/auto_login.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_connect.h"
 #include "diag/error_trap.h"
 #include "terminal/drawing/cell_size.h"
@@ -177,9 +177,9 @@ void ClearSSHText() {
     });
 }
 
-bool localPromptActive() { return dialogueRuns && g_iConnectType == connectType::ssh && !g_bConnectActive; }
+bool localPromptActive() { return dialogueRuns && !g_bConnectActive; }
 
-bool localTextUp() { return textUp && g_iConnectType == connectType::ssh; }
+bool localTextUp() { return textUp; }
 
 bool paintLocalText() {
     if (!localTextUp()) return false;

@@ -124,10 +124,10 @@ void takeTexts() {
 
 void applyFontSize() {
     if (selectedFontSize == CurrentProfile.fontSize) return;
-    CurrentProfile.fontSize = selectedFontSize;
+    setFontSize(selectedFontSize);
     working.fontSize = selectedFontSize;
-    g_bProfileChanged = true;
-    if (profileHooks.resizeScreen != nullptr) profileHooks.resizeScreen();
+    setProfileChanged(true);
+    profileHooks.resizeScreen();
 }
 
 void storeTimeout(std::int64_t seconds) {
@@ -139,7 +139,7 @@ void storeTimeout(std::int64_t seconds) {
 void storeWorkingCopy() {
     if (working == CurrentProfile) return;
     setCurrentProfile(working);
-    g_bProfileChanged = true;
+    setProfileChanged(true);
 }
 
 }  // namespace

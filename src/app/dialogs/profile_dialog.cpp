@@ -69,9 +69,9 @@ bool mayReplace(const std::string& name) {
 
 void saveUnder(const std::string& name) {
     if (knownProfile(name) && !mayReplace(name)) return;
-    CurrentProfile.name = name;
+    nameCurrentProfile(name);
     setCaption();
-    g_bProfileNew = false;
+    setProfileNew(false);
     writeUserProf();
     reOrderProf(name);
     frmprof.unload();
