@@ -21,14 +21,17 @@
 #include "connection/transport_controls.h"
 #include "diag/report_error.h"
 #include "platform/main_form.h"
+#include "terminal/commands/reset.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/cursor.h"
+#include "terminal/drawing/drawing.h"
 #include "terminal/drawing/paint.h"
 #include "terminal/interpreter/telnet.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/view/scrollback_view.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
+#include "terminal/view/selection_marks.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {
@@ -54,11 +57,7 @@ void fillTimerActions() {
 }
 
 void fillProfileHooks() {
-    configuredFontSize = [] { return CurrentProfile.fontSize; };
-    profileHooks.resizeScreen = [] {
-        calcSize(picterm, vscterm);
-        picterm.refresh();
-    };
+    profileHooks.resizeScreen = resizeScreen;
     profileHooks.setCaption = setCaption;
     profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption) {
         mnuprofitem.setCaption(index, caption);
@@ -67,16 +66,22 @@ void fillProfileHooks() {
     };
 }
 
-void fillConnectionHooks() {
-    answerHost = sendTelnetAnswer;
+void fillTerminalHooks() {
     paintLocalPrompt = paintLocalText;
+    lineDrawn = invertRedrawnCells;
+    windowScrolled = keepDragInPlace;
+    endSelection = removeSelection;
+    answerHost = sendTelnetAnswer;
+    enableEditItems = [] { enableAllEditItems(true); };
+}
+
+void fillConnectionHooks() {
     connectionHooks.unloadProfileDialog = [] { frmprof.unload(); };
     connectionHooks.showOptions = [] { frmOptions.showModal(); };
     connectionHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {
         mnuconnitem.setEnabled(index, enabled);
     };
     connectionHooks.enableProfileItems = enableProfileItems;
-    enableEditItems = [] { enableAllEditItems(true); };
 }
 
 void connectTransportEvents() {
@@ -118,6 +123,7 @@ void connectModules() {
     fillErrorHooks();
     fillTimerActions();
     fillProfileHooks();
+    fillTerminalHooks();
     fillConnectionHooks();
     connectTransportEvents();
     connectMenuEvents();
@@ -127,7 +133,6 @@ void connectModules() {
     connectProfileDialog();
     connectOptionsDialog();
     connectSplash();
-    initSelection();
 }
 
 }  // namespace qxterm

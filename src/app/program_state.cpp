@@ -21,6 +21,7 @@
 #include "terminal/drawing/text_look.h"
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/view/scrollback_view.h"
+#include "terminal/view/selection.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {
@@ -72,6 +73,7 @@ void resetApplication() {
 
 void resetProgram() {
     connectModules();
+    resetSelection();
     resetDiagnostics();
     clearTimers();
     resetConfiguration();

@@ -19,11 +19,11 @@ extern bool g_bWouldBlock;
 /// How many times error 10035 was reported; stays at 32767.
 extern std::int16_t g_iWouldBlockCount;
 
-/// What the reporter asks of the floors above; filled at start-up, nothing happens while they are empty.
+/// What the reporter asks of the floors above; filled at start-up.
 struct ErrorHooks {
-    void (*dropConnection)() = nullptr;      ///< after a lost connection was told: ends the session
-    std::string (*currentHost)() = nullptr;  ///< the current profile's host
-    void (*closeMainWindow)() = nullptr;     ///< after error 17
+    void (*dropConnection)() = [] {};                             ///< after a lost connection was told
+    std::string (*currentHost)() = [] { return std::string{}; };  ///< the current profile's host
+    void (*closeMainWindow)() = [] {};                            ///< after error 17
 };
 extern ErrorHooks errorHooks;
 

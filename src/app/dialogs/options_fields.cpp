@@ -7,13 +7,13 @@
 #include "app/dialogs/options_controls.h"
 #include "app/dialogs/options_dialog.h"
 #include "config/ini_file.h"
-#include "config/profile_hooks.h"
 #include "config/profile_record.h"
 #include "config/user_profile.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "diag/numbers.h"
 #include "platform/message_box.h"
+#include "terminal/drawing/cell_size.h"
 
 namespace qxterm::options {
 namespace {
@@ -127,7 +127,7 @@ void applyFontSize() {
     setFontSize(selectedFontSize);
     working.fontSize = selectedFontSize;
     setProfileChanged(true);
-    profileHooks.resizeScreen();
+    resizeScreen();
 }
 
 void storeTimeout(std::int64_t seconds) {

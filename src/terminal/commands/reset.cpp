@@ -13,7 +13,7 @@
 
 namespace qxterm {
 
-void (*endSelection)() = nullptr;
+void (*endSelection)() = [] {};
 
 namespace {
 
@@ -59,7 +59,7 @@ void resetScreen() {
         scrollbackTop = liveView;
         scrollbackTurns = 0;
         resetBackground();
-        if (endSelection != nullptr) endSelection();
+        endSelection();
     });
 }
 
@@ -77,7 +77,7 @@ void resetTerminal() {
         setCurrentAttr(defaultAttrTriple);
         resetSavedCursor();
         carryOver.clear();
-        if (endSelection != nullptr) endSelection();
+        endSelection();
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/profile_record.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "terminal/model/screen_store.h"
@@ -16,7 +17,6 @@ std::array<std::int32_t, screenColumns + 1> charAdvances{};
 PixelRect scrollRect;
 std::int16_t g_iTwipsX = 15;
 std::int16_t g_iTwipsY = 15;
-float (*configuredFontSize)() = nullptr;
 
 namespace {
 
@@ -71,7 +71,7 @@ void layOutWindow() {
 
 void calcSize(PictureBox& picture, ScrollBar& bar) {
     trapped("calcSize", [&] {
-        if (configuredFontSize != nullptr) picture.setFontSize(configuredFontSize());
+        picture.setFontSize(CurrentProfile.fontSize);
         lineHeight = picture.textHeight("M");
         charWidth = picture.textWidth("M");
         picture.move({0, 0, screenColumns * charWidth, screenRows * lineHeight});
@@ -86,6 +86,11 @@ void calcSize(PictureBox& picture, ScrollBar& bar) {
         screenWidthPixels = toInt16(picture.scaleWidth() / g_iTwipsX);
         setScrollRect();
     });
+}
+
+void resizeScreen() {
+    calcSize(picterm, vscterm);
+    picterm.refresh();
 }
 
 }  // namespace qxterm

@@ -23,13 +23,12 @@ extern PixelRect scrollRect;
 extern std::int16_t g_iTwipsX;
 extern std::int16_t g_iTwipsY;
 
-/// The configured font size in points (9, 10 or 11); filled at start-up.
-extern float (*configuredFontSize)();
-
-/// Applies the font size, measures the cell, sizes picture box, scroll bar and window to 80 x 25 cells and
-/// recreates the terminal font. Called at start-up and when a profile with another font size is read or
-/// chosen.
+/// Applies the current profile's font size, measures the cell, sizes picture box, scroll bar and window to 80
+/// x 25 cells and recreates the terminal font. Called at start-up.
 void calcSize(PictureBox& picture, ScrollBar& bar);
+/// The same for the screen that is shown, and repaints it. Called when a profile with another font size is
+/// read or chosen.
+void resizeScreen();
 /// Recomputes scrollRect.
 void setScrollRect();
 /// Places the function-key bar (shown while mode::keyBarShown is set) and sizes the window around screen,

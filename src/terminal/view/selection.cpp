@@ -7,9 +7,7 @@
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
-#include "terminal/commands/reset.h"
-#include "terminal/drawing/cell_size.h"
-#include "terminal/drawing/screen_controls.h"
+#include "terminal/drawing/drawing.h"
 #include "terminal/model/screen_store.h"
 #include "terminal/view/selection_drag.h"
 #include "terminal/view/selection_marks.h"
@@ -20,7 +18,7 @@ std::int32_t selStartCol = 0;
 std::int32_t selStartRow = 0;
 std::int32_t selEndCol = -1;
 std::int32_t selEndRow = 0;
-void (*enableEditItems)() = nullptr;
+void (*enableEditItems)() = [] {};
 
 void selFunc(std::int16_t operation, std::int16_t line, std::int32_t& first, std::int32_t& last,
              std::string& text) {
@@ -88,14 +86,13 @@ void removeSelection() {
     showSel();
 }
 
-void initSelection() {
-    endSelection = removeSelection;
+void resetSelection() {
     selStartCol = 0;
     selStartRow = 0;
     selEndCol = -1;
     selEndRow = 0;
-    initDrag();
-    initMarks();
+    resetDrag();
+    watchDrawing(false);
 }
 
 }  // namespace qxterm
