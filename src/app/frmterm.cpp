@@ -73,7 +73,7 @@ void openProfileOfCommandLine() {
 void frmterm_Load() {
     trappedOnRequest("frmterm_Load", [] {
         clearReceiveState();
-        userDisconnect = false;
+        forgetUserDisconnect();
         chooseFont();
         enableAllEditItems(false);
         setConnItems(false);

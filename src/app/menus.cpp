@@ -91,7 +91,7 @@ void newProfile() {
     setCurrentProfile(DefaultProfile);
     nameCurrentProfile(formatMsg("profile%1", std::to_string(numberForNewProfile())));
     setCaption();
-    g_bDialogCancelled = false;
+    setDialogCancelled(false);
     mnuconnitem_Click(connectionItem::options);
     if (!g_bDialogCancelled) mnuprofItem_Click(saveAsItem);
     if (!g_bDialogCancelled) connectPort();

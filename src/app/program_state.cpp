@@ -29,43 +29,33 @@ namespace {
 
 void resetDiagnostics() {
     clearPlannedFaults();
-    g_bTrapErrors = false;
-    g_bVerboseErrors = false;
-    g_bWouldBlock = false;
-    g_iWouldBlockCount = 0;
-    g_sCrLf.clear();
-    g_sLogging.clear();
+    setTrapErrors(false);
+    resetErrorReports();
+    setCrLf({});
+    setLogging({});
 }
 
 void resetConfiguration() {
-    g_iWindowLeft = -1;
-    g_iWindowTop = -1;
-    g_iConnectTimeout = 45;
-    g_lPortForwardStart = 3000;
+    resetIniValues();
     setProfileChanged(false);
     setProfileNew(false);
-    profileNames.clear();
-    mruNames.fill({});
-    DefaultProfile = ProfileRecord{};
-    setCurrentProfile(DefaultProfile);
+    fillProfileNames({});
+    fillMruNames({});
+    resetProfiles();
 }
 
 void resetConnections() {
     forgetSession();
     setSshMode(false);
-    userDisconnect = false;
+    forgetUserDisconnect();
     clearReceiveState();
     clearLoginFlags();
     resetLocalPrompt();
 }
 
 void resetApplication() {
-    g_sPathSep.clear();
-    g_sHelpFile.clear();
-    g_sLanguage.clear();
-    g_bDialogCancelled = false;
-    g_iTwipsX = 15;
-    g_iTwipsY = 15;
+    resetProgramValues();
+    resetCellSize();
     for (Menu* menu : Menu::all()) menu->resetToDesign();
 }
 

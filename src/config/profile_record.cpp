@@ -26,6 +26,11 @@ void initDefaults() {
     });
 }
 
+void resetProfiles() {
+    DefaultProfile = ProfileRecord{};
+    setCurrentProfile(DefaultProfile);
+}
+
 void setCurrentProfile(const ProfileRecord& record) { CurrentProfile = record; }
 
 void nameCurrentProfile(const std::string& name) { CurrentProfile.name = name; }

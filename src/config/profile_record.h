@@ -38,7 +38,8 @@ struct ProfileRecord {
 
 /// The settings in use. Written by readUserProf, as far as it comes, and by the routines below.
 extern ProfileRecord CurrentProfile;
-/// What a new profile starts with and what stands in for keys that the file lacks. Written by initDefaults.
+/// What a new profile starts with and what stands in for keys that the file lacks. Written by initDefaults
+/// and resetProfiles.
 extern ProfileRecord DefaultProfile;
 
 /// Line speeds in the order of the Options dialog's list.
@@ -47,6 +48,9 @@ inline constexpr std::array<std::int32_t, 8> baudRates{110, 300, 600, 1200, 2400
 /// Fills DefaultProfile, and CurrentProfile likewise: the font size follows from the screen's height. Called
 /// by main.
 void initDefaults();
+
+/// Both records as they are before main has run.
+void resetProfiles();
 
 /// Makes the record the current profile. Called by main, New and the Options dialog.
 void setCurrentProfile(const ProfileRecord& record);

@@ -36,6 +36,8 @@ void endAttemptOfAnotherType() {
 
 }  // namespace
 
+void forgetUserDisconnect() { userDisconnect = false; }
+
 void connectPort() {
     ErrorTrap trap{"connectPort"};
     trap.run([&] {

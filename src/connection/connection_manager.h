@@ -5,8 +5,10 @@
 /// Opens and closes the session, and the menu that does so.
 namespace qxterm {
 
-/// The user chose Disconnect. Written by mnuconnitem_Click.
+/// The user chose Disconnect. Set by mnuconnitem_Click.
 extern bool userDisconnect;
+/// Called when the main window loads.
+void forgetUserDisconnect();
 
 /// Entries of the Connection menu.
 namespace connectionItem {

@@ -139,6 +139,7 @@ void clearReceiveState() {
     receiving = false;
     pendingBytes = 0;
     firstDataSeen = false;
+    counted = {};
 }
 
 void comnet2_Connect() {

@@ -55,6 +55,14 @@ std::int16_t tellUnexpected(const char* routine, std::int16_t number) {
 
 }  // namespace
 
+void setVerboseErrors(bool verbose) { g_bVerboseErrors = verbose; }
+
+void resetErrorReports() {
+    g_bVerboseErrors = false;
+    g_bWouldBlock = false;
+    g_iWouldBlockCount = 0;
+}
+
 std::string errorDescription(std::int16_t number) {
     for (const auto& [known, text] : descriptions) {
         if (known == number) return text;

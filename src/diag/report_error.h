@@ -12,8 +12,10 @@ inline constexpr std::int16_t actionLeave = 1;
 /// Result of reportError for a local address in use: left to the caller.
 inline constexpr std::int16_t actionAddressInUse = 3;
 
-/// TRUE from start-up on: the message for an unexpected error names the routine and the error.
+/// TRUE from start-up on: the message for an unexpected error names the routine and the error. Written by
+/// setVerboseErrors.
 extern bool g_bVerboseErrors;
+void setVerboseErrors(bool verbose);
 /// Set by error 10035 (would block).
 extern bool g_bWouldBlock;
 /// How many times error 10035 was reported; stays at 32767.
@@ -26,6 +28,9 @@ struct ErrorHooks {
     void (*closeMainWindow)() = [] {};                            ///< after error 17
 };
 extern ErrorHooks errorHooks;
+
+/// No error reported yet, short messages; for start values.
+void resetErrorReports();
 
 /// Tells the user of a failure and says what the routine shall do: actionRetry, actionLeave,
 /// actionAddressInUse. Called by the error traps and, for an event handler that a failure ended, by the event

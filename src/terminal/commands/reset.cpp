@@ -6,7 +6,6 @@
 #include "terminal/commands/pending_run.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/cursor.h"
-#include "terminal/drawing/drawing.h"
 #include "terminal/drawing/paint.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/output_state.h"
@@ -49,7 +48,7 @@ void resetScreen() {
         pendingScrolls = 0;
         setCurrentAttr(defaultAttrTriple);
         screenMode = 0;
-        cursorHiddenWord = 0;
+        keepCursorAway(false);
         scrollFlushLimit = 22;
         dropPending();
         curCol = 0;
@@ -87,8 +86,7 @@ void startTerminal() {
     inputBusy = 0;
     carryOver.clear();
     lastChar.clear();
-    scrollInProgress = 0;
-    textBlinkOff = false;
+    resetPaint();
     resetCursorView();
     initFunctionKeys();
 }

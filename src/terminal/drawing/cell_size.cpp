@@ -9,14 +9,20 @@
 
 namespace qxterm {
 
+namespace {
+
+constexpr std::int16_t usualTwips = 15;  // at 96 dots per inch
+
+}  // namespace
+
 std::int32_t lineHeight = 0;
 std::int32_t charWidth = 0;
 std::int16_t screenWidthPixels = 0;
 std::int16_t screenHeightPixels = 0;
 std::array<std::int32_t, screenColumns + 1> charAdvances{};
 PixelRect scrollRect;
-std::int16_t g_iTwipsX = 15;
-std::int16_t g_iTwipsY = 15;
+std::int16_t g_iTwipsX = usualTwips;
+std::int16_t g_iTwipsY = usualTwips;
 
 namespace {
 
@@ -52,6 +58,21 @@ void placeKeyBar(std::int32_t top, std::int32_t width, bool shown) {
 }
 
 }  // namespace
+
+void setTwipsPerPixel(std::int16_t x, std::int16_t y) {
+    g_iTwipsX = x;
+    g_iTwipsY = y;
+}
+
+void resetCellSize() {
+    lineHeight = 0;
+    charWidth = 0;
+    screenWidthPixels = 0;
+    screenHeightPixels = 0;
+    charAdvances = {};
+    scrollRect = {};
+    setTwipsPerPixel(usualTwips, usualTwips);
+}
 
 void setScrollRect() {
     trapped("setScrollRect", [] {

@@ -31,7 +31,7 @@ Raster eraseRaster() { return modeSet(mode::reverseScreen) ? Raster::whiteness :
         return;
     }
     doAttr(attr.flags, attr.fg, attr.bg);
-    textLook.bg = static_cast<std::uint8_t>(subscript(reversed(attr.flags) ? attr.fg : attr.bg, 0, 7));
+    setTextBackground(reversed(attr.flags) ? attr.fg : attr.bg);
     if ((attr.flags & attrFlag::shiftOut) != 0) {
         lineDraw(line, first, count, row);
     } else {
@@ -76,6 +76,8 @@ void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std
 }
 
 }  // namespace
+
+void setTextBlinkOff(bool off) { textBlinkOff = off; }
 
 void watchDrawing(bool watched) { drawingWatched = watched; }
 

@@ -9,8 +9,10 @@
 
 namespace qxterm {
 
-/// True in the phase in which blinking text is blank. Flipped by the text-blink timer.
+/// True in the phase in which blinking text is blank. Flipped by the text-blink timer, with
+/// setTextBlinkOff.
 extern bool textBlinkOff;
+void setTextBlinkOff(bool off);
 
 /// True while lines, or a drag, are to be shown selected: lineDrawn and windowScrolled (paint.h) are told
 /// then. Written by watchDrawing, which the selection calls.

@@ -29,7 +29,7 @@ void picterm_Paint() {
         if (scrollInProgress != 0 && picterm.clipBox().within(exposedBand)) return;
         if (modeSet(mode::drawingSuspended)) return;
         if (paintLocalPrompt()) return;
-        pendingScrolls = 0;
+        dropPendingScrolls();
         const std::int32_t first = vscterm.value();
         for (std::int32_t row = 0; row < pageRows; ++row) paintWholeLine(virtualLine(first + row), row);
         paintWholeLine(lineOnRow(statusRow), statusRow);
@@ -43,13 +43,18 @@ void picterm_Paint() {
 void mbPaint() {
     trapped("mbPaint", [] {
         if (scrollInProgress == 0 && picterm.invalidAt(shownCursorColumn(), shownCursorRow()))
-            cursorShown = 0;
+            forgetShownCursor();
     });
 }
 
 void blinkTextStep() {
-    textBlinkOff = !textBlinkOff;
+    setTextBlinkOff(!textBlinkOff);
     picterm.refresh();
+}
+
+void resetPaint() {
+    scrollInProgress = 0;
+    setTextBlinkOff(false);
 }
 
 void scrollWindow(std::int32_t first, std::int32_t last, std::int32_t by) {

@@ -22,6 +22,9 @@ void mbPaint();
 /// Timer action: next blink phase of blinking text; the repaint follows from the event loop.
 void blinkTextStep();
 
+/// No scroll in progress, visible phase of blinking text; for start values.
+void resetPaint();
+
 /// Moves rows first..last of the window by that many rows (negative: up) at once. Used for every scroll of
 /// the window.
 void scrollWindow(std::int32_t first, std::int32_t last, std::int32_t by);

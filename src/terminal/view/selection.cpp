@@ -25,9 +25,7 @@ void selFunc(std::int16_t operation, std::int16_t line, std::int32_t& first, std
     trapped("selFunc", [&] {
         ScreenLine& record = virtualLine(line);
         if (operation == selOperation::setRange) {
-            record.selFirst = toInt16(first);
-            record.selLast = toInt16(last);
-            record.lineFlags = static_cast<std::int16_t>(record.lineFlags | lineFlag::selected);
+            markSelected(record, toInt16(first), toInt16(last));
             return;
         }
         text.clear();
@@ -35,7 +33,7 @@ void selFunc(std::int16_t operation, std::int16_t line, std::int32_t& first, std
         last = -1;
         if ((record.lineFlags & lineFlag::selected) == 0) return;
         if (operation == selOperation::clear) {
-            record.lineFlags = static_cast<std::int16_t>(record.lineFlags & ~lineFlag::selected);
+            clearSelected(record);
             return;
         }
         first = record.selFirst;

@@ -6,7 +6,7 @@
 namespace qxterm {
 
 /// End points in cell columns and virtual line numbers; the end column is exclusive. selEndCol -1: there is
-/// no selection.
+/// no selection. Written by the two files whose routines stand here, selection.cpp and selection_drag.cpp.
 extern std::int32_t selStartCol;
 extern std::int32_t selStartRow;
 extern std::int32_t selEndCol;

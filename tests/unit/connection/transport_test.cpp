@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "config/profile_record.h"
 #include "config/user_profile.h"
 #include "connection/session.h"
@@ -23,7 +25,8 @@ TEST(Transport, EachRowHasAWordInTheFile) {
 }
 
 TEST(Transport, EveryOtherNumberHasTheRowThatDoesNothing) {
-    for (const std::int16_t type : {std::int16_t{-1}, connectType::unknown, std::int16_t{6}, INT16_MAX}) {
+    constexpr std::array<std::int16_t, 4> others{-1, connectType::unknown, 6, INT16_MAX};
+    for (const std::int16_t type : others) {
         EXPECT_EQ(&transportOf(type), &noTransport) << type;
     }
     noTransport.stop();
