@@ -10,7 +10,6 @@
 #include "connection/transport.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "timers/timer_registry.h"

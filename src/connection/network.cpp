@@ -13,6 +13,7 @@
 #include "connection/transport_controls.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
+#include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/drawing/text_look.h"

@@ -10,6 +10,7 @@
 #include "connection/transport.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
+#include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/interpreter/interpreter.h"
