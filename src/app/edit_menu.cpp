@@ -3,8 +3,7 @@
 #include <string>
 
 #include "app/menus.h"
-#include "connection/keyboard.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "diag/error_trap.h"
 #include "platform/clipboard.h"
 #include "terminal/view/selection.h"

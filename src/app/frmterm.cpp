@@ -16,8 +16,8 @@
 #include "config/user_profile.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
-#include "connection/ssh_hooks.h"
+#include "connection/session.h"
+#include "connection/ssh_helpers.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
@@ -73,7 +73,7 @@ void openProfileOfCommandLine() {
 void frmterm_Load() {
     trappedOnRequest("frmterm_Load", [] {
         clearReceiveState();
-        userDisconnect = false;
+        forgetUserDisconnect();
         chooseFont();
         enableAllEditItems(false);
         setConnItems(false);
@@ -164,7 +164,7 @@ void QueryUnload(bool& cancel, UnloadReason /*reason*/) {
 
 void Form_Unload() {
     trapped("Form_Unload", [] {
-        if (g_bSSHMode && sshHelperRunning()) disconnectPort();
+        if (g_bSSHMode && sshHelperRecorded()) disconnectPort();
     });
 }
 

@@ -12,23 +12,26 @@
 #include "connection/connection_hooks.h"
 #include "connection/connection_manager.h"
 #include "connection/keyboard.h"
+#include "connection/modem.h"
 #include "connection/network.h"
 #include "connection/serial_line.h"
-#include "connection/session_state.h"
-#include "connection/ssh_connect.h"
+#include "connection/session.h"
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
 #include "diag/report_error.h"
 #include "platform/main_form.h"
+#include "terminal/commands/reset.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/cursor.h"
+#include "terminal/drawing/drawing.h"
 #include "terminal/drawing/paint.h"
 #include "terminal/interpreter/telnet.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/view/scrollback_view.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
+#include "terminal/view/selection_marks.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {
@@ -54,13 +57,8 @@ void fillTimerActions() {
 }
 
 void fillProfileHooks() {
-    configuredFontSize = [] { return CurrentProfile.fontSize; };
-    profileHooks.resizeScreen = [] {
-        calcSize(picterm, vscterm);
-        picterm.refresh();
-    };
+    profileHooks.resizeScreen = resizeScreen;
     profileHooks.setCaption = setCaption;
-    profileHooks.typeSet = followProfileType;
     profileHooks.showRecentProfile = [](std::int16_t index, std::string_view caption) {
         mnuprofitem.setCaption(index, caption);
         mnuprofitem.setVisible(index, true);
@@ -68,19 +66,22 @@ void fillProfileHooks() {
     };
 }
 
-void fillConnectionHooks() {
+void fillTerminalHooks() {
+    paintLocalPrompt = paintLocalText;
+    lineDrawn = invertRedrawnCells;
+    windowScrolled = keepDragInPlace;
+    endSelection = removeSelection;
     answerHost = sendTelnetAnswer;
-    connectionHooks.setConnItems = setConnItems;
-    connectionHooks.disconnectPort = disconnectPort;
-    connectionHooks.showStatusDialog = [] { frmConn.showModal(); };
-    connectSshBridge();
-    managerHooks.unloadProfileDialog = [] { frmprof.unload(); };
-    managerHooks.showOptions = [] { frmOptions.showModal(); };
-    managerHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {
+    enableEditItems = [] { enableAllEditItems(true); };
+}
+
+void fillConnectionHooks() {
+    connectionHooks.unloadProfileDialog = [] { frmprof.unload(); };
+    connectionHooks.showOptions = [] { frmOptions.showModal(); };
+    connectionHooks.enableConnectionItem = [](std::int16_t index, bool enabled) {
         mnuconnitem.setEnabled(index, enabled);
     };
-    managerHooks.enableProfileItems = enableProfileItems;
-    enableEditItems = [] { enableAllEditItems(true); };
+    connectionHooks.enableProfileItems = enableProfileItems;
 }
 
 void connectTransportEvents() {
@@ -122,6 +123,7 @@ void connectModules() {
     fillErrorHooks();
     fillTimerActions();
     fillProfileHooks();
+    fillTerminalHooks();
     fillConnectionHooks();
     connectTransportEvents();
     connectMenuEvents();
@@ -131,7 +133,6 @@ void connectModules() {
     connectProfileDialog();
     connectOptionsDialog();
     connectSplash();
-    initSelection();
 }
 
 }  // namespace qxterm

@@ -1,22 +1,18 @@
 #include "app/main.h"
 
-#include <string>
-
 #include "app/dialogs/splash.h"
 #include "app/hooks.h"
 #include "config/ini_file.h"
 #include "config/profile_record.h"
 #include "config/program_values.h"
 #include "config/user_profile.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
-#include "diag/numbers.h"
 #include "diag/report_error.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
 #include "platform/main_form.h"
-#include "platform/profile_strings.h"
 #include "platform/program.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/commands/reset.h"
@@ -29,11 +25,6 @@ namespace {
 
 constexpr std::int32_t splashTime = 3000;  // milliseconds
 
-void findFolder() {
-    g_sPathSep = program::separatorBehind(trimmed(program::folder()));
-    g_sHelpFile = besideProgram("enu_te.chm");
-}
-
 void showSplash() {
     frmSplash.show();
     eventLoop::doEvents();
@@ -41,21 +32,16 @@ void showSplash() {
 }
 
 void setTerminalStart() {
-    g_bVerboseErrors = true;
+    setVerboseErrors(true);
     startTerminal();
-    g_sCrLf = "\r\n";
-}
-
-void readTwips() {
-    g_iTwipsX = display::twipsPerPixelX();
-    g_iTwipsY = display::twipsPerPixelY();
+    setCrLf("\r\n");
 }
 
 void startWithoutProfile() {
     setCurrentProfile(DefaultProfile);
-    CurrentProfile.name = untitledName;
-    g_bProfileNew = false;
-    g_bConnectActive = false;
+    nameCurrentProfile(untitledName);
+    setProfileNew(false);
+    forgetSession();
 }
 
 }  // namespace
@@ -64,13 +50,13 @@ void main() {
     connectModules();
     bool started = false;
     trapped("main", [&] {
-        g_bTrapErrors = false;
-        findFolder();
+        setTrapErrors(false);
+        findProgramFolder();
         showSplash();
-        g_sLanguage = getProfileString("intl", "sLanguage", "enu");
+        readLanguage();
         setTerminalStart();
         readIniFile();
-        readTwips();
+        setTwipsPerPixel(display::twipsPerPixelX(), display::twipsPerPixelY());
         initAttributes();
         initFunctionKeys();
         resetScreen();

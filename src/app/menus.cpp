@@ -87,11 +87,11 @@ std::int16_t numberForNewProfile() {
 
 void newProfile() {
     promptSaveProfile();
-    g_bProfileNew = true;
+    setProfileNew(true);
     setCurrentProfile(DefaultProfile);
-    CurrentProfile.name = formatMsg("profile%1", std::to_string(numberForNewProfile()));
+    nameCurrentProfile(formatMsg("profile%1", std::to_string(numberForNewProfile())));
     setCaption();
-    g_bDialogCancelled = false;
+    setDialogCancelled(false);
     mnuconnitem_Click(connectionItem::options);
     if (!g_bDialogCancelled) mnuprofItem_Click(saveAsItem);
     if (!g_bDialogCancelled) connectPort();
@@ -163,8 +163,8 @@ void promptSaveProfile() {
         if (!g_bProfileChanged) return;
         const std::string question = formatMsg("Save changes to profile: %1?", CurrentProfile.name);
         if (messageBox(question, programTitle, Buttons::yesNo, Icon::question) != Answer::yes) {
-            g_bProfileChanged = false;
-            g_bProfileNew = false;
+            setProfileChanged(false);
+            setProfileNew(false);
         } else if (g_bProfileNew) {
             showSaveProfileAs();
         } else {

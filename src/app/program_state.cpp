@@ -9,7 +9,7 @@
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_prompt.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
@@ -21,6 +21,7 @@
 #include "terminal/drawing/text_look.h"
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/view/scrollback_view.h"
+#include "terminal/view/selection.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {
@@ -28,45 +29,33 @@ namespace {
 
 void resetDiagnostics() {
     clearPlannedFaults();
-    g_bTrapErrors = false;
-    g_bVerboseErrors = false;
-    g_bWouldBlock = false;
-    g_iWouldBlockCount = 0;
-    g_sCrLf.clear();
-    g_sLogging.clear();
+    setTrapErrors(false);
+    resetErrorReports();
+    setCrLf({});
+    setLogging({});
 }
 
 void resetConfiguration() {
-    g_iWindowLeft = -1;
-    g_iWindowTop = -1;
-    g_iConnectTimeout = 45;
-    g_lPortForwardStart = 3000;
-    g_bProfileChanged = false;
-    g_bProfileNew = false;
-    profileNames.clear();
-    mruNames.fill({});
-    DefaultProfile = ProfileRecord{};
-    setCurrentProfile(DefaultProfile);
+    resetIniValues();
+    setProfileChanged(false);
+    setProfileNew(false);
+    fillProfileNames({});
+    fillMruNames({});
+    resetProfiles();
 }
 
 void resetConnections() {
-    g_bConnectActive = false;
-    sessionStarted = false;
-    followProfileType();
-    g_bSSHMode = false;
-    userDisconnect = false;
+    forgetSession();
+    setSshMode(false);
+    forgetUserDisconnect();
     clearReceiveState();
     clearLoginFlags();
     resetLocalPrompt();
 }
 
 void resetApplication() {
-    g_sPathSep.clear();
-    g_sHelpFile.clear();
-    g_sLanguage.clear();
-    g_bDialogCancelled = false;
-    g_iTwipsX = 15;
-    g_iTwipsY = 15;
+    resetProgramValues();
+    resetCellSize();
     for (Menu* menu : Menu::all()) menu->resetToDesign();
 }
 
@@ -74,6 +63,7 @@ void resetApplication() {
 
 void resetProgram() {
     connectModules();
+    resetSelection();
     resetDiagnostics();
     clearTimers();
     resetConfiguration();

@@ -22,7 +22,7 @@ void readIniFile() {
     trapped("readIniFile", [] {
         fillProfileNames(readSetting(settingsSection, "Profiles", ""));
         fillMruNames(readSetting(settingsSection, "Order", ""));
-        g_bProfileChanged = false;
+        setProfileChanged(false);
 
         const std::string window = readSetting(settingsSection, "Window", "-1 -1");
         const std::size_t blank = window.find(' ');
@@ -31,7 +31,7 @@ void readIniFile() {
                                                               : std::string_view{window}.substr(blank));
 
         g_iConnectTimeout = textToInt16(readSetting(settingsSection, "timeout", "45"));
-        g_sLogging = readSetting(settingsSection, "Logging", "0");
+        setLogging(readSetting(settingsSection, "Logging", "0"));
     });
 }
 
@@ -39,6 +39,13 @@ void readPortForwardStart() {
     constexpr const char* key = "PortForwardRangeStart";
     g_lPortForwardStart = textToInt32(readSetting(settingsSection, key, "3000"));
     writePrivateProfileString(settingsSection, key, std::to_string(g_lPortForwardStart));
+}
+
+void resetIniValues() {
+    g_iWindowLeft = -1;
+    g_iWindowTop = -1;
+    g_iConnectTimeout = 45;
+    g_lPortForwardStart = 3000;
 }
 
 void storeConnectTimeout(std::int16_t seconds) {

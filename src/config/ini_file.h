@@ -10,7 +10,8 @@ namespace qxterm {
 /// saved. Written by readIniFile.
 extern std::int16_t g_iWindowLeft;
 extern std::int16_t g_iWindowTop;
-/// Seconds that a network or SSH connection may take. Written by readIniFile and the Options dialog.
+/// Seconds that a network or SSH connection may take. Written by readIniFile
+/// and storeConnectTimeout.
 extern std::int16_t g_iConnectTimeout;
 /// First local port tried for the forward of an SSH session. Written by readPortForwardStart.
 extern std::int32_t g_lPortForwardStart;
@@ -31,6 +32,9 @@ void readIniFile();
 /// Error 13 or 6 when it is no 32-bit number; nothing is written then. Called by main and by the Options
 /// dialog.
 void readPortForwardStart();
+
+/// The values above as they are before the file is read.
+void resetIniValues();
 
 /// Makes a time-out in seconds the one of all network and SSH connections and writes it. Called by the
 /// Options dialog.

@@ -5,17 +5,16 @@
 
 namespace qxterm {
 
-/// What the profiles ask of the floors above; filled at start-up, nothing happens while they are empty.
+/// What the profiles ask of the floors above; filled at start-up.
 struct ProfileHooks {
     /// The current profile's font size was set: measures and lays out the screen anew.
-    void (*resizeScreen)() = nullptr;
+    void (*resizeScreen)() = [] {};
     /// The current profile's name was set.
-    void (*setCaption)() = nullptr;
-    /// The current profile's connection type was set.
-    void (*typeSet)() = [] {};
+    void (*setCaption)() = [] {};
     /// Shows an entry of the Profile menu (index 5 to 8); disables it during a session. Enabling is left to
     /// setConnItems, since the menu is also locked while a login prompt waits.
-    void (*showRecentProfile)(std::int16_t index, std::string_view caption) = nullptr;
+    void (*showRecentProfile)(std::int16_t index, std::string_view caption) = [](std::int16_t,
+                                                                                 std::string_view) {};
 };
 inline ProfileHooks profileHooks;
 

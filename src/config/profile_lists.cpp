@@ -90,7 +90,7 @@ void setFiles() {
     trapped("setFiles", [] {
         for (std::size_t n = 1; n <= mruCount; ++n) {
             const std::string& name = mruNames[n - 1];
-            if (name.empty() || profileHooks.showRecentProfile == nullptr) continue;
+            if (name.empty()) continue;
             const auto index = static_cast<std::int16_t>(recentMenuBase + static_cast<std::int16_t>(n));
             profileHooks.showRecentProfile(index, "&" + std::to_string(n) + " " + name);
         }

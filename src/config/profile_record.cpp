@@ -1,6 +1,5 @@
 #include "config/profile_record.h"
 
-#include "config/profile_hooks.h"
 #include "diag/error_trap.h"
 #include "platform/display.h"
 
@@ -27,9 +26,15 @@ void initDefaults() {
     });
 }
 
-void setCurrentProfile(const ProfileRecord& record) {
-    CurrentProfile = record;
-    profileHooks.typeSet();
+void resetProfiles() {
+    DefaultProfile = ProfileRecord{};
+    setCurrentProfile(DefaultProfile);
 }
+
+void setCurrentProfile(const ProfileRecord& record) { CurrentProfile = record; }
+
+void nameCurrentProfile(const std::string& name) { CurrentProfile.name = name; }
+
+void setFontSize(float points) { CurrentProfile.fontSize = points; }
 
 }  // namespace qxterm

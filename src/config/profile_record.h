@@ -36,10 +36,10 @@ struct ProfileRecord {
     friend bool operator==(const ProfileRecord&, const ProfileRecord&) = default;
 };
 
-/// The settings in use. Written by main, New, readUserProf, the Options dialog and, its name, the profile
-/// dialog.
+/// The settings in use. Written by readUserProf, as far as it comes, and by the routines below.
 extern ProfileRecord CurrentProfile;
-/// What a new profile starts with and what stands in for keys that the file lacks. Written by initDefaults.
+/// What a new profile starts with and what stands in for keys that the file lacks. Written by initDefaults
+/// and resetProfiles.
 extern ProfileRecord DefaultProfile;
 
 /// Line speeds in the order of the Options dialog's list.
@@ -49,7 +49,14 @@ inline constexpr std::array<std::int32_t, 8> baudRates{110, 300, 600, 1200, 2400
 /// by main.
 void initDefaults();
 
-/// Makes the record the current profile and its type the type of the next connection.
+/// Both records as they are before main has run.
+void resetProfiles();
+
+/// Makes the record the current profile. Called by main, New and the Options dialog.
 void setCurrentProfile(const ProfileRecord& record);
+/// Names the current profile. Called by main, New and the profile dialog.
+void nameCurrentProfile(const std::string& name);
+/// Gives the current profile a font size in points. Called by the Options dialog.
+void setFontSize(float points);
 
 }  // namespace qxterm

@@ -32,31 +32,6 @@ const char* wordOfFontSize(float points) {
     return points == largeFont ? "large" : "medium";
 }
 
-struct TypeWord {
-    std::int16_t type;
-    const char* word;
-};
-constexpr TypeWord typeWords[] = {{connectType::net, "net"},
-                                  {connectType::serial, "serial"},
-                                  {connectType::modem, "modem"},
-                                  {connectType::ssh, "ssh"},
-                                  {connectType::loop, "loop"}};
-
-std::int16_t typeOfWord(std::string_view word) {
-    for (const TypeWord& entry : typeWords) {
-        if (word == entry.word) return entry.type;
-    }
-    return connectType::unknown;
-}
-
-/// Null for the type of an unrecognised word.
-const char* wordOfType(std::int16_t type) {
-    for (const TypeWord& entry : typeWords) {
-        if (type == entry.type) return entry.word;
-    }
-    return nullptr;
-}
-
 /// Key of the TCP port, null for the types that have none.
 const char* portKey(std::int16_t type) {
     if (type == connectType::net) return "netport";
@@ -103,17 +78,22 @@ void readLineSettings(const Section& section) {
 
 }  // namespace
 
+void setProfileChanged(bool changed) { g_bProfileChanged = changed; }
+
+void setProfileNew(bool isNew) { g_bProfileNew = isNew; }
+
+void setSshMode(bool on) { g_bSSHMode = on; }
+
 void readUserProf(const std::string& name) {
     trapped("readUserProf", [&] {
         const Section section{name};
         CurrentProfile.name = name;
         CurrentProfile.fontSize = fontSizeOf(section.text("Font", "medium"));
-        if (profileHooks.resizeScreen != nullptr) profileHooks.resizeScreen();
+        profileHooks.resizeScreen();
 
-        CurrentProfile.connectType = typeOfWord(section.text("connect", "serial"));
-        profileHooks.typeSet();
-        if (CurrentProfile.connectType == connectType::ssh) g_bSSHMode = true;
-        if (profileHooks.setCaption != nullptr) profileHooks.setCaption();
+        CurrentProfile.connectType = connectType::ofWord(section.text("connect", "serial"));
+        if (CurrentProfile.connectType == connectType::ssh) setSshMode(true);
+        profileHooks.setCaption();
 
         if (const char* key = portKey(CurrentProfile.connectType)) {
             CurrentProfile.host = section.text("host", DefaultProfile.host);
@@ -132,7 +112,7 @@ void writeUserProf() {
         const auto number = [&](const char* key, std::int32_t value) { text(key, std::to_string(value)); };
 
         text("font", wordOfFontSize(profile.fontSize));
-        if (const char* word = wordOfType(profile.connectType)) text("connect", word);
+        if (const char* word = connectType::wordOf(profile.connectType)) text("connect", word);
         text("host", profile.host);
         if (const char* key = portKey(profile.connectType)) number(key, profile.port);
         number("commport", profile.commport);
@@ -152,8 +132,8 @@ void writeUserProf() {
         number("cd_timeout", profile.cd_timeout);
         number("auto_retry", profile.auto_retry ? 1 : 0);
         addProfileName(profile.name);
-        g_bProfileChanged = false;
-        g_bProfileNew = false;
+        setProfileChanged(false);
+        setProfileNew(false);
     });
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "connection/send.h"
-#include "connection/ssh_hooks.h"
+#include "connection/ssh_prompt.h"
 
 namespace qxterm {
 
@@ -37,7 +37,19 @@ void makeRoom() {
     g_sSSHPassword.swap(roomier);
 }
 
+void removeLast(std::string& text) {
+    if (!text.empty()) text.pop_back();
+}
+
 }  // namespace
+
+void addToLogin(char character) { g_sSSHLogin += character; }
+
+void removeLastOfLogin() { removeLast(g_sSSHLogin); }
+
+void removeLastOfPassword() { removeLast(g_sSSHPassword); }
+
+void forgetLogin() { g_sSSHLogin.clear(); }
 
 void addToPassword(char character) {
     makeRoom();
@@ -50,6 +62,11 @@ void clearLoginFlags() {
     g_bLoginPromptSeen = false;
     g_bLoginSent = false;
     g_bLoginDone = false;
+}
+
+void endAutoLogin() {
+    g_bLoginDone = true;
+    forgetPassword();
 }
 
 bool passLoginFilter(std::string_view text) {
@@ -78,7 +95,7 @@ bool passLoginFilter(std::string_view text) {
         sendText(g_sSSHPassword);
         forgetPassword();
         g_bLoginDone = true;
-        runSshHook(sshHooks.ClearSSHText);
+        ClearSSHText();
     }
     return true;
 }

@@ -13,11 +13,16 @@ extern bool g_bLoginPromptSeen;
 extern bool g_bLoginSent;
 /// The password has been sent; automatic login is over.
 extern bool g_bLoginDone;
-/// What the user typed into the local prompt; written by the SSH bridge. The password is there until it has
-/// been sent, or will not be.
+/// What the user typed into the local prompt, which writes it through the routines below. The password is
+/// there until it has been sent, or will not be.
 extern std::string g_sSSHLogin;
 extern std::string g_sSSHPassword;
 
+void addToLogin(char character);
+/// Nothing when there is none.
+void removeLastOfLogin();
+void removeLastOfPassword();
+void forgetLogin();
 /// Appends a character to the password, and leaves nothing of it in memory that is given back.
 void addToPassword(char character);
 /// Overwrites the password in its place, and clears it.
@@ -25,6 +30,9 @@ void forgetPassword();
 
 /// Clears the three flags. Called when a network or SSH connection starts and when an SSH session ends.
 void clearLoginFlags();
+
+/// Nothing is left to log in to: what comes is shown, and the password is forgotten.
+void endAutoLogin();
 
 /// Answers the prompts in a received block; returns false when the block is not to be shown. Called for SSH
 /// sessions until g_bLoginDone.

@@ -1,22 +1,19 @@
 #pragma once
 
+#include <cstdint>
+
 namespace qxterm {
 
-/// What the transports ask of the connection manager above them; filled at start-up, nothing happens while
-/// they are empty.
+/// What the connections ask of the application above them.
 struct ConnectionHooks {
-    void (*setConnItems)(bool connected) = nullptr;
-    void (*disconnectPort)() = nullptr;
-    /// Shows the status dialog and returns when it has closed.
-    void (*showStatusDialog)() = nullptr;
+    void (*unloadProfileDialog)() = [] {};
+    /// Opens the Options dialog and returns when it has closed.
+    void (*showOptions)() = [] {};
+    /// An entry of the Connection menu; index as in connectionItem.
+    void (*enableConnectionItem)(std::int16_t index, bool enabled) = [](std::int16_t, bool) {};
+    /// The Profile menu's entries that must not be used during a session.
+    void (*enableProfileItems)(bool enabled) = [](bool) {};
 };
 inline ConnectionHooks connectionHooks;
-
-inline void tellConnected() {
-    if (connectionHooks.setConnItems != nullptr) connectionHooks.setConnItems(true);
-}
-inline void askDisconnect() {
-    if (connectionHooks.disconnectPort != nullptr) connectionHooks.disconnectPort();
-}
 
 }  // namespace qxterm

@@ -2,23 +2,13 @@
 
 #include <cstdint>
 
-/// Opens and closes the one session that the terminal has at a time.
+/// Opens and closes the session, and the menu that does so.
 namespace qxterm {
 
-/// The user chose Disconnect. Written by mnuconnitem_Click.
+/// The user chose Disconnect. Set by mnuconnitem_Click.
 extern bool userDisconnect;
-
-/// What the connection manager asks of the application above it; filled at start-up, nothing happens while
-/// they are empty.
-struct ManagerHooks {
-    void (*unloadProfileDialog)() = nullptr;
-    /// Opens the Options dialog and returns when it has closed.
-    void (*showOptions)() = nullptr;
-    void (*enableConnectionItem)(std::int16_t index, bool enabled) = nullptr;
-    /// The Profile menu's entries that must not be used during a session.
-    void (*enableProfileItems)(bool enabled) = nullptr;
-};
-inline ManagerHooks managerHooks;
+/// Called when the main window loads.
+void forgetUserDisconnect();
 
 /// Entries of the Connection menu.
 namespace connectionItem {

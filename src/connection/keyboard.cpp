@@ -2,17 +2,14 @@
 
 #include <string>
 
-#include "connection/send.h"
-#include "connection/serial_line.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_prompt.h"
+#include "connection/transport.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/drawing/screen_controls.h"
-#include "terminal/interpreter/interpreter.h"
 #include "terminal/model/screen_store.h"
-#include "timers/timer_registry.h"
 
 namespace qxterm {
 
@@ -46,24 +43,11 @@ std::string translated(std::int16_t code) {
 
 }  // namespace
 
-void sendTyped(std::string_view text) {
-    switch (g_iConnectType) {
-        case connectType::net:
-        case connectType::ssh: sendBytes(text); break;
-        case connectType::serial:
-        case connectType::modem: sendSerial(text); break;
-        case connectType::loop: processInput(text); break;
-        default: break;
-    }
-}
-
 void Form_KeyDown(std::int16_t code, std::int16_t shift) {
     trapped("Form_KeyDown", [&] {
         if (!g_bConnectActive) return;
         if (code == key::f5 && (shift & shiftState::control) != 0) {
-            const bool hasLine =
-                g_iConnectType == connectType::serial || g_iConnectType == connectType::modem;
-            if (hasLine) sendBreak();
+            sessionTransport().sendBreak();
             return;
         }
         const std::string text = translated(code);

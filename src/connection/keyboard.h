@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 
 namespace qxterm {
 
@@ -13,8 +12,5 @@ void Form_KeyPress(std::int16_t character);
 /// A function-key button, 1 to 8: acts as the key and gives the keyboard back to the main form. Reports as
 /// "CScmdfkey_Click".
 void CScmdfkey_Click(std::int16_t index);
-
-/// Sends typed text by the connection type; on a loop connection it is interpreted here. Paste uses it too.
-void sendTyped(std::string_view text);
 
 }  // namespace qxterm

@@ -1,14 +1,19 @@
 #include "connection/network.h"
 
+#include "config/ini_file.h"
+#include "config/profile_record.h"
 #include "config/user_profile.h"
 #include "connection/auto_login.h"
 #include "connection/connection_hooks.h"
+#include "connection/connection_manager.h"
 #include "connection/send.h"
-#include "connection/session_state.h"
-#include "connection/ssh_hooks.h"
+#include "connection/session.h"
+#include "connection/ssh_prompt.h"
+#include "connection/transport.h"
 #include "connection/transport_controls.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
+#include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/drawing/text_look.h"
@@ -54,7 +59,7 @@ void drainSocket() {
         const Counted own = counted;
         const bool shown = !g_bSSHMode || g_bLoginDone || passLoginFilter(data);
         if (shown) {
-            tellHostText(data);
+            giveWayToHost(data);
             processInput(data);
         }
         forgetBytesOfEndedSession();
@@ -85,19 +90,63 @@ void receive(std::int32_t bytesTotal) {
     receiving = false;
 }
 
+std::uint16_t socketPort(std::int32_t port) {
+    if (port < 0 || port > UINT16_MAX) throw RunTimeError{errors::overflow};
+    return static_cast<std::uint16_t>(port);
+}
+
+bool start(ErrorTrap& trap) {
+    setSshMode(false);
+    clearLoginFlags();
+    traceAttempt("Connection Type: Network");
+    if (!hostGiven()) return false;
+    trap.step([] { comnet2.connect(CurrentProfile.host, socketPort(CurrentProfile.port)); });
+    startSession(networkTransport);
+    return true;
+}
+
 }  // namespace
+
+constinit const Transport networkTransport{
+    .type = connectType::net,
+    .start = start,
+    .stop = [] { comnet2.close(); },
+    .send = sendBytes,
+    .offersBreak = false,
+    .waitingText = [] { return formatMsg("Opening network connection to host: %1", CurrentProfile.host); },
+    .patience = connectPatience,
+};
+
+bool hostGiven() {
+    const std::string& host = CurrentProfile.host;
+    if (host.empty()) {
+        traceAttempt("Missing network address");
+        messageBox("You must specify a hostname to connect to", programTitle, Buttons::ok, Icon::information);
+        connectionHooks.showOptions();
+        return false;
+    }
+    traceAttempt("Network Address: " + host);
+    traceAttempt("Network Port: " + std::to_string(CurrentProfile.port));
+    return true;
+}
+
+std::int32_t connectPatience() {
+    constexpr std::int32_t second = 1000;
+    return g_iConnectTimeout * second;
+}
 
 void clearReceiveState() {
     packetCount = 0;
     receiving = false;
     pendingBytes = 0;
     firstDataSeen = false;
+    counted = {};
 }
 
 void comnet2_Connect() {
     trapped("comnet2_Connect", [] {
-        g_bConnectActive = true;
-        tellConnected();
+        sessionIsUp();
+        setConnItems(true);
         comnet2_DataArrival(-1);
     });
 }
@@ -115,13 +164,13 @@ void comnet2_DataArrival(std::int32_t bytesTotal) {
         receiving = false;
         pendingBytes = 0;
     }
-    askDisconnect();
+    disconnectPort();
 }
 
 void comnet2_Close() {
     trapped("comnet2_Close", [] {
         messageBox("The connection has been dropped", programTitle, Buttons::ok, Icon::information);
-        askDisconnect();
+        disconnectPort();
     });
 }
 

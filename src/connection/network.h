@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// The events of the socket `comnet2` and the receive loop behind them.
+/// Network connections: the events of the socket `comnet2`, and the receive loop behind them, which is that
+/// of SSH connections too.
 namespace qxterm {
 
 /// Arrivals that have run the receive loop, from the main window's load on; stays at 32767.
@@ -32,6 +33,12 @@ void comnet2_Error(std::int16_t number, std::string_view description);
 
 /// The answer to a telnet command; goes out only while the socket is connected.
 void sendTelnetAnswer(std::string_view bytes);
+
+/// Traces the address of the current profile's host. Without one the user is sent to the options, and the
+/// answer is false.
+[[nodiscard]] bool hostGiven();
+/// How long a connection of the socket may take, in milliseconds.
+[[nodiscard]] std::int32_t connectPatience();
 
 /// The next `count` received bytes, fewer when fewer are there.
 [[nodiscard]] std::string GetNetworkBytes(std::int32_t count);

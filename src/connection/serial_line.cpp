@@ -1,13 +1,16 @@
 #include "connection/serial_line.h"
 
+#include <array>
 #include <string>
 
 #include "config/profile_record.h"
-#include "connection/connection_hooks.h"
+#include "connection/connection_manager.h"
 #include "connection/send.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
+#include "connection/transport.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
+#include "diag/format_msg.h"
 #include "diag/trace_log.h"
 #include "platform/message_box.h"
 #include "terminal/interpreter/interpreter.h"
@@ -20,9 +23,6 @@ namespace {
 // Milliseconds.
 constexpr std::int16_t breakTime = 250;
 constexpr std::int16_t pollPeriod = 250;
-constexpr std::int16_t dialDelay = 1000;
-
-void tell(const char* text) { messageBox(text, programTitle, Buttons::ok, Icon::information); }
 
 void receiveText() {
     constexpr const char* heading = "Comser_OnComm() - MSCOMM_EV_RECEIVE";
@@ -37,37 +37,68 @@ void carrierChanged() {
     writeLog("Comser_OnComm() - MSCOMM_EV_CD");
     if (comser.carrierHolding()) {
         writeLog("Comser_OnComm() - MSCOMM_EV_CD - comser.CDHolding is TRUE");
-        g_bConnectActive = true;
-        tellConnected();
+        sessionIsUp();
+        setConnItems(true);
         return;
     }
     writeLog("Comser_OnComm() - MSCOMM_EV_CD - comser.CDHolding is FALSE");
-    if (g_iConnectType != connectType::modem) return;
-    tell("The connection has been dropped");
-    askDisconnect();
+    sessionTransport().carrierLost();
 }
 
 void carrierTimedOut() {
     writeLog("Comser_OnComm() - MSCOMM_ER_CDTO");
-    tell("Failed to detect carrier");
-    askDisconnect();
+    messageBox("Failed to detect carrier", programTitle, Buttons::ok, Icon::information);
+    disconnectPort();
+}
+
+void setFlowControl(std::int16_t flowControl) {
+    constexpr std::array names{"MSCOMM_HANDSHAKE_NONE", "MSCOMM_HANDSHAKE_XONXOFF", "MSCOMM_HANDSHAKE_RTS",
+                               "MSCOMM_HANDSHAKE_RTSXONXOFF"};
+    comser.setHandshaking(flowControl);
+    if (flowControl < 0 || static_cast<std::size_t>(flowControl) >= names.size()) return;
+    traceAttempt(std::string{"Flow Control: "} + names[static_cast<std::size_t>(flowControl)]);
+}
+
+bool start(ErrorTrap& trap) {
+    openLine(trap, 0);
+    startSession(serialTransport);
+    sessionIsUp();
+    startSerialPoll();
+    return true;
 }
 
 }  // namespace
 
-void modemConnect(std::int16_t step) {
-    trapped("modemConnect", [&] {
-        if (!comser.portOpen()) return;
-        if (step == modemReset) {
-            sendSerial(CurrentProfile.reset + '\r');
-            addTimer(timerOnce, timerAction::dial, dialDelay);
-        } else if (step == modemDial) {
-            const std::string dialString =
-                CurrentProfile.prefix + CurrentProfile.phone + CurrentProfile.suffix;
-            sendSerial(dialString + '\r');
-            writeLog("modemConnect() - Phone Number: " + dialString);
-        }
-    });
+constinit const Transport serialTransport{
+    .type = connectType::serial,
+    .start = start,
+    .stop =
+        [] {
+            comser.setPortOpen(false);
+            stopSerialPoll();
+        },
+    .send = sendSerial,
+    .sendBreak = sendBreak,
+    .waitingText = [] { return lineText("Opening serial connection on port COM%1 at speed %2"); },
+};
+
+void openLine(ErrorTrap& trap, std::int16_t carrierTimeout) {
+    const ProfileRecord& profile = CurrentProfile;
+    traceAttempt("Connection Type: Serial or Modem");
+    comser.setCommPort(profile.commport);
+    traceAttempt("Communication Port: " + std::to_string(profile.commport));
+    const std::string settings = formatMsg("%1,%2,%3,%4", std::to_string(profile.baud), profile.parity,
+                                           std::to_string(profile.databits), profile.stopBits);
+    comser.setSettings(settings);
+    traceAttempt("Communication Port: " + settings);
+    setFlowControl(profile.flowControl);
+    comser.setInputLength(0);
+    comser.setCarrierTimeout(carrierTimeout);
+    trap.step([] { comser.setPortOpen(true); });
+}
+
+std::string lineText(const char* pattern) {
+    return formatMsg(pattern, std::to_string(CurrentProfile.commport), std::to_string(CurrentProfile.baud));
 }
 
 void comser_OnComm() {

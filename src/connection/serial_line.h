@@ -1,18 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
-/// Serial lines and the modems on them: the events of the port `comser`, the receive poll and dialling.
+#include "diag/error_trap.h"
+
+/// Serial lines: opening the port `comser`, its events, the receive poll and the break. A modem is used
+/// through them too.
 namespace qxterm {
 
-/// Steps of modemConnect.
-inline constexpr std::int16_t modemReset = 1;
-inline constexpr std::int16_t modemDial = 2;
-
-/// One step of getting a modem's connection, only while the port is open: modemReset sends the reset string
-/// and has modemDial follow a second later; modemDial sends the dial string. The session is up when the
-/// carrier appears.
-void modemConnect(std::int16_t step);
+/// Opens the port of the current profile with its settings. The carrier's time-out is in seconds, 0 for a
+/// plain line, which need not have a carrier at all.
+void openLine(ErrorTrap& trap, std::int16_t carrierTimeout);
+/// A text about port (%1) and speed (%2) of the current profile.
+[[nodiscard]] std::string lineText(const char* pattern);
 
 /// The port's event: received text, carrier change, carrier time-out.
 void comser_OnComm();

@@ -5,17 +5,15 @@
 #include "config/ini_file.h"
 #include "config/profile_record.h"
 #include "connection/auto_login.h"
-#include "connection/connection_hooks.h"
+#include "connection/connection_manager.h"
 #include "connection/ssh_fields.h"
 #include "connection/ssh_helpers.h"
-#include "connection/ssh_hooks.h"
 #include "connection/ssh_ports.h"
-#include "connection/ssh_prompt.h"
+#include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
 #include "platform/event_loop.h"
 #include "platform/message_box.h"
-#include "terminal/drawing/paint.h"
 
 namespace qxterm {
 namespace {
@@ -40,7 +38,7 @@ bool fieldsUsable() {
     const std::string complaint = sshFieldComplaint(CurrentProfile.host, g_sSSHLogin, profileSshPort());
     if (complaint.empty()) return true;
     messageBox(complaint, programTitle, Buttons::ok, Icon::information);
-    askDisconnect();
+    disconnectPort();
     return false;
 }
 
@@ -55,24 +53,10 @@ void localConnect() {
         StartSSH(CurrentProfile.host, g_sSSHLogin, localPort);
         if (own != attempt || eventLoop::ending()) return;
         trap.step([] { comnet2.connect("localhost", static_cast<std::uint16_t>(localPort)); });
-        if (connectionHooks.showStatusDialog != nullptr) connectionHooks.showStatusDialog();
+        frmConn.showModal();
     });
 }
 
 void abandonLocalConnect() { ++attempt; }
-
-void connectSshBridge() {
-    sshHooks.DisplayBanner = DisplayBanner;
-    sshHooks.doFakeLogin = doFakeLogin;
-    sshHooks.ClearSSHText = ClearSSHText;
-    sshHooks.helperRunning = sshHelperRecorded;
-    sshHooks.endHelpers = endSshHelpers;
-    sshHooks.endLocalLogin = [] {
-        abandonLocalConnect();
-        endLocalPrompt();
-    };
-    sshHooks.hostTextShown = giveWayToHost;
-    paintLocalPrompt = paintLocalText;
-}
 
 }  // namespace qxterm

@@ -10,7 +10,4 @@ void localConnect();
 /// A local connect that is still waiting for its helpers is not to go on.
 void abandonLocalConnect();
 
-/// Fills the hooks of the other connection modules, the keyboard and the paint. Called at start-up.
-void connectSshBridge();
-
 }  // namespace qxterm

@@ -53,8 +53,7 @@ void awaitForward() {
         if (start != starts || !sshClient.recorded() || eventLoop::ending()) return;
     }
     if (!sshClient.ended()) return;
-    g_bLoginDone = true;
-    forgetPassword();  // nothing is left to send it to
+    endAutoLogin();
     endSshHelpers();
 }
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "connection/auto_login.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_connect.h"
 #include "diag/error_trap.h"
 #include "terminal/drawing/cell_size.h"
@@ -57,14 +57,14 @@ void clearDialogue() {
     currentLine = 0;
     loginEntered = false;
     passwordEntered = false;
-    g_sSSHLogin.clear();
+    forgetLogin();
     forgetPassword();
 }
 
 /// The whole picture in its background, the cursor with it.
 void clearPicture() {
     picterm.clear(picterm.clipBox());
-    cursorShown = 0;
+    forgetShownCursor();
 }
 
 /// As much of it as can be seen, however much was typed.
@@ -98,13 +98,10 @@ void putUpPrompt(std::string_view prompt) {
     drawCurrentLine();
 }
 
-void removeLast(std::string& text) {
-    if (!text.empty()) text.pop_back();
-}
-
 void eraseCharacter() {
-    removeLast(localLines[currentLine].text);
-    removeLast(loginEntered ? g_sSSHPassword : g_sSSHLogin);
+    std::string& echo = localLines[currentLine].text;
+    if (!echo.empty()) echo.pop_back();
+    loginEntered ? removeLastOfPassword() : removeLastOfLogin();
     drawCurrentLine();
 }
 
@@ -113,7 +110,7 @@ void addCharacter(char character) {
         addToPassword(character);
         return;
     }
-    g_sSSHLogin += character;
+    addToLogin(character);
     localLines[currentLine].text += character;
     drawCurrentLine();
 }
@@ -177,9 +174,9 @@ void ClearSSHText() {
     });
 }
 
-bool localPromptActive() { return dialogueRuns && g_iConnectType == connectType::ssh && !g_bConnectActive; }
+bool localPromptActive() { return dialogueRuns && !g_bConnectActive; }
 
-bool localTextUp() { return textUp && g_iConnectType == connectType::ssh; }
+bool localTextUp() { return textUp; }
 
 bool paintLocalText() {
     if (!localTextUp()) return false;

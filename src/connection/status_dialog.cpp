@@ -4,14 +4,11 @@
 #include <cstdint>
 #include <string>
 
-#include "config/ini_file.h"
 #include "config/profile_record.h"
 #include "connection/connection_manager.h"
-#include "connection/serial_line.h"
-#include "connection/session_state.h"
-#include "connection/transport_controls.h"
+#include "connection/session.h"
+#include "connection/transport.h"
 #include "diag/error_trap.h"
-#include "diag/format_msg.h"
 #include "platform/controls.h"
 #include "platform/resource_ids.h"
 #include "platform/timer.h"
@@ -34,47 +31,22 @@ std::int32_t remainingMs = 0;
 constexpr std::int32_t waitingPeriod = 100;
 constexpr std::int32_t timedOutPeriod = 1000;
 constexpr std::int32_t establishedPeriod = 250;
-constexpr std::int32_t loopTime = 1000;
-constexpr std::int32_t second = 1000;
 
 /// A tick's message box lets further ticks run; they must not start the same retry once more.
 bool inTick = false;
 
-std::string lineText(const char* pattern) {
-    return formatMsg(pattern, std::to_string(CurrentProfile.commport), std::to_string(CurrentProfile.baud));
-}
-
 void describeAttempt() {
-    remainingMs = 0;
-    switch (g_iConnectType) {
-        case connectType::net:
-            lblConn.setCaption(formatMsg("Opening network connection to host: %1", CurrentProfile.host));
-            remainingMs = g_iConnectTimeout * second;
-            break;
-        case connectType::serial:
-            lblConn.setCaption(lineText("Opening serial connection on port COM%1 at speed %2"));
-            break;
-        case connectType::modem:
-            lblConn.setCaption(lineText("Opening modem connection on port COM%1 at speed %2"));
-            remainingMs = CurrentProfile.timeout * second;
-            break;
-        case connectType::ssh:
-            lblConn.setCaption(formatMsg("Opening SSH connection to host: %1", CurrentProfile.host));
-            remainingMs = g_iConnectTimeout * second;
-            break;
-        case connectType::loop: remainingMs = loopTime; break;
-        default: break;
-    }
+    const Transport& transport = sessionTransport();
+    const std::string text = transport.waitingText();
+    if (!text.empty()) lblConn.setCaption(text);
+    remainingMs = transport.patience();
 }
 
-/// A network attempt is only said to be retried: it goes on until it succeeds or the user cancels it.
 void retry(ErrorTrap& trap) {
     lblConn.setCaption("The connection has timed out, retrying...");
-    if (g_iConnectType != connectType::modem) return;
-    comser.setPortOpen(false);
-    trap.step([] { comser.setPortOpen(true); });
-    modemConnect(modemReset);
-    remainingMs = CurrentProfile.timeout * second;
+    const Transport& transport = sessionTransport();
+    if (!transport.retry(trap)) return;
+    remainingMs = transport.patience();
     tmrConn.setInterval(waitingPeriod);
 }
 

@@ -60,6 +60,8 @@ void ErrorTrap::end() const {
     }
 }
 
+void setTrapErrors(bool armed) { g_bTrapErrors = armed; }
+
 void planFault(std::string_view routine, std::int16_t number) {
     plannedFaults().push_back({std::string{routine}, number});
     detail::faultPlanned = true;

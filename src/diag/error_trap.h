@@ -9,8 +9,10 @@
 
 namespace qxterm {
 
-/// Arms the traps of the routines that arm theirs on request only. Set FALSE at start and never changed.
+/// Arms the traps of the routines that arm theirs on request only. Set FALSE at start, by setTrapErrors, and
+/// never changed.
 extern bool g_bTrapErrors;
+void setTrapErrors(bool armed);
 
 /// When a routine's trap is armed.
 enum class Arm : std::uint8_t { always, onRequest };

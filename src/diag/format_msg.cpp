@@ -33,4 +33,6 @@ std::string formatMsg(std::string_view pattern, std::string_view a1, std::string
     return output;
 }
 
+void setCrLf(std::string_view lineEnd) { g_sCrLf = lineEnd; }
+
 }  // namespace qxterm

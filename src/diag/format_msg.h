@@ -5,8 +5,9 @@
 
 namespace qxterm {
 
-/// Carriage return and line feed; set by main.
+/// Carriage return and line feed; empty until main has called setCrLf.
 extern std::string g_sCrLf;
+void setCrLf(std::string_view lineEnd);
 
 /// Fills the placeholders "%1" to "%4" of a message template; "%%" is one "%", "%n" the digits 13, any other
 /// "%" vanishes with the character behind it. Substituted text is not searched again.

@@ -49,12 +49,19 @@ std::int16_t tellUnexpected(const char* routine, std::int16_t number) {
         text = formatMsg("%1%2%3message: %4", text, routine, g_sCrLf, errorDescription(number));
     }
     const Answer answer = messageBox(text, programTitle, Buttons::ok, Icon::information);
-    if (number == errors::cannotPerformOperation && errorHooks.closeMainWindow != nullptr)
-        errorHooks.closeMainWindow();
+    if (number == errors::cannotPerformOperation) errorHooks.closeMainWindow();
     return static_cast<std::int16_t>(answer);
 }
 
 }  // namespace
+
+void setVerboseErrors(bool verbose) { g_bVerboseErrors = verbose; }
+
+void resetErrorReports() {
+    g_bVerboseErrors = false;
+    g_bWouldBlock = false;
+    g_iWouldBlockCount = 0;
+}
 
 std::string errorDescription(std::int16_t number) {
     for (const auto& [known, text] : descriptions) {
@@ -90,13 +97,12 @@ std::int16_t reportError(const char* routine, std::int16_t number) {
         case addressInUse: return actionAddressInUse;
         case connectionReset:
             tell("The connection has been dropped", Icon::information);
-            if (errorHooks.dropConnection != nullptr) errorHooks.dropConnection();
+            errorHooks.dropConnection();
             return actionLeave;
         case hostNotFound:
-            messageBox(
-                formatMsg("The hostname %1 was not found.  Please choose another host.",
-                          errorHooks.currentHost != nullptr ? errorHooks.currentHost() : std::string{}),
-                programTitle, Buttons::ok, Icon::information);
+            messageBox(formatMsg("The hostname %1 was not found.  Please choose another host.",
+                                 errorHooks.currentHost()),
+                       programTitle, Buttons::ok, Icon::information);
             return actionLeave;
         default: return tellUnexpected(routine, number);
     }

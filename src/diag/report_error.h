@@ -12,20 +12,25 @@ inline constexpr std::int16_t actionLeave = 1;
 /// Result of reportError for a local address in use: left to the caller.
 inline constexpr std::int16_t actionAddressInUse = 3;
 
-/// TRUE from start-up on: the message for an unexpected error names the routine and the error.
+/// TRUE from start-up on: the message for an unexpected error names the routine and the error. Written by
+/// setVerboseErrors.
 extern bool g_bVerboseErrors;
+void setVerboseErrors(bool verbose);
 /// Set by error 10035 (would block).
 extern bool g_bWouldBlock;
 /// How many times error 10035 was reported; stays at 32767.
 extern std::int16_t g_iWouldBlockCount;
 
-/// What the reporter asks of the floors above; filled at start-up, nothing happens while they are empty.
+/// What the reporter asks of the floors above; filled at start-up.
 struct ErrorHooks {
-    void (*dropConnection)() = nullptr;      ///< after a lost connection was told: ends the session
-    std::string (*currentHost)() = nullptr;  ///< the current profile's host
-    void (*closeMainWindow)() = nullptr;     ///< after error 17
+    void (*dropConnection)() = [] {};                             ///< after a lost connection was told
+    std::string (*currentHost)() = [] { return std::string{}; };  ///< the current profile's host
+    void (*closeMainWindow)() = [] {};                            ///< after error 17
 };
 extern ErrorHooks errorHooks;
+
+/// No error reported yet, short messages; for start values.
+void resetErrorReports();
 
 /// Tells the user of a failure and says what the routine shall do: actionRetry, actionLeave,
 /// actionAddressInUse. Called by the error traps and, for an event handler that a failure ended, by the event

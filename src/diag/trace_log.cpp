@@ -34,4 +34,6 @@ void logBytes(std::string_view heading, std::string_view bytes) {
     }
 }
 
+void setLogging(std::string_view setting) { g_sLogging = setting; }
+
 }  // namespace qxterm

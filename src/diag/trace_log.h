@@ -5,8 +5,10 @@
 
 namespace qxterm {
 
-/// The "Logging" setting: tracing is on exactly when it is "1". Written by readIniFile only.
+/// The "Logging" setting: tracing is on exactly when it is "1". Written by setLogging, which readIniFile
+/// calls.
 extern std::string g_sLogging;
+void setLogging(std::string_view setting);
 
 /// True while tracing is on: lets callers skip composing lines that nobody keeps.
 [[nodiscard]] inline bool tracing() { return g_sLogging == "1"; }

@@ -10,9 +10,10 @@ namespace qxterm {
 std::array<TimerSlot, timerSlots + 1> timerTable;
 std::int16_t timerHead = 0;
 constinit Timer tmrGen{frmterm, "tmrGen"};
-std::array<void (*)(), timerSlots + 1> timerActions{};
 
 namespace {
+
+void doNothing() {}
 
 TimerSlot& slotAt(std::int16_t number) { return timerTable[subscript(number, 1, timerSlots)]; }
 
@@ -21,6 +22,9 @@ bool hasTriple(const TimerSlot& slot, std::int16_t kind, std::int16_t action, st
 }
 
 }  // namespace
+
+std::array<void (*)(), timerSlots + 1> timerActions{doNothing, doNothing, doNothing,
+                                                    doNothing, doNothing, doNothing};
 
 void clearTimers() {
     timerTable.fill(TimerSlot{});
@@ -69,7 +73,7 @@ void tmrGen_Timer() {
             TimerSlot& slot = slotAt(number);
             slot.remaining = toInt16(slot.remaining - elapsed);
             if (slot.remaining > 0) continue;
-            if (auto* action = timerActions[subscript(slot.action, 1, timerSlots)]) action();
+            timerActions[subscript(slot.action, 1, timerSlots)]();
             if (slot.kind == timerOnce) {
                 delTimer(slot.kind, slot.action, slot.period);
             } else {

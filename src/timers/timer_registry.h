@@ -39,7 +39,7 @@ extern std::array<TimerSlot, timerSlots + 1> timerTable;
 extern std::int16_t timerHead;
 /// Ticks every 250 ms from the main window's load to its closing.
 extern Timer tmrGen;
-/// The actions by number; entry 0 is not used. An empty one does nothing.
+/// The actions by number; entry 0 is not used. Filled at start-up.
 extern std::array<void (*)(), timerSlots + 1> timerActions;
 
 /// Registers a timer at the front of the active list. A timer with the same triple in a slot before the first

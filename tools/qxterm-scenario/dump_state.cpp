@@ -3,7 +3,7 @@
 #include "config/user_profile.h"
 #include "connection/auto_login.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "diag/report_error.h"
 #include "diag/trace_log.h"
 #include "dumps.h"
@@ -15,7 +15,7 @@ Json dumpState() {
     return {{"dump", "state"},
             {"g_bConnectActive", g_bConnectActive},
             {"g_bSSHMode", g_bSSHMode},
-            {"g_iConnectType", g_iConnectType},
+            {"g_iConnectType", g_iConnectType()},
             {"g_bProfileChanged", g_bProfileChanged},
             {"g_bProfileNew", g_bProfileNew},
             {"g_bDialogCancelled", g_bDialogCancelled},

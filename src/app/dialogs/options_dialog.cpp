@@ -28,7 +28,7 @@ void Form_Load() {
 
 /// The close box counts as Cancel.
 void Form_QueryUnload(bool& /*cancel*/, UnloadReason reason) {
-    if (reason == UnloadReason::formControlMenu) g_bDialogCancelled = true;
+    if (reason == UnloadReason::formControlMenu) setDialogCancelled(true);
 }
 
 void optNetwork_Click() {
@@ -73,7 +73,7 @@ void cmdOK_Click() { recordChanges(); }
 
 void cmdCancel_Click() {
     trapped("cmdCancel_Click", [] {
-        g_bDialogCancelled = true;
+        setDialogCancelled(true);
         frmOptions.unload();
     });
 }

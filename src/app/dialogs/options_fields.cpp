@@ -7,13 +7,13 @@
 #include "app/dialogs/options_controls.h"
 #include "app/dialogs/options_dialog.h"
 #include "config/ini_file.h"
-#include "config/profile_hooks.h"
 #include "config/profile_record.h"
 #include "config/user_profile.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "diag/numbers.h"
 #include "platform/message_box.h"
+#include "terminal/drawing/cell_size.h"
 
 namespace qxterm::options {
 namespace {
@@ -124,10 +124,10 @@ void takeTexts() {
 
 void applyFontSize() {
     if (selectedFontSize == CurrentProfile.fontSize) return;
-    CurrentProfile.fontSize = selectedFontSize;
+    setFontSize(selectedFontSize);
     working.fontSize = selectedFontSize;
-    g_bProfileChanged = true;
-    if (profileHooks.resizeScreen != nullptr) profileHooks.resizeScreen();
+    setProfileChanged(true);
+    resizeScreen();
 }
 
 void storeTimeout(std::int64_t seconds) {
@@ -139,7 +139,7 @@ void storeTimeout(std::int64_t seconds) {
 void storeWorkingCopy() {
     if (working == CurrentProfile) return;
     setCurrentProfile(working);
-    g_bProfileChanged = true;
+    setProfileChanged(true);
 }
 
 }  // namespace

@@ -69,9 +69,9 @@ bool mayReplace(const std::string& name) {
 
 void saveUnder(const std::string& name) {
     if (knownProfile(name) && !mayReplace(name)) return;
-    CurrentProfile.name = name;
+    nameCurrentProfile(name);
     setCaption();
-    g_bProfileNew = false;
+    setProfileNew(false);
     writeUserProf();
     reOrderProf(name);
     frmprof.unload();
@@ -102,7 +102,7 @@ void cmd3Dopen_Click() {
 
 void cmd3Dcancel_Click() {
     trapped("cmd3Dcancel_Click", [] {
-        g_bDialogCancelled = true;
+        setDialogCancelled(true);
         frmprof.unload();
     });
 }
@@ -113,7 +113,7 @@ void cmd3Dhelp_Click() {
 
 /// The close box counts as Cancel.
 void Form_QueryUnload(bool& /*cancel*/, UnloadReason reason) {
-    if (reason == UnloadReason::formControlMenu) g_bDialogCancelled = true;
+    if (reason == UnloadReason::formControlMenu) setDialogCancelled(true);
 }
 
 void lstprof_Click() {

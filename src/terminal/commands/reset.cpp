@@ -6,14 +6,13 @@
 #include "terminal/commands/pending_run.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/cursor.h"
-#include "terminal/drawing/drawing.h"
 #include "terminal/drawing/paint.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/output_state.h"
 
 namespace qxterm {
 
-void (*endSelection)() = nullptr;
+void (*endSelection)() = [] {};
 
 namespace {
 
@@ -49,7 +48,7 @@ void resetScreen() {
         pendingScrolls = 0;
         setCurrentAttr(defaultAttrTriple);
         screenMode = 0;
-        cursorHiddenWord = 0;
+        keepCursorAway(false);
         scrollFlushLimit = 22;
         dropPending();
         curCol = 0;
@@ -59,7 +58,7 @@ void resetScreen() {
         scrollbackTop = liveView;
         scrollbackTurns = 0;
         resetBackground();
-        if (endSelection != nullptr) endSelection();
+        endSelection();
     });
 }
 
@@ -77,7 +76,7 @@ void resetTerminal() {
         setCurrentAttr(defaultAttrTriple);
         resetSavedCursor();
         carryOver.clear();
-        if (endSelection != nullptr) endSelection();
+        endSelection();
     });
 }
 
@@ -87,8 +86,7 @@ void startTerminal() {
     inputBusy = 0;
     carryOver.clear();
     lastChar.clear();
-    scrollInProgress = 0;
-    textBlinkOff = false;
+    resetPaint();
     resetCursorView();
     initFunctionKeys();
 }

@@ -2,7 +2,7 @@
 
 namespace qxterm {
 
-/// Ends the selection: marks cleared, no end point. Filled by the selection.
+/// Ends the selection: marks cleared, no end point. Filled at start-up.
 extern void (*endSelection)();
 
 /// Start-up's reset of the whole screen state: rows in order and blank, default attributes, modes off, full

@@ -2,11 +2,18 @@
 
 #include <algorithm>
 
+#include "config/profile_record.h"
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "terminal/model/screen_store.h"
 
 namespace qxterm {
+
+namespace {
+
+constexpr std::int16_t usualTwips = 15;  // at 96 dots per inch
+
+}  // namespace
 
 std::int32_t lineHeight = 0;
 std::int32_t charWidth = 0;
@@ -14,9 +21,8 @@ std::int16_t screenWidthPixels = 0;
 std::int16_t screenHeightPixels = 0;
 std::array<std::int32_t, screenColumns + 1> charAdvances{};
 PixelRect scrollRect;
-std::int16_t g_iTwipsX = 15;
-std::int16_t g_iTwipsY = 15;
-float (*configuredFontSize)() = nullptr;
+std::int16_t g_iTwipsX = usualTwips;
+std::int16_t g_iTwipsY = usualTwips;
 
 namespace {
 
@@ -53,6 +59,21 @@ void placeKeyBar(std::int32_t top, std::int32_t width, bool shown) {
 
 }  // namespace
 
+void setTwipsPerPixel(std::int16_t x, std::int16_t y) {
+    g_iTwipsX = x;
+    g_iTwipsY = y;
+}
+
+void resetCellSize() {
+    lineHeight = 0;
+    charWidth = 0;
+    screenWidthPixels = 0;
+    screenHeightPixels = 0;
+    charAdvances = {};
+    scrollRect = {};
+    setTwipsPerPixel(usualTwips, usualTwips);
+}
+
 void setScrollRect() {
     trapped("setScrollRect", [] {
         scrollRect = {0, regionTop * lineHeight, screenWidthPixels, (regionBottom + 1) * lineHeight};
@@ -71,7 +92,7 @@ void layOutWindow() {
 
 void calcSize(PictureBox& picture, ScrollBar& bar) {
     trapped("calcSize", [&] {
-        if (configuredFontSize != nullptr) picture.setFontSize(configuredFontSize());
+        picture.setFontSize(CurrentProfile.fontSize);
         lineHeight = picture.textHeight("M");
         charWidth = picture.textWidth("M");
         picture.move({0, 0, screenColumns * charWidth, screenRows * lineHeight});
@@ -86,6 +107,11 @@ void calcSize(PictureBox& picture, ScrollBar& bar) {
         screenWidthPixels = toInt16(picture.scaleWidth() / g_iTwipsX);
         setScrollRect();
     });
+}
+
+void resizeScreen() {
+    calcSize(picterm, vscterm);
+    picterm.refresh();
 }
 
 }  // namespace qxterm

@@ -19,17 +19,19 @@ extern std::int16_t screenHeightPixels;
 extern std::array<std::int32_t, screenColumns + 1> charAdvances;
 /// The scrolling region on the window, in pixels. Recomputed whenever the region or the cell size changes.
 extern PixelRect scrollRect;
-/// Twips per pixel, read by main.
+/// Twips per pixel, told by main.
 extern std::int16_t g_iTwipsX;
 extern std::int16_t g_iTwipsY;
+void setTwipsPerPixel(std::int16_t x, std::int16_t y);
 
-/// The configured font size in points (9, 10 or 11); filled at start-up.
-extern float (*configuredFontSize)();
-
-/// Applies the font size, measures the cell, sizes picture box, scroll bar and window to 80 x 25 cells and
-/// recreates the terminal font. Called at start-up and when a profile with another font size is read or
-/// chosen.
+/// Applies the current profile's font size, measures the cell, sizes picture box, scroll bar and window to 80
+/// x 25 cells and recreates the terminal font. Called at start-up.
 void calcSize(PictureBox& picture, ScrollBar& bar);
+/// The same for the screen that is shown, and repaints it. Called when a profile with another font size is
+/// read or chosen.
+void resizeScreen();
+/// Nothing measured, no window laid out, 15 twips per pixel; for start values.
+void resetCellSize();
 /// Recomputes scrollRect.
 void setScrollRect();
 /// Places the function-key bar (shown while mode::keyBarShown is set) and sizes the window around screen,

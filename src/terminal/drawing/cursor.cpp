@@ -47,6 +47,10 @@ void toggleCursor(std::int16_t show) {
     });
 }
 
+void forgetShownCursor() { cursorShown = 0; }
+
+void keepCursorAway(bool away) { cursorHiddenWord = away ? std::int16_t{-1} : std::int16_t{0}; }
+
 void startCursorBlink() { addTimer(timerRepeated, timerAction::blinkCursor, blinkPeriod); }
 
 void stopCursorBlink() {

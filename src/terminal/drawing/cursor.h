@@ -4,11 +4,11 @@
 
 namespace qxterm {
 
-/// -1 while the cursor's cell is inverted on the window.
+/// -1 while the cursor's cell is inverted on the window. Written by toggleCursor and the routines below.
 extern std::int16_t cursorShown;
 /// True in the phase in which a blinking cursor is not seen. Flipped by the cursor-blink timer.
 extern bool cursorBlinkOff;
-/// Not 0 while the view is scrolled back: the cursor stays away. Written by the scrollback view.
+/// Not 0 while the view is scrolled back: the cursor stays away. Written by keepCursorAway.
 extern std::int16_t cursorHiddenWord;
 
 /// Arguments of toggleCursor.
@@ -18,6 +18,10 @@ inline constexpr std::int16_t hideCursor = 0;
 /// Inverts the cursor's cell to show (-1) or hide (0) the cursor; nothing at all while drawing is suspended
 /// or the cursor hidden.
 void toggleCursor(std::int16_t show);
+/// The window was painted over where the cursor stood.
+void forgetShownCursor();
+/// Called by the scrollback view, and by the reset that begins a program.
+void keepCursorAway(bool away);
 /// Cell of the window on which the cursor was drawn last.
 [[nodiscard]] std::int32_t shownCursorColumn();
 [[nodiscard]] std::int32_t shownCursorRow();

@@ -14,7 +14,9 @@
 namespace qxterm {
 
 bool textBlinkOff = false;
-void (*lineDrawn)(std::int32_t row, std::int32_t first, std::int32_t last) = nullptr;
+bool drawingWatched = false;
+void (*lineDrawn)(std::int32_t row, std::int32_t first, std::int32_t last) = [](std::int32_t, std::int32_t,
+                                                                                std::int32_t) {};
 
 namespace {
 
@@ -29,7 +31,7 @@ Raster eraseRaster() { return modeSet(mode::reverseScreen) ? Raster::whiteness :
         return;
     }
     doAttr(attr.flags, attr.fg, attr.bg);
-    textLook.bg = static_cast<std::uint8_t>(subscript(reversed(attr.flags) ? attr.fg : attr.bg, 0, 7));
+    setTextBackground(reversed(attr.flags) ? attr.fg : attr.bg);
     if ((attr.flags & attrFlag::shiftOut) != 0) {
         lineDraw(line, first, count, row);
     } else {
@@ -70,10 +72,14 @@ void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std
         return;
     }
     drawRuns(line, first, last, row);
-    if (lineDrawn != nullptr) lineDrawn(row, first, last);
+    if (drawingWatched) lineDrawn(row, first, last);
 }
 
 }  // namespace
+
+void setTextBlinkOff(bool off) { textBlinkOff = off; }
+
+void watchDrawing(bool watched) { drawingWatched = watched; }
 
 [[gnu::noinline]] void lineDraw(const ScreenLine& line, std::int32_t first, std::int32_t count,
                                 std::int32_t row) {
@@ -99,7 +105,7 @@ void drawRuns(const ScreenLine& line, std::int32_t first, std::int32_t last, std
 
 void drawRunAndTell(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
     drawCellsOfRun(line, first, count, row);
-    if (lineDrawn != nullptr) lineDrawn(row, first, first + count - 1);
+    if (drawingWatched) lineDrawn(row, first, first + count - 1);
 }
 
 void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, std::int32_t row) {
@@ -122,12 +128,12 @@ void paintWholeLine(const ScreenLine& line, std::int32_t row) {
     const std::int32_t behind = std::clamp(line.usedLength + 1, 0, screenColumns);
     if (behind == screenColumns) return;
     picterm.clear({behind, row, screenColumns - behind, 1});
-    if (lineDrawn != nullptr) lineDrawn(row, behind, lastColumn);
+    if (drawingWatched) lineDrawn(row, behind, lastColumn);
 }
 
 void blankArea(std::int32_t column, std::int32_t row, std::int32_t columns, std::int32_t rows) {
     picterm.fill({column, row, columns, rows}, eraseRaster());
-    if (lineDrawn == nullptr) return;
+    if (!drawingWatched) return;
     for (std::int32_t at = row; at < row + rows; ++at) {
         lineDrawn(at, std::max(column, 0), std::min(column + columns, screenColumns) - 1);
     }

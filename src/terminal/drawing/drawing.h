@@ -9,9 +9,16 @@
 
 namespace qxterm {
 
-/// True in the phase in which blinking text is blank. Flipped by the text-blink timer.
+/// True in the phase in which blinking text is blank. Flipped by the text-blink timer, with
+/// setTextBlinkOff.
 extern bool textBlinkOff;
-/// Told which columns of a window row were just drawn or blanked while a selection is shown; else empty.
+void setTextBlinkOff(bool off);
+
+/// True while lines, or a drag, are to be shown selected: lineDrawn and windowScrolled (paint.h) are told
+/// then. Written by watchDrawing, which the selection calls.
+extern bool drawingWatched;
+void watchDrawing(bool watched);
+/// Told which columns of a window row were just drawn or blanked; filled at start-up.
 extern void (*lineDrawn)(std::int32_t row, std::int32_t first, std::int32_t last);
 
 /// True for the words whose look follows from their bits alone: plain, bold or underlined text in colours
@@ -54,7 +61,7 @@ void drawCells(const ScreenLine& line, std::int32_t first, std::int32_t last, st
 void drawRunAndTell(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row);
 /// drawCells for columns that lie within the line and have one word.
 inline void drawRun(const ScreenLine& line, std::int32_t first, std::int32_t count, std::int32_t row) {
-    if (lineDrawn != nullptr || !drawOrdinaryRun(line, first, count, row)) [[unlikely]]
+    if (drawingWatched || !drawOrdinaryRun(line, first, count, row)) [[unlikely]]
         drawRunAndTell(line, first, count, row);
 }
 /// Draws a shift-out run: the line-drawing characters with the terminal font, the others with the normal one.

@@ -14,8 +14,8 @@
 namespace qxterm {
 
 std::int16_t scrollInProgress = 0;
-bool (*paintLocalPrompt)() = nullptr;
-void (*windowScrolled)() = nullptr;
+bool (*paintLocalPrompt)() = [] { return false; };
+void (*windowScrolled)() = [] {};
 
 namespace {
 
@@ -28,8 +28,8 @@ void picterm_Paint() {
     trapped("picterm_Paint", [] {
         if (scrollInProgress != 0 && picterm.clipBox().within(exposedBand)) return;
         if (modeSet(mode::drawingSuspended)) return;
-        if (paintLocalPrompt != nullptr && paintLocalPrompt()) return;
-        pendingScrolls = 0;
+        if (paintLocalPrompt()) return;
+        dropPendingScrolls();
         const std::int32_t first = vscterm.value();
         for (std::int32_t row = 0; row < pageRows; ++row) paintWholeLine(virtualLine(first + row), row);
         paintWholeLine(lineOnRow(statusRow), statusRow);
@@ -43,13 +43,18 @@ void picterm_Paint() {
 void mbPaint() {
     trapped("mbPaint", [] {
         if (scrollInProgress == 0 && picterm.invalidAt(shownCursorColumn(), shownCursorRow()))
-            cursorShown = 0;
+            forgetShownCursor();
     });
 }
 
 void blinkTextStep() {
-    textBlinkOff = !textBlinkOff;
+    setTextBlinkOff(!textBlinkOff);
     picterm.refresh();
+}
+
+void resetPaint() {
+    scrollInProgress = 0;
+    setTextBlinkOff(false);
 }
 
 void scrollWindow(std::int32_t first, std::int32_t last, std::int32_t by) {
@@ -59,7 +64,7 @@ void scrollWindow(std::int32_t first, std::int32_t last, std::int32_t by) {
     picterm.scroll(first, last, by);
     picterm.update();
     scrollInProgress = 0;
-    if (windowScrolled != nullptr) windowScrolled();
+    if (drawingWatched) windowScrolled();
 }
 
 void scrollRegion(std::int32_t by) {

@@ -8,10 +8,10 @@ namespace qxterm {
 extern std::int16_t scrollInProgress;
 
 /// Paints the rows of the local login prompt instead of the records and returns true; returns false while
-/// there is no prompt. Filled by the SSH bridge.
+/// there is no prompt. Filled at start-up.
 extern bool (*paintLocalPrompt)();
 
-/// Told when the window was scrolled, and painted behind that, while a selection is shown; else empty.
+/// Told when the window was scrolled, and painted behind that, while drawingWatched; filled at start-up.
 extern void (*windowScrolled)();
 
 /// Repaints all 25 rows of the view and shows the cursor. Paint event, and called wherever the whole window
@@ -21,6 +21,9 @@ void picterm_Paint();
 void mbPaint();
 /// Timer action: next blink phase of blinking text; the repaint follows from the event loop.
 void blinkTextStep();
+
+/// No scroll in progress, visible phase of blinking text; for start values.
+void resetPaint();
 
 /// Moves rows first..last of the window by that many rows (negative: up) at once. Used for every scroll of
 /// the window.

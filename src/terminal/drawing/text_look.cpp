@@ -16,17 +16,14 @@ void doAttr(std::int16_t flags, std::int16_t foreground, std::int16_t background
     });
 }
 
+void setTextBackground(std::int16_t colour) {
+    textLook.bg = static_cast<std::uint8_t>(subscript(colour, 0, 7));
+}
+
 void initAttributes() {
     setCurrentAttr(defaultAttrTriple);
-    blankLine.text.fill(' ');
-    blankLine.attrs.fill(defaultAttr);
-    blankLine.dirtyFirst = 0;
-    blankLine.dirtyLast = -1;
-    blankLine.selFirst = 0;
-    blankLine.selLast = 0;
-    blankLine.usedLength = -1;
-    blankLine.lineFlags = 0;
-    blankLine.extent = 0;
+    textLook = TextLook{};
+    makeBlankLine();
     constexpr std::uint8_t full = 255;
     for (std::size_t index = 0; index < colourTable.size(); ++index) {
         // bit 0 is red, bit 1 green, bit 2 blue

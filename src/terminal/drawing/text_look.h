@@ -14,12 +14,15 @@ namespace qxterm {
 /// Filled at start-up.
 extern std::array<Rgb, 8> colourTable;
 
-/// Colour and weight that text is drawn with, as doAttr last set them.
+/// Colours and weight that text is drawn with, as doAttr and setTextBackground last set them.
 extern TextLook textLook;
 
 /// Turns a triple into text colour and weight: textLook. Called before a run of cells is drawn and after each
 /// change of the current attribute. Error 9, reported as "doAttr", for a colour index of 8 or more.
 void doAttr(std::int16_t flags, std::int16_t foreground, std::int16_t background);
+
+/// The colour behind the run that is drawn next. Error 9 for an index of 8 or more.
+void setTextBackground(std::int16_t colour);
 
 /// doAttr for the current triple after a command has changed it. Every run that is drawn sets its own look,
 /// so that there is nothing to do for colours that exist.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/run_time_error.h"
+#include "terminal/model/attributes.h"
 
 namespace qxterm {
 
@@ -52,11 +53,31 @@ void flagForDrawing(std::int32_t record, std::int16_t flags) {
     recordsToDraw |= 1U << static_cast<std::uint32_t>(record);
 }
 
+void markSelected(ScreenLine& line, std::int16_t first, std::int16_t last) {
+    line.selFirst = first;
+    line.selLast = last;
+    line.lineFlags = static_cast<std::int16_t>(line.lineFlags | lineFlag::selected);
+}
+
+void clearSelected(ScreenLine& line) { clearFlags(line, lineFlag::selected); }
+
 void setWords(ScreenLine& line, std::int32_t column, std::int32_t count, std::int16_t word) {
     if (count <= 0) return;
     const std::int32_t inside = std::clamp(screenColumns - column, 0, count);
     std::fill_n(line.attrs.begin() + std::min(column, screenColumns) + 1, inside, word);
     if (inside < count) throw RunTimeError{errors::subscriptOutOfRange};
+}
+
+void makeBlankLine() {
+    blankLine.text.fill(' ');
+    blankLine.attrs.fill(defaultAttr);
+    blankLine.dirtyFirst = 0;
+    blankLine.dirtyLast = -1;
+    blankLine.selFirst = 0;
+    blankLine.selLast = 0;
+    blankLine.usedLength = -1;
+    blankLine.lineFlags = 0;
+    blankLine.extent = 0;
 }
 
 void blankRecord(std::int32_t record) {

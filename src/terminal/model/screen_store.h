@@ -1,13 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
 #include "diag/checked.h"
 #include "terminal/model/line_record.h"
 
-/// The terminal's memory: what is on the screen, what scrolled off it, the cursor and the modes. Written by
-/// the screen operations, the control sequences and the interpreter; everything else reads it.
+/// The terminal's memory: what is on the screen, what scrolled off it, the cursor and the modes. The folder
+/// terminal/commands writes it; everybody else reads it, and what drawing, the view and the connections
+/// change of it they change through the routines below.
 namespace qxterm {
 
 /// Bits of screenMode.
@@ -42,7 +44,8 @@ extern std::int16_t scrollbackTop;
 /// How often the full scrollback has reused its oldest slot, 0..499: with scrollbackTop it yields the map
 /// below.
 extern std::int16_t scrollbackTurns;
-/// Bit n: record n has lineFlag::draw set. Kept by markForDrawing and by whoever clears the flag.
+/// Bit n: record n has lineFlag::draw set. Kept by the routines below that set and clear the flag, and by
+/// what stands for them in terminal/commands.
 extern std::uint32_t recordsToDraw;
 
 /// Column 0..79, 80 behind a run that ends in the last column; outside only after the status-row command.
@@ -116,9 +119,30 @@ inline void markForDrawing(std::int32_t record, std::int32_t column) {
 [[nodiscard]] inline std::int32_t recordOnCursorRow() { return rowMap[subscript(curRow, 0, screenRows - 1)]; }
 /// Sets flags of a record that bring it to be drawn.
 void flagForDrawing(std::int32_t record, std::int16_t flags);
+inline void clearFlags(ScreenLine& line, std::int16_t flags) {
+    line.lineFlags = static_cast<std::int16_t>(line.lineFlags & ~flags);
+}
+/// The line's dirty span is being drawn: from now on it counts as used, and nothing waits.
+inline void clearDirtySpan(ScreenLine& line) {
+    clearFlags(line, lineFlag::draw);
+    if (const auto record = &line - screenLines.data(); record >= 0 && record < screenRows)
+        recordsToDraw &= ~(1U << static_cast<std::uint32_t>(record));
+    line.dirtyFirst = 0;
+    line.usedLength = std::max(line.usedLength, line.dirtyLast);
+    line.dirtyLast = -1;
+}
+/// The whole window is being drawn in place: no scroll is left to do on it.
+inline void dropPendingScrolls() { pendingScrolls = 0; }
+
+/// Marks columns of a line as selected, and takes the mark away.
+void markSelected(ScreenLine& line, std::int16_t first, std::int16_t last);
+void clearSelected(ScreenLine& line);
+
 /// Sets the words of cells of a line. Error 9 behind its end, with the words before set.
 void setWords(ScreenLine& line, std::int32_t column, std::int32_t count, std::int16_t word);
 
+/// Fills the blank template. Called at start-up.
+void makeBlankLine();
 /// Copies the blank template over a record.
 void blankRecord(std::int32_t record);
 

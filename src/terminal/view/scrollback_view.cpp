@@ -29,12 +29,12 @@ void moveView() {
     if (down == 0) return;
     if (before == liveView) {
         toggleCursor(hideCursor);
-        cursorHiddenWord = -1;
+        keepCursorAway(true);
     }
     shownTop = top;
     if (pendingScrolls > 0) {
         // Output is half way: the window lags behind the records, so nothing on it can be moved into place.
-        pendingScrolls = 0;
+        dropPendingScrolls();
         drawViewRows(0, pageRows - 1);
     } else if (std::abs(down) < pageRows) {
         scrollWindow(0, pageRows - 1, down);
@@ -47,7 +47,7 @@ void moveView() {
         drawViewRows(0, pageRows - 1);
     }
     if (top == liveView) {
-        cursorHiddenWord = 0;
+        keepCursorAway(false);
         if (inputBusy == 0) toggleCursor(showCursor);
     }
 }

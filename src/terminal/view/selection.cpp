@@ -7,9 +7,7 @@
 #include "diag/checked.h"
 #include "diag/error_trap.h"
 #include "diag/format_msg.h"
-#include "terminal/commands/reset.h"
-#include "terminal/drawing/cell_size.h"
-#include "terminal/drawing/screen_controls.h"
+#include "terminal/drawing/drawing.h"
 #include "terminal/model/screen_store.h"
 #include "terminal/view/selection_drag.h"
 #include "terminal/view/selection_marks.h"
@@ -20,16 +18,14 @@ std::int32_t selStartCol = 0;
 std::int32_t selStartRow = 0;
 std::int32_t selEndCol = -1;
 std::int32_t selEndRow = 0;
-void (*enableEditItems)() = nullptr;
+void (*enableEditItems)() = [] {};
 
 void selFunc(std::int16_t operation, std::int16_t line, std::int32_t& first, std::int32_t& last,
              std::string& text) {
     trapped("selFunc", [&] {
         ScreenLine& record = virtualLine(line);
         if (operation == selOperation::setRange) {
-            record.selFirst = toInt16(first);
-            record.selLast = toInt16(last);
-            record.lineFlags = static_cast<std::int16_t>(record.lineFlags | lineFlag::selected);
+            markSelected(record, toInt16(first), toInt16(last));
             return;
         }
         text.clear();
@@ -37,7 +33,7 @@ void selFunc(std::int16_t operation, std::int16_t line, std::int32_t& first, std
         last = -1;
         if ((record.lineFlags & lineFlag::selected) == 0) return;
         if (operation == selOperation::clear) {
-            record.lineFlags = static_cast<std::int16_t>(record.lineFlags & ~lineFlag::selected);
+            clearSelected(record);
             return;
         }
         first = record.selFirst;
@@ -88,14 +84,13 @@ void removeSelection() {
     showSel();
 }
 
-void initSelection() {
-    endSelection = removeSelection;
+void resetSelection() {
     selStartCol = 0;
     selStartRow = 0;
     selEndCol = -1;
     selEndRow = 0;
-    initDrag();
-    initMarks();
+    resetDrag();
+    watchDrawing(false);
 }
 
 }  // namespace qxterm

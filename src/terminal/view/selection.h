@@ -6,13 +6,13 @@
 namespace qxterm {
 
 /// End points in cell columns and virtual line numbers; the end column is exclusive. selEndCol -1: there is
-/// no selection.
+/// no selection. Written by the two files whose routines stand here, selection.cpp and selection_drag.cpp.
 extern std::int32_t selStartCol;
 extern std::int32_t selStartRow;
 extern std::int32_t selEndCol;
 extern std::int32_t selEndRow;
 
-/// Enables Copy, Paste and Clear of the Edit menu; filled at start-up.
+/// Lines were marked: enables Copy, Paste and Clear of the Edit menu. Filled at start-up.
 extern void (*enableEditItems)();
 
 /// Operations of selFunc.
@@ -46,7 +46,7 @@ void tmrSelect_Timer();
 [[nodiscard]] bool hasSelection();
 /// Marks cleared, nothing shown, selEndCol -1.
 void removeSelection();
-/// Ties the view's hooks; called at start-up.
-void initSelection();
+/// No selection, without drawing; for start values.
+void resetSelection();
 
 }  // namespace qxterm

@@ -55,7 +55,7 @@ void stopDrag() {
     setAutoScroll(false, false);
 }
 
-void initDrag() {
+void resetDrag() {
     buttonHeld = false;
     autoScrollUp = false;
     autoScrollDown = false;
@@ -118,7 +118,7 @@ void picterm_MouseUp(std::int16_t button, std::int16_t /*shift*/, std::int32_t x
                 --lastRow;
             }
             markLines(firstCol, firstRow, lastCol, lastRow);
-            if (enableEditItems != nullptr) enableEditItems();
+            enableEditItems();
         }
         showSel();
     });

@@ -11,6 +11,7 @@ extern Timer tmrSelect;
 [[nodiscard]] bool dragging();
 /// Ends the drag without a selection.
 void stopDrag();
-void initDrag();
+/// No drag; for start values.
+void resetDrag();
 
 }  // namespace qxterm

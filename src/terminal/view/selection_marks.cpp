@@ -63,12 +63,6 @@ void invertCells(std::int32_t row, const RowCells& change) {
     }
 }
 
-/// Columns of a row were drawn afresh, without inversion.
-void redrawn(std::int32_t row, std::int32_t first, std::int32_t last) {
-    if (row < 0 || row >= pageRows) return;
-    invertCells(row, (shown(row) ^ wanted(row)) & cells(first, last));
-}
-
 /// Inverts what is inverted and should not be, and the other way round. True when anything is inverted now.
 bool bringInLine() {
     bool any = false;
@@ -80,21 +74,23 @@ bool bringInLine() {
     return any;
 }
 
-/// A drag selects places of the view, not lines: what it covers stays where it is while the lines move.
-void settled() {
-    if (dragging()) (void)bringInLine();
+}  // namespace
+
+void invertRedrawnCells(std::int32_t row, std::int32_t first, std::int32_t last) {
+    if (row < 0 || row >= pageRows) return;
+    invertCells(row, (shown(row) ^ wanted(row)) & cells(first, last));
 }
 
-}  // namespace
+void keepDragInPlace() {
+    if (dragging()) (void)bringInLine();
+}
 
 void showSel() {
     trapped("showSel", [] {
         // In the middle of output the window lags behind the records: inverted cells would be scrolled away
         // from the lines that they belong to.
         if (pendingScrolls > 0) flushBuf();
-        const bool watch = bringInLine() || dragging() || selEndCol != -1;
-        lineDrawn = watch ? redrawn : nullptr;
-        windowScrolled = watch ? settled : nullptr;
+        watchDrawing(bringInLine() || dragging() || selEndCol != -1);
     });
 }
 
@@ -114,11 +110,6 @@ void clearMarks() {
         std::int32_t last = 0;
         selFunc(selOperation::clear, line, first, last, unused);
     }
-}
-
-void initMarks() {
-    lineDrawn = nullptr;
-    windowScrolled = nullptr;
 }
 
 }  // namespace qxterm

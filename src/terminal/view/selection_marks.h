@@ -8,7 +8,10 @@ namespace qxterm {
 void markLines(std::int32_t firstCol, std::int32_t firstRow, std::int32_t lastCol, std::int32_t lastRow);
 /// Clears the mark of every line.
 void clearMarks();
-/// Nothing is inverted on the window.
-void initMarks();
+
+/// Columns of a row were drawn afresh, without inversion: inverts those that are selected.
+void invertRedrawnCells(std::int32_t row, std::int32_t first, std::int32_t last);
+/// A drag selects places of the view, not lines: what it covers stays where it is while the lines move.
+void keepDragInPlace();
 
 }  // namespace qxterm

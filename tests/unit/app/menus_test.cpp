@@ -6,7 +6,7 @@
 #include "config/profile_record.h"
 #include "config/program_values.h"
 #include "config/user_profile.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "diag/error_trap.h"
 #include "platform/clipboard.h"
 #include "platform/event_loop.h"
@@ -153,7 +153,7 @@ TEST_F(Menus, ARecentProfileIsReadConnectedAndMovedToTheFront) {
 TEST_F(Menus, TheCurrentProfileIsNotReadAgainFromTheRecentOnes) {
     CurrentProfile.name = "a";
     CurrentProfile.phone = "edited";
-    g_iConnectType = connectType::loop;
+    CurrentProfile.connectType = connectType::loop;
     fillMruNames("a");
     thenWait(350);
     mnuprofItem_Click(5);

@@ -5,7 +5,7 @@
 #include "config/profile_record.h"
 #include "config/program_values.h"
 #include "config/user_profile.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "terminal/drawing/cell_size.h"
 
 namespace qxterm::testing {
@@ -181,7 +181,7 @@ TEST_F(OptionsDialog, TheTypesFillThePortAndShowTheirFrame) {
     then([] { press("cmdOK"); });
     show();
     EXPECT_EQ(CurrentProfile.connectType, connectType::serial);
-    EXPECT_EQ(g_iConnectType, connectType::serial);
+    EXPECT_EQ(g_iConnectType(), connectType::serial);
     EXPECT_EQ(CurrentProfile.port, 23);
     EXPECT_EQ(iniValue("Settings", "timeout"),
               "(none)");  // the time-out of all connections is that of net and ssh

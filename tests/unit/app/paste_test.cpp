@@ -7,7 +7,7 @@
 #include "app/program_fixture.h"
 #include "connection/connection_manager.h"
 #include "connection/keyboard.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/transport_controls.h"
 #include "platform/headless/clipboard.h"
 #include "platform/headless/event_loop.h"

@@ -6,7 +6,7 @@
 #include "config/profile_record.h"
 #include "config/program_values.h"
 #include "config/user_profile.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "platform/main_form.h"
 
 namespace qxterm::testing {

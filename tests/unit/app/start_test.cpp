@@ -7,7 +7,7 @@
 #include "config/program_values.h"
 #include "config/user_profile.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/transport_controls.h"
 #include "diag/error_trap.h"
 #include "platform/event_loop.h"
@@ -54,7 +54,7 @@ TEST_F(Start, TheProgramsValuesAreSet) {
     EXPECT_EQ(g_lPortForwardStart, 3000);
     EXPECT_EQ(CurrentProfile.fontSize, 9);
     EXPECT_EQ(CurrentProfile.name, "(untitled)");
-    EXPECT_EQ(g_iConnectType, connectType::ssh);
+    EXPECT_EQ(g_iConnectType(), connectType::ssh);
     EXPECT_EQ(tmrGen.interval(), 250);
     EXPECT_TRUE(tmrGen.enabled());
     EXPECT_EQ(vscterm.minimum(), 501);

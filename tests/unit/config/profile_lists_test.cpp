@@ -3,7 +3,7 @@
 #include "app/menus.h"
 #include "app/program_fixture.h"
 #include "config/ini_file.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "platform/headless/profile_strings.h"
 
 namespace qxterm::testing {

@@ -3,7 +3,7 @@
 #include "app/program_fixture.h"
 #include "config/profile_lists.h"
 #include "config/profile_record.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "platform/headless/display.h"
 #include "platform/main_form.h"
 
@@ -34,7 +34,7 @@ TEST_F(UserProfile, ASectionWithoutKeysGivesASerialProfileOfDefaults) {
     expected.host = "kept";  // host and port are not read for this type
     expected.port = 77;
     EXPECT_EQ(CurrentProfile, expected);
-    EXPECT_EQ(g_iConnectType, connectType::serial);
+    EXPECT_EQ(g_iConnectType(), connectType::serial);
     EXPECT_FALSE(g_bSSHMode);
 }
 
@@ -44,7 +44,7 @@ TEST_F(UserProfile, EachTypeHasItsWord) {
     for (const auto& [word, type] : words) {
         headless::putIni("p", "connect", word);
         readUserProf("p");
-        EXPECT_EQ(g_iConnectType, type) << word;
+        EXPECT_EQ(g_iConnectType(), type) << word;
         EXPECT_EQ(CurrentProfile.connectType, type) << word;
     }
     EXPECT_TRUE(g_bSSHMode);  // set by "ssh", not cleared by the others

@@ -6,8 +6,10 @@
 
 #include "app/program_fixture.h"
 #include "config/profile_record.h"
-#include "connection/session_state.h"
-#include "connection/ssh_hooks.h"
+#include "connection/auto_login.h"
+#include "connection/session.h"
+#include "connection/ssh_helpers.h"
+#include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
 #include "diag/trace_log.h"
@@ -216,31 +218,30 @@ TEST_F(ConnectionManager, ConnectDuringASessionDoesNothing) {
 }
 
 TEST_F(ConnectionManager, AnSshSessionStartsWithTheLocalPrompt) {
-    static Lines calls;
-    calls.clear();
-    sshHooks.DisplayBanner = [] { calls.push_back("banner"); };
-    sshHooks.doFakeLogin = [] { calls.push_back("login"); };
     use(connectType::ssh, "krv", 22);
     connectPort();
-    EXPECT_EQ(calls, (Lines{"banner", "login"}));
+    EXPECT_TRUE(localTextUp());
+    EXPECT_TRUE(localPromptActive());
     EXPECT_TRUE(g_bSSHMode);
     EXPECT_TRUE(records.empty());  // neither socket nor status dialog yet
     EXPECT_EQ(connectionItems(), "0101");
-    sshHooks = {};
 }
 
 TEST_F(ConnectionManager, DisconnectEndsTheHelpersOfAnSshSession) {
-    static Lines calls;
-    calls.clear();
-    sshHooks.ClearSSHText = [] { calls.push_back("clear"); };
-    sshHooks.helperRunning = [] { return true; };
-    sshHooks.endHelpers = [] { calls.push_back("end"); };
     use(connectType::ssh);
-    g_bSSHMode = true;
+    connectPort();
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(350);
+    for (const char c : std::string_view{"bob\rsecret\r"}) frmterm.onKeyPress.raise(std::int16_t{c});
+    ASSERT_TRUE(g_bConnectActive);
+    g_bLoginDone = true;
+    records.clear();
     disconnectPort();
-    EXPECT_EQ(calls, (Lines{"clear", "end"}));
+    EXPECT_EQ(happened(),
+              (Lines{"process terminate zpt_ssh", "process terminate zpt_tnetd", "socket close"}));
+    EXPECT_FALSE(sshHelperRecorded());
+    EXPECT_FALSE(g_bLoginDone);
     EXPECT_TRUE(g_bSSHMode);
-    sshHooks = {};
 }
 
 TEST_F(ConnectionManager, DisconnectBlanksTheScreenAndKeepsTheKeyBar) {

@@ -10,7 +10,7 @@
 #include "connection/connection_manager.h"
 #include "connection/keyboard.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_helpers.h"
 #include "connection/ssh_prompt.h"
 #include "connection/transport_controls.h"

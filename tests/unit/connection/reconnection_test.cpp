@@ -10,7 +10,7 @@
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/network.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_helpers.h"
 #include "connection/transport_controls.h"
 #include "platform/headless/process.h"
@@ -60,7 +60,7 @@ protected:
     static void expectIdle() {
         headless::advance(5000);
         EXPECT_FALSE(g_bConnectActive);
-        EXPECT_EQ(g_bSSHMode, g_iConnectType == connectType::ssh);
+        EXPECT_EQ(g_bSSHMode, g_iConnectType() == connectType::ssh);
         EXPECT_FALSE(comnet2.connected());
         EXPECT_FALSE(comser.portOpen());
         EXPECT_TRUE(mnuconnitem.entry(0).enabled);

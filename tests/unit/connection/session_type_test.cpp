@@ -12,7 +12,7 @@
 #include "config/user_profile.h"
 #include "connection/connection_manager.h"
 #include "connection/serial_line.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_helpers.h"
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
@@ -125,7 +125,7 @@ TEST_P(SessionToldAnotherType, StaysWhatItIsUntilItEnds) {
     connect(own());
     chooseType(told());
     EXPECT_EQ(CurrentProfile.connectType, told());
-    EXPECT_EQ(g_iConnectType, own());
+    EXPECT_EQ(g_iConnectType(), own());
 
     typeText("k");
     EXPECT_EQ(happened(), sent("6b"));
@@ -154,7 +154,7 @@ TEST_P(SessionToldAnotherType, StaysWhatItIsUntilItEnds) {
     EXPECT_FALSE(comser.portOpen());
     EXPECT_FALSE(comnet2.connected());
     EXPECT_FALSE(sshHelperRecorded());
-    EXPECT_EQ(g_iConnectType, told());
+    EXPECT_EQ(g_iConnectType(), told());
 }
 
 TEST_P(SessionToldAnotherType, TheNextSessionIsOfTheTypeTold) {
@@ -168,7 +168,7 @@ TEST_P(SessionToldAnotherType, TheNextSessionIsOfTheTypeTold) {
     if (waits) then([] { EXPECT_TRUE(frmConn.loaded()); });
     if (waits) then([] { click(frmConn, "cmdCancel"); });
     ASSERT_TRUE(headless::chooseMenu(mnuconnitem, 0));
-    EXPECT_EQ(g_iConnectType, told());
+    EXPECT_EQ(g_iConnectType(), told());
     const Lines lines = happened();
     EXPECT_EQ(::testing::Value(lines, ::testing::Contains("socket connect krv 23")),
               told() == connectType::net);
@@ -180,14 +180,14 @@ TEST_F(SessionType, AnAttemptIsAbandonedAsWhatItIs) {
     use(connectType::net);
     thenOpenOptionsAndChooseType(connectType::serial);
     then([] {
-        EXPECT_EQ(g_iConnectType, connectType::net);
+        EXPECT_EQ(g_iConnectType(), connectType::net);
         EXPECT_EQ(CurrentProfile.connectType, connectType::serial);
         records.clear();
         click(frmConn, "cmdCancel");
     });
     connectPort();
     EXPECT_EQ(happened(), (Lines{"socket close", "window frmConn unload"}));
-    EXPECT_EQ(g_iConnectType, connectType::serial);
+    EXPECT_EQ(g_iConnectType(), connectType::serial);
 }
 
 TEST_F(SessionType, AnAttemptThatComesUpIsWhatItWasStartedAs) {
@@ -196,7 +196,7 @@ TEST_F(SessionType, AnAttemptThatComesUpIsWhatItWasStartedAs) {
     thenSocketConnects();
     connectPort();
     EXPECT_TRUE(g_bConnectActive);
-    EXPECT_EQ(g_iConnectType, connectType::net);
+    EXPECT_EQ(g_iConnectType(), connectType::net);
     EXPECT_FALSE(mnuconnitem.entry(2).enabled);
     records.clear();
     typeText("k");
@@ -219,7 +219,7 @@ TEST_F(SessionType, AModemThatDialsGoesOnAsAModem) {
     headless::setCarrier(comser, false);  // ends a modem's session only
     EXPECT_EQ(boxes(), (Lines{"The connection has been dropped"}));
     EXPECT_FALSE(comser.portOpen());
-    EXPECT_EQ(g_iConnectType, connectType::net);
+    EXPECT_EQ(g_iConnectType(), connectType::net);
 }
 
 TEST_F(SessionType, ThePollOfASerialLineGoesWithIt) {
@@ -243,7 +243,7 @@ TEST_F(SessionType, TheLoginPromptTakesTheKeysWhateverIsChosenMeanwhile) {
     thenSocketConnects();
     typeText("secret\r");
     EXPECT_TRUE(g_bConnectActive);
-    EXPECT_EQ(g_iConnectType, connectType::ssh);
+    EXPECT_EQ(g_iConnectType(), connectType::ssh);
     EXPECT_EQ(recorded("process", "name"), (Lines{"zpt_ssh", "zpt_tnetd"}));
     EXPECT_EQ(recorded("socket", "host"), (Lines{"localhost"}));
     records.clear();
@@ -252,7 +252,7 @@ TEST_F(SessionType, TheLoginPromptTakesTheKeysWhateverIsChosenMeanwhile) {
     mnuconnitem_Click(connectionItem::disconnect);
     EXPECT_FALSE(sshHelperRecorded());
     EXPECT_TRUE(g_bSSHMode) << "only a network connection clears it";
-    EXPECT_EQ(g_iConnectType, connectType::serial);
+    EXPECT_EQ(g_iConnectType(), connectType::serial);
 }
 
 TEST_F(SessionType, ALoginPromptIsTakenDownAsOne) {
@@ -261,7 +261,7 @@ TEST_F(SessionType, ALoginPromptIsTakenDownAsOne) {
     chooseType(connectType::serial);
     mnuconnitem_Click(connectionItem::disconnect);
     EXPECT_FALSE(localTextUp());
-    EXPECT_EQ(g_iConnectType, connectType::serial);
+    EXPECT_EQ(g_iConnectType(), connectType::serial);
 }
 
 TEST_F(SessionType, ATunnelThatWaitsForItsSocketIsTakenDown) {
@@ -271,7 +271,7 @@ TEST_F(SessionType, ATunnelThatWaitsForItsSocketIsTakenDown) {
     then([] { click(frmConn, "cmdCancel"); });
     typeText("bob\rsecret\r");
     EXPECT_EQ(recorded("process", "op"), (Lines{"start", "start", "terminate", "terminate"}));
-    EXPECT_EQ(g_iConnectType, connectType::net);
+    EXPECT_EQ(g_iConnectType(), connectType::net);
 }
 
 TEST_F(SessionType, AModemWithoutADialogGivesWayToAnotherType) {
@@ -280,12 +280,12 @@ TEST_F(SessionType, AModemWithoutADialogGivesWayToAnotherType) {
     connectPort();
     EXPECT_TRUE(comser.portOpen());
     chooseType(connectType::net);
-    EXPECT_EQ(g_iConnectType, connectType::modem);
+    EXPECT_EQ(g_iConnectType(), connectType::modem);
     thenSocketConnects();
     connectPort();
     EXPECT_FALSE(comser.portOpen());
     EXPECT_EQ(recorded("socket", "op"), (Lines{"connect"}));
-    EXPECT_EQ(g_iConnectType, connectType::net);
+    EXPECT_EQ(g_iConnectType(), connectType::net);
 }
 
 TEST_F(SessionType, AProfileThatIsReadDoesNotChangeTheSession) {
@@ -294,7 +294,7 @@ TEST_F(SessionType, AProfileThatIsReadDoesNotChangeTheSession) {
     connect(connectType::net);
     readUserProf("line");
     EXPECT_EQ(CurrentProfile.connectType, connectType::serial);
-    EXPECT_EQ(g_iConnectType, connectType::net);
+    EXPECT_EQ(g_iConnectType(), connectType::net);
 }
 
 TEST_F(SessionType, AnAttemptThatCouldNotBeStartedHoldsNothing) {
@@ -303,12 +303,12 @@ TEST_F(SessionType, AnAttemptThatCouldNotBeStartedHoldsNothing) {
     connectPort();
     EXPECT_EQ(boxes().size(), 1U);
     use(connectType::net);
-    EXPECT_EQ(g_iConnectType, connectType::net);
+    EXPECT_EQ(g_iConnectType(), connectType::net);
     CurrentProfile.port = 65536;
     connectPort();
     EXPECT_EQ(boxes().size(), 2U);
     use(connectType::loop);
-    EXPECT_EQ(g_iConnectType, connectType::loop);
+    EXPECT_EQ(g_iConnectType(), connectType::loop);
 }
 
 TEST_F(SessionType, WithoutAHostTheTypeChosenHoldsAtOnce) {
@@ -317,7 +317,7 @@ TEST_F(SessionType, WithoutAHostTheTypeChosenHoldsAtOnce) {
         CurrentProfile.host.clear();
         thenChooseType(connectType::serial);
         connectPort();
-        EXPECT_EQ(g_iConnectType, connectType::serial) << type;
+        EXPECT_EQ(g_iConnectType(), connectType::serial) << type;
     }
 }
 

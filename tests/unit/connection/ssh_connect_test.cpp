@@ -6,7 +6,7 @@
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
 #include "connection/keyboard.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "connection/ssh_helpers.h"
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"

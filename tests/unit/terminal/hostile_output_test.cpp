@@ -2,8 +2,9 @@
 #include <random>
 #include <string>
 
+#include "config/profile_record.h"
 #include "connection/keyboard.h"
-#include "connection/session_state.h"
+#include "connection/session.h"
 #include "platform/headless/event_loop.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/interpreter/sequences.h"
@@ -295,7 +296,7 @@ TEST_P(HostileOutput, BeepsReverseScreenAndBarByTheThousand) {
 
 TEST_P(HostileOutput, LoopConnectionTypedAndPasted) {
     g_bConnectActive = true;
-    g_iConnectType = connectType::loop;
+    CurrentProfile.connectType = connectType::loop;
     for (const char c : testing::RandomOutput{9}.bytes(20000)) {
         Form_KeyPress(static_cast<std::int16_t>(static_cast<unsigned char>(c)));
         if (c == 'k') Form_KeyDown(112, 0);

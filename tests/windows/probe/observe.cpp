@@ -204,6 +204,7 @@ Json resources() {
 
 Json drawn() {
     lineDrawn = noteDraw;
+    watchDrawing(true);
     return {{"last", lastDraw}, {"count", drawCount}};
 }
 
