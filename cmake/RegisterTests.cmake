@@ -17,16 +17,17 @@ endfunction()
 # Unit tests
 
 include(GoogleTest)
-set_target_properties(unit-tests PROPERTIES CROSSCOMPILING_EMULATOR "${checks}/named-test.sh;--gtest")
-gtest_discover_tests(
-    unit-tests
-    TEST_PREFIX "unit/"
-    NO_PRETTY_VALUES
-    DISCOVERY_MODE PRE_TEST
-    WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
-    PROPERTIES LABELS unit TIMEOUT 120
-)
-qxterm_test(terminal-alone unit 60 "$<TARGET_FILE:terminal-alone>")
+foreach(program unit-tests terminal-tests)
+    set_target_properties(${program} PROPERTIES CROSSCOMPILING_EMULATOR "${checks}/named-test.sh;--gtest")
+    gtest_discover_tests(
+        ${program}
+        TEST_PREFIX "unit/"
+        NO_PRETTY_VALUES
+        DISCOVERY_MODE PRE_TEST
+        WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
+        PROPERTIES LABELS unit TIMEOUT 120
+    )
+endforeach()
 
 # Scenarios: one test a file
 
@@ -123,11 +124,13 @@ endfunction()
 qxterm_test(wine/prefix wine 300 "${with_prefix}" true)
 set_tests_properties(wine/prefix PROPERTIES RUN_SERIAL ON FIXTURES_SETUP wine_prefix)
 
-qxterm_wine_test(
-    wine/unit-tests 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/unit-tests.exe"
-    --gtest_brief=1
-)
-qxterm_run_alone(wine/unit-tests)
+foreach(program unit-tests terminal-tests)
+    qxterm_wine_test(
+        wine/${program} 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/${program}.exe"
+        --gtest_brief=1
+    )
+    qxterm_run_alone(wine/${program})
+endforeach()
 qxterm_wine_test(
     wine/scenarios
     900

@@ -1,5 +1,5 @@
-# unit-tests: every file below tests/unit/, linked with the portable modules, the headless platform and the helpers'
-# parts. GoogleTest is built from its sources, for Linux and for Windows alike.
+# unit-tests: the files below tests/unit/, linked with the portable modules, the headless platform and the helpers'
+# parts; terminal-tests: those of the terminal. GoogleTest is built from its sources, for Linux and for Windows alike.
 
 if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
     message(FATAL_ERROR "/usr/src/googletest is missing: install googletest (tools/setup/install.sh build)")
@@ -8,12 +8,18 @@ endif()
 set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 
+file(GLOB_RECURSE terminal_sources CONFIGURE_DEPENDS tests/unit/terminal/*.cpp)
 file(GLOB_RECURSE sources CONFIGURE_DEPENDS tests/unit/*.cpp)
+list(REMOVE_ITEM sources ${terminal_sources})
 add_executable(unit-tests ${sources})
-target_include_directories(unit-tests PRIVATE tests/unit)
 qxterm_link(unit-tests qxterm_scenario_parts)
-target_link_libraries(unit-tests PRIVATE zpt_ssh_parts zpt_tnetd_parts GTest::gmock_main)
+target_link_libraries(unit-tests PRIVATE zpt_ssh_parts zpt_tnetd_parts)
 
-# The terminal must need neither connections nor application.
-add_executable(terminal-alone tests/terminal-alone/terminal_alone.cpp)
-qxterm_link(terminal-alone qxterm_terminal qxterm_headless)
+# The terminal needs neither connections nor application: its tests do not link them.
+add_executable(terminal-tests ${terminal_sources})
+qxterm_link(terminal-tests qxterm_terminal qxterm_headless)
+
+foreach(program unit-tests terminal-tests)
+    target_include_directories(${program} PRIVATE tests/unit)
+    target_link_libraries(${program} PRIVATE GTest::gmock_main)
+endforeach()

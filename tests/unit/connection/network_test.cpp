@@ -16,6 +16,7 @@
 #include "platform/headless/event_loop.h"
 #include "platform/headless/socket.h"
 #include "platform/headless/user.h"
+#include "terminal/interpreter/interpreter.h"
 #include "terminal/model/screen_store.h"
 
 namespace qxterm::testing {
@@ -289,6 +290,15 @@ TEST_F(AutoLogin, WhatTheFilterDropsIsNotShown) {
     g_bLoginDone = true;
     arrive("$ ");
     EXPECT_EQ(row(0), "$");
+}
+
+TEST_F(Network, TelnetIsAnsweredWhileTheSocketIsConnected) {
+    arrive("\xFF\xFD\x18");
+    EXPECT_EQ(recorded("send", "bytes"), (Lines{"fffb18"}));
+    records.clear();
+    comnet2.close();
+    processInput("\xFF\xFD\x18");
+    EXPECT_EQ(recorded("send", "bytes"), Lines{});
 }
 
 }  // namespace

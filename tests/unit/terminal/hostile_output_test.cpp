@@ -2,9 +2,6 @@
 #include <random>
 #include <string>
 
-#include "config/profile_record.h"
-#include "connection/keyboard.h"
-#include "connection/session.h"
 #include "platform/headless/event_loop.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/interpreter/sequences.h"
@@ -292,20 +289,6 @@ TEST_P(HostileOutput, BeepsReverseScreenAndBarByTheThousand) {
     EXPECT_EQ(faults(), "");
     EXPECT_EQ(screenMode, 0);
     EXPECT_EQ(screenBackIndex, 0);
-}
-
-TEST_P(HostileOutput, LoopConnectionTypedAndPasted) {
-    g_bConnectActive = true;
-    CurrentProfile.connectType = connectType::loop;
-    for (const char c : testing::RandomOutput{9}.bytes(20000)) {
-        Form_KeyPress(static_cast<std::int16_t>(static_cast<unsigned char>(c)));
-        if (c == 'k') Form_KeyDown(112, 0);
-    }
-    // a key that types itself is interpreted once
-    host("\x1b[2p\x1b[1;4;0q................\x1b[1p");
-    Form_KeyDown(112, 0);
-    sendTyped(testing::RandomOutput{10}.bytes(GetParam() == 1 ? 10000 : 1000000));
-    g_bConnectActive = false;
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "terminal/interpreter/sequences.h"
 
-#include "app/program_fixture.h"
-#include "connection/transport_controls.h"
-#include "platform/headless/socket.h"
+#include <string>
+#include <vector>
+
 #include "platform/hex_text.h"
+#include "terminal/interpreter/telnet.h"
+#include "terminal/terminal_fixture.h"
 
 namespace qxterm::testing {
 namespace {
@@ -16,13 +18,19 @@ struct Outcome {
     friend bool operator==(const Outcome&, const Outcome&) = default;
 };
 
-class Telnet : public ProgramTest {
+/// The answers so far, in hexadecimal.
+Sent answers;
+
+class Telnet : public TerminalTest {
 protected:
     void SetUp() override {
-        ProgramTest::SetUp();
-        comnet2.connect("host", 23);
-        headless::socketConnects(comnet2);
-        records.clear();
+        TerminalTest::SetUp();
+        answers.clear();
+        answerHost = [](std::string_view bytes) { answers.push_back(hexText(bytes)); };
+    }
+    void TearDown() override {
+        answerHost = [](std::string_view) {};
+        TerminalTest::TearDown();
     }
     /// A command whose IAC stands at a place of the data.
     static Outcome run(std::string_view data, std::size_t place = 0) {
@@ -31,7 +39,7 @@ protected:
         doTelnet(input);
         return {input.position, input.carried};
     }
-    static Sent sent() { return recorded("send", "bytes"); }
+    static Sent sent() { return answers; }
 };
 
 TEST_F(Telnet, TheTerminalTypeIsOffered) {
@@ -90,12 +98,6 @@ TEST_F(Telnet, AnUnfinishedCommandIsCarried) {
 TEST_F(Telnet, ACommandInTheMiddleOfTheDataIsFound) {
     EXPECT_EQ(run("ab\xFF\xFD\x01zz", 2), (Outcome{5, false}));
     EXPECT_EQ(sent(), (Sent{"fffc01"}));
-}
-
-TEST_F(Telnet, NothingIsAnsweredWithoutAConnectedSocket) {
-    comnet2.close();
-    EXPECT_EQ(run("\xFF\xFD\x18"), (Outcome{3, false}));
-    EXPECT_TRUE(sent().empty());
 }
 
 }  // namespace

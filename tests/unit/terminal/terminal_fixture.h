@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "diag/recorded.h"
-#include "headless-session/session.h"
 #include "platform/headless/message_box.h"
 #include "platform/headless/picture_box.h"
 #include "terminal/commands/erasing.h"
@@ -22,17 +21,18 @@
 #include "terminal/model/attributes.h"
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
+#include "terminal/terminal_alone.h"
 
 namespace qxterm::testing {
 
-/// A test of the terminal as the program runs it: started without a profile, nothing written on the screen.
+/// A test of the terminal alone: started, nothing written on the screen.
 class TerminalTest : public RecordedTest {
 protected:
     void SetUp() override {
-        headless::startProgram();
+        startTerminalAlone();
         watch();
     }
-    void TearDown() override { headless::resetAll(); }
+    void TearDown() override { resetTerminalAlone(); }
 
     /// One block of host output.
     static void host(std::string_view block) { processInput(block); }
