@@ -81,6 +81,7 @@ void resetTerminal() {
 }
 
 void startTerminal() {
+    makeBlankLine();  // a short line that is stored over one of these leaves its rest
     for (ScreenLine& line : scrollback) line = blankLine;
     recordsToDraw = 0;
     inputBusy = 0;

@@ -1,6 +1,9 @@
 #include <array>
 #include <string>
 
+#include "terminal/commands/reset.h"
+#include "terminal/drawing/text_look.h"
+#include "terminal/model/attributes.h"
 #include "terminal/terminal_fixture.h"
 
 namespace qxterm {
@@ -104,6 +107,16 @@ TEST_F(ScrollbackMap, VirtualNumbersAbove500AreScreenRows) {
     host("\x1b[24;1Hlast\x1b[1;1Hfirst");
     EXPECT_EQ(&virtualLine(501), &lineOnRow(0));
     EXPECT_EQ(&virtualLine(524), &lineOnRow(23));
+}
+
+TEST(StartOfTheTerminal, TheScrollbackIsBlankBeforeAnythingElseHasRun) {
+    blankLine = ScreenLine{};  // as in a program that has just been loaded
+    startTerminal();
+    for (const ScreenLine& line : scrollback) {
+        EXPECT_EQ(line.text[screenColumns - 1], ' ');
+        EXPECT_EQ(line.attrs[screenColumns], defaultAttr);
+    }
+    initAttributes();
 }
 
 }  // namespace
