@@ -28,9 +28,8 @@
 #include "terminal/drawing/paint.h"
 #include "terminal/interpreter/telnet.h"
 #include "terminal/model/input_busy.h"
-#include "terminal/view/scrollback_view.h"
+#include "terminal/view/screen_events.h"
 #include "terminal/view/selection.h"
-#include "terminal/view/selection_drag.h"
 #include "terminal/view/selection_marks.h"
 #include "timers/timer_registry.h"
 
@@ -101,20 +100,10 @@ void connectMenuEvents() {
     mnuhelpItem.onClick.connect("mnuhelpItem_Click", mnuhelpItem_Click);
 }
 
-void connectScreenEvents() {
+void connectKeyEvents() {
     frmterm.onKeyDown.connect("Form_KeyDown", Form_KeyDown);
     frmterm.onKeyPress.connect("Form_KeyPress", Form_KeyPress);
-    frmterm.onActivateMessage.connect("mbResize", mbResize);
     for (Button& key : CScmdfkey) key.onClickIndex.connect("CScmdfkey_Click", CScmdfkey_Click);
-    picterm.onPaint.connect("picterm_Paint", picterm_Paint);
-    picterm.onPaintMessage.connect("mbPaint", mbPaint);
-    picterm.onMouseDown.connect("picterm_MouseDown", picterm_MouseDown);
-    picterm.onMouseMove.connect("picterm_MouseMove", picterm_MouseMove);
-    picterm.onMouseUp.connect("picterm_MouseUp", picterm_MouseUp);
-    picterm.onWheel.connect("picterm_MouseWheel", wheelView);
-    tmrSelect.onTimer.connect("tmrSelect_Timer", tmrSelect_Timer);
-    vscterm.onChange.connect("vscterm_Change", vscterm_Change);
-    vscterm.onScroll.connect("vscterm_Scroll", vscterm_Scroll);
 }
 
 }  // namespace
@@ -128,6 +117,7 @@ void connectModules() {
     connectTransportEvents();
     connectMenuEvents();
     connectScreenEvents();
+    connectKeyEvents();
     connectMainWindow();
     connectStatusDialog();
     connectProfileDialog();

@@ -17,9 +17,9 @@
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/screen_store.h"
+#include "terminal/view/screen_events.h"
 #include "terminal/view/scrollback_view.h"
 #include "terminal/view/selection.h"
-#include "terminal/view/selection_drag.h"
 #include "terminal/view/selection_marks.h"
 #include "timers/timer_registry.h"
 
@@ -40,16 +40,7 @@ void connectTerminal() {
         if (inputBusy == 0) blinkTextStep();
     };
     tmrGen.onTimer.connect("tmrGen_Timer", tmrGen_Timer);
-    frmterm.onActivateMessage.connect("mbResize", mbResize);
-    picterm.onPaint.connect("picterm_Paint", picterm_Paint);
-    picterm.onPaintMessage.connect("mbPaint", mbPaint);
-    picterm.onMouseDown.connect("picterm_MouseDown", picterm_MouseDown);
-    picterm.onMouseMove.connect("picterm_MouseMove", picterm_MouseMove);
-    picterm.onMouseUp.connect("picterm_MouseUp", picterm_MouseUp);
-    picterm.onWheel.connect("picterm_MouseWheel", wheelView);
-    tmrSelect.onTimer.connect("tmrSelect_Timer", tmrSelect_Timer);
-    vscterm.onChange.connect("vscterm_Change", vscterm_Change);
-    vscterm.onScroll.connect("vscterm_Scroll", vscterm_Scroll);
+    connectScreenEvents();
 }
 
 }  // namespace
