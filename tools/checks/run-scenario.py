@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
 """Runs scenarios and compares what each command printed with what the file expects below it.
 
-Usage: run-scenario.py --program COMMAND [--write] FILE.scn ...
-       run-scenario.py --program COMMAND [--write] --all FOLDER
+Usage: run-scenario.py --program COMMAND [--write] [--jobs N] FILE.scn ...
+       run-scenario.py --program COMMAND [--write] [--jobs N] --all FOLDER
 
 scenario_file.py tells how the expected lines are written. Objects are compared as JSON: neither the order of their keys
 nor the layout counts. A line that cannot be carried out prints an object of its own, `fault message="..."`; without
 one the scenario must end with status 0 and nothing on standard error.
 
---write puts what was printed in the place of what was expected. It takes the program at its word: each line that it
-changes has to be checked by hand.
+Several are run at once, as many as there are processors unless --jobs says otherwise. --write puts what was printed
+in the place of what was expected. It takes the program at its word: each line that it changes has to be checked by
+hand.
 """
 
 import argparse
@@ -145,6 +146,7 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--write", action="store_true")
     parser.add_argument("--all")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("files", nargs="*")
     arguments = parser.parse_args()
     scenarios = list(arguments.files)
@@ -157,7 +159,7 @@ def main():
     program = shlex.split(arguments.program)
     treat = write if arguments.write else run
     failed = 0
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
         for scenario, lines in zip(scenarios, pool.map(lambda s: treat(program, s), scenarios)):
             if lines:
                 failed += 1

@@ -6,13 +6,22 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 if [[ $# -eq 0 || $1 == -h || $1 == --help ]]; then
     cat <<TEXT
-Usage: tools/setup/with-prefix.sh COMMAND [ARGUMENT ...]
+Usage: tools/setup/with-prefix.sh [--keep-server] COMMAND [ARGUMENT ...]
 
 Runs COMMAND with WINEPREFIX naming a fresh copy of build/wine-base (made when it is missing), WINE naming
 the Wine loader, and the rest of Wine's environment set. Ends that prefix's Wine processes and removes the copy
 when COMMAND has ended. Exits with the status of COMMAND.
+
+With --keep-server Wine's server stays from the beginning to the end, for a COMMAND that runs many programs one after
+the other: a server that goes by itself may do so just when the next program connects to it.
 TEXT
     [[ $# -gt 0 ]] && exit 0 || exit 2
+fi
+
+keep_server=
+if [[ $1 == --keep-server ]]; then
+    keep_server=yes
+    shift
 fi
 
 source "$here/wine-env.sh"
@@ -51,6 +60,12 @@ for folder in . drive_c/users drive_c/ProgramData; do
 done
 (cd "$base" && find drive_c/windows -type f -name '*.ini' -print0 |
     xargs -0 -r cp -p --parents --remove-destination -t "$WINEPREFIX")
+
+if [[ -n $keep_server ]]; then
+    wineserver -p
+    # The first program of all brings up the desktop's services; two that do so at the same time may wait for ever.
+    "$WINE" cmd /c exit >/dev/null 2>&1 </dev/null
+fi
 
 "$@" <&0 &
 child=$!
