@@ -26,7 +26,12 @@ void SynchFilter::put(char byte, bool urgent, bool pairIsSynch, std::string& out
         }
         return;
     }
-    const bool synch = byte == dataMark && (urgent || pairIsSynch || kept_ == Iac::urgent);
+    // The DM between two urgent ones has been lost.
+    if (urgent && byte == iac && kept_ != Iac::plain) {
+        kept_ = Iac::urgent;
+        return;
+    }
+    const bool synch = byte == dataMark && (urgent || pairIsSynch || kept_ != Iac::plain);
     kept_ = Iac::none;
     if (synch) return;
     out += iac;
@@ -60,7 +65,10 @@ bool SynchFilter::mayHoldSynch(std::string_view block) const {
 
 void SynchFilter::arrived(std::string_view block, bool urgentWaits, std::string& out) {
     if (block.empty()) return;
-    if (kept_ == Iac::none && block.front() == dataMark && takeFromAhead(iac)) {
+    const bool placeFound = kept_ == Iac::none && block.front() == dataMark && takeFromAhead(iac);
+    // A byte told ahead whose place is further on waits as well.
+    urgentWaits = urgentWaits || !ahead_.empty();
+    if (placeFound) {
         urgentHere(iac, out);
     } else if (urgentWaits && kept_ == Iac::none && block.front() == dataMark) {
         block.remove_prefix(1);
@@ -77,7 +85,7 @@ void SynchFilter::arrived(std::string_view block, bool urgentWaits, std::string&
         out.append(block.substr(0, run));
         block.remove_prefix(run);
         if (block.empty()) break;
-        kept_ = Iac::plain;
+        kept_ = urgentWaits ? Iac::overtaken : Iac::plain;
         block.remove_prefix(1);
     }
     if (kept_ != Iac::none && takeFromAhead(dataMark)) urgentHere(dataMark, out);

@@ -37,7 +37,12 @@ public:
     void ended(std::string& out);
 
 private:
-    enum class Iac { none, plain, urgent };
+    enum class Iac {
+        none,
+        plain,
+        overtaken,  ///< arrived while an urgent byte waited: it may have lost its urgency to that one
+        urgent,
+    };
 
     void put(char byte, bool urgent, bool pairIsSynch, std::string& out);
     /// Whether this byte is among ahead_; it is no longer then.

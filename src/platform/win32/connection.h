@@ -33,8 +33,9 @@ struct Socket::Native {
     std::size_t nextAddress = 0;
     int lastError = 0;
 
-    SynchFilter synchs;        ///< between the system and received
-    bool urgentTaken = false;  ///< the urgent byte whose place has been reached has been taken
+    SynchFilter synchs;           ///< between the system and received
+    bool urgentTaken = false;     ///< the urgent byte whose place has been reached has been taken
+    bool tellsAnnounced = false;  ///< the system tells an urgent byte under way from none
     std::string received;
     std::size_t taken = 0;        ///< bytes of received that getData has handed out
     std::uint64_t takenEver = 0;  ///< tells whether a handler has read anything

@@ -8,6 +8,7 @@
 #include "platform/win32/event_loop.h"
 #include "platform/win32/message_window.h"
 #include "platform/win32/twips.h"
+#include "platform/win32/urgent_data.h"
 
 namespace qxterm {
 namespace win32 {
@@ -40,6 +41,7 @@ void connectAnswered(Connection& connection, int error) {
         return;
     }
     connection.state = State::connected;
+    learnAboutUrgentBytes(connection);
     connection.owner.onConnect.raise();
 }
 

@@ -12,7 +12,9 @@
 // byte has been taken. FIONREAD counts what stands in front of the mark. A read that begins at the mark drops
 // the byte. There is one mark: when another urgent byte arrives before the first one's mark has been passed,
 // that one is dropped if the mark had been reached, and stays in the stream as an ordinary byte otherwise,
-// taken or not.
+// taken or not. A sender that is in arrears announces a mark before its byte arrives: that takes the urgency
+// of the one before it, too. Under Wine a question for the byte is then put off, where it is refused when
+// there is none; where it is put off in either case it tells nothing.
 
 namespace qxterm::win32 {
 namespace {
@@ -31,13 +33,27 @@ bool saysUrgent(const Connection& connection) {
     return none == 0;
 }
 
-/// Whether an urgent byte waits that has not been taken, wherever its mark is.
+enum class UrgentByte {
+    none,
+    announced,  ///< its mark stands, the byte itself is still under way
+    waits,
+};
+
+/// What asking for the urgent byte without taking it tells.
+UrgentByte askForUrgentByte(const Connection& connection) {
+    char byte = 0;
+    if (recv(connection.handle, &byte, 1, MSG_OOB | MSG_PEEK) == 1) return UrgentByte::waits;
+    return WSAGetLastError() == WSAEWOULDBLOCK ? UrgentByte::announced : UrgentByte::none;
+}
+
+/// Whether an urgent byte waits that has not been taken, or is announced, wherever its mark is.
 bool urgentByteWaits(const Connection& connection) {
     fd_set urgent;
     FD_ZERO(&urgent);
     FD_SET(connection.handle, &urgent);
     timeval atOnce{};
-    return select(0, nullptr, nullptr, &urgent, &atOnce) == 1;
+    if (select(0, nullptr, nullptr, &urgent, &atOnce) == 1) return true;
+    return connection.tellsAnnounced && askForUrgentByte(connection) != UrgentByte::none;
 }
 
 /// Reads at most so many bytes; returns as recv does. overtaken: an urgent byte behind them has been taken
@@ -91,6 +107,10 @@ void takeUrgentByte(Connection& connection) {
 }
 
 }  // namespace
+
+void learnAboutUrgentBytes(Connection& connection) {
+    connection.tellsAnnounced = askForUrgentByte(connection) == UrgentByte::none;
+}
 
 int readStream(Connection& connection) {
     takeUrgentByte(connection);

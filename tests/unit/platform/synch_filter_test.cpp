@@ -212,6 +212,29 @@ TEST(SynchFilter, SurvivesTheLossOfOneHalfWhileAnotherWaits) {
     EXPECT_EQ(toldHere({"xI", "yz"}, false), "xIyz");
 }
 
+TEST(SynchFilter, AnUrgentIacBehindOneThatMayBeUrgentHasLostTheDmBetween) {
+    EXPECT_EQ(toldHere({"x", "i", "i", "Dy"}), "xy");
+    EXPECT_EQ(toldHere({"xI", "i", "Dy"}, true), "xy");
+    EXPECT_EQ(toldHere({"xI", "i", "Dy"}, false), "xIIDy");
+}
+
+TEST(SynchFilter, ASynchIsNoLessOneWhenItsHalvesAreReadApart) {
+    SynchFilter filter;
+    std::string out;
+    filter.arrived(bytesOf("xI"), true, out);
+    filter.arrived(bytesOf("DyIDz"), false, out);
+    EXPECT_EQ(lettersOf(out), "xyIDz");
+}
+
+TEST(SynchFilter, AByteToldAheadWaitsUntilItsPlaceIsFound) {
+    SynchFilter filter;
+    std::string out;
+    filter.urgentAhead(byteOf('i'), out);
+    filter.arrived(bytesOf("xIDy"), false, out);
+    filter.arrived(bytesOf("DzIDz"), false, out);
+    EXPECT_EQ(lettersOf(out), "xyzIDz");
+}
+
 TEST(SynchFilter, KnowsWhichBlocksMayHoldASynch) {
     SynchFilter filter;
     EXPECT_FALSE(filter.mayHoldSynch(""));
