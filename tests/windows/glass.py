@@ -392,11 +392,13 @@ def goesOn(desk, lines, what):
     row = height // 25
     sent = lines.sent
     pictures = set()
-    for _ in range(6):
+
+    def look():
         pictures.add(capture(left, top + 21 * row, width // 4, 3 * row))
-        time.sleep(0.1)
-    check(len(pictures) >= 5, f"{what}: of 6 pictures of the window {len(pictures)} differ; "
-                              f"see {saveScreen(TEST + '-stands')}")
+        return len(pictures) >= 5
+
+    waitFor(look, lambda: f"{what}: there are {len(pictures)} pictures of the window; see {saveScreen(TEST + '-stands')}",
+            pause=0.1)
     check(lines.sent > sent, f"{what}: the lines flow on")
     lines.flow.clear()
     isShown(desk, what)

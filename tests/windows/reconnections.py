@@ -30,6 +30,7 @@ def held(program):
 
 def menu(program, letter):
     """Without the wait for the menu: the keys wait for it themselves."""
+    program.focus()
     program.key("alt+c", letter)
 
 

@@ -5,7 +5,7 @@ import socket
 import subprocess
 import time
 
-from program import TITLE, Failure, Program, checkEqual, waitFor, xdotool
+from program import TITLE, Failure, Program, checkEqual, focusTitle, waitFor, xdotool
 
 MENUS = ("Profile", "Edit", "Connection", "Help")
 
@@ -40,7 +40,12 @@ class Desk(Program):
     def dialog(self, name):
         """Waits until a form is open and has the keyboard."""
         self.waitForm(name)
-        waitFor(lambda: self.ask("focus")["form"] == name, lambda: f"{name} has the keyboard: {self.ask('focus')}")
+
+        def ready():
+            focus, places = self.ask("focus", "places")
+            return focus["form"] == name and focusTitle() == places[name]["title"]
+
+        waitFor(ready, lambda: f"{name} has the keyboard: {self.ask('focus')}, {focusTitle()!r}")
 
     def gone(self, name):
         self.waitForm(name, loaded=False)
@@ -64,8 +69,8 @@ class Desk(Program):
     def answer(self, text, button, ends=False):
         """Clicks a button of the message box with this text, or presses Enter for OK. ends: the program then ends."""
         box = self.messageBox(text)
-        waitFor(lambda: any(window["active"] and window["class"] == "#32770" for window in self.ask("windows")),
-                "the message box is active")
+        waitFor(lambda: any(window["active"] and window["class"] == "#32770" for window in self.ask("windows"))
+                and focusTitle() == box["title"], "the message box has the keyboard")
         if button == "OK":
             self.key("Return")
         else:

@@ -55,6 +55,14 @@ def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True, stdout=subprocess.DEVNULL)
 
 
+def focusTitle():
+    """The title of the window that has the display's keyboard. The program knows of its windows before the display shows
+    them and after it has taken them away: what is typed or clicked meanwhile is lost."""
+    done = subprocess.run(["xdotool", "getwindowfocus", "getwindowname"], stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, text=True)
+    return done.stdout.rstrip("\n") if done.returncode == 0 else None
+
+
 def saveScreen(name):
     """A picture of the whole display below build/shots/windows; returns its path."""
     SHOTS.mkdir(parents=True, exist_ok=True)
@@ -244,11 +252,11 @@ class Program:
         """Waits until the main window has the keyboard."""
 
         def active():
-            windows = self.ask("windows")
+            windows, places = self.ask("windows", "places")
+            title = places["frmterm"]["title"]
             if any(window["active"] and window["class"] == "QxtermMain" for window in windows):
-                return True
+                return focusTitle() == title
             with contextlib.suppress(subprocess.CalledProcessError):
-                title = self.ask("places")["frmterm"]["title"]
                 xdotool("search", "--onlyvisible", "--name", f"^{re.escape(title)}$", "windowactivate")
             return False
 
@@ -261,6 +269,8 @@ class Program:
         xdotool("type", "--delay", "15", "--", text)
 
     def click(self, form, control):
+        title = self.ask("places")[form]["title"]
+        waitFor(lambda: focusTitle() == title, f"{title!r} has the keyboard")
         left, top, width, height = self.ask("places")[form]["controls"][control]
         self.clickAt(left + width // 2, top + height // 2)
 
@@ -275,6 +285,7 @@ class Program:
         """A button of a message box."""
         for child in window["children"]:
             if child["class"] == "Button" and child["text"].replace("&", "") == text:
+                waitFor(lambda: focusTitle() == window["title"], f"{window['title']!r} has the keyboard")
                 left, top, width, height = child["place"]
                 self.clickAt(left + width // 2, top + height // 2)
                 return
