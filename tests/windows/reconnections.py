@@ -7,9 +7,9 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
 from listener import Listener, inBackground  # noqa: E402
-from program import Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
+from program import Failure, Program, check, checkEqual, focusTitle, run, waitFor, writeProfiles  # noqa: E402
 from serial_line import SerialLine, nameSerialPorts, serialProfile  # noqa: E402
-from ssh_server import HOST, TELNET, SshServer, noHelpers, programFolder  # noqa: E402
+from ssh_server import HOST, TELNET, SshServer, helpers, noHelpers, programFolder  # noqa: E402
 
 SESSIONS = 50
 WARM_UP = 3  # until everything that is made once has been made
@@ -93,12 +93,23 @@ def sshBridge():
                 program.key("Return")
                 program.type("word")
                 program.key("Return")
-                program.waitText(f"welcome {name} with word", seconds=30)
-                program.waitForm("frmConn", loaded=False)
+                try:
+                    program.waitText(f"welcome {name} with word", seconds=30)
+                    program.waitForm("frmConn", loaded=False)
+                except Failure as failure:
+                    raise Failure(f"session {number + 1}: {failure}\n{told(program, behind, server)}") from failure
 
             repeat(program, session)
             checkEqual(behind.accepted, SESSIONS + WARM_UP, "connections through the tunnel")
             noHelpers("after the last session")
+
+
+def told(program, behind, server):
+    """What there is to know about a session that did not come up."""
+    state, forms, windows = program.ask("state", "forms", "windows")
+    return "\n".join([f"forms: {list(forms)}", f"windows: {[(one['class'], one['title']) for one in windows]}",
+                      f"keyboard: {focusTitle()!r}", f"state: {state}", f"helpers: {helpers()}",
+                      f"connections through the tunnel: {behind.accepted}", "sshd:", *server.log()[-12:]])
 
 
 def readLine(connection):

@@ -79,6 +79,10 @@ class SshServer:
         self._process.wait(PATIENCE)
         self._log.close()
 
+    def log(self):
+        """The lines that the server has written."""
+        return (self.folder / "log").read_text(errors="replace").splitlines()
+
     def introduce(self, knownKey=True, user="user"):
         """Tells the client about this server, as its saved session does: the user's key, and the host's."""
         key = "Z:" + str(self.folder / f"{user}.ppk").replace("/", r"\\")
