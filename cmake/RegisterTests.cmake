@@ -1,6 +1,6 @@
 # Everything that `./test` runs is registered here, so that ctest is the one runner and the one count.
 #
-# Labels: unit, scenario, fuzz-corpus, demohost, check; wine for all that runs the Windows build (`./test --quick`
+# Labels: unit, scenario, fuzz-corpus, demohost, recordings, check; wine for all that runs the Windows build (`./test --quick`
 # leaves those out).
 
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
@@ -84,6 +84,36 @@ foreach(file IN LISTS demohost_tests)
         ${name}.py
     )
 endforeach()
+
+# Recorded sessions: what the terminal description promises and what the program shows
+
+file(GLOB recordings CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/recordings/*.bin")
+foreach(file IN LISTS recordings)
+    get_filename_component(name "${file}" NAME_WE)
+    qxterm_test(
+        "recordings/${name}"
+        recordings
+        120
+        "${Python3_EXECUTABLE}"
+        tests/recordings/play.py
+        --program
+        "$<TARGET_FILE:qxterm-scenario>"
+        ${name}
+    )
+endforeach()
+qxterm_test(
+    recordings/interpreter
+    recordings
+    120
+    "${Python3_EXECUTABLE}"
+    -m
+    unittest
+    discover
+    -s
+    tests/recordings
+    -p
+    "test_*.py"
+)
 
 # Checks that keep the house in order
 

@@ -110,7 +110,7 @@ class Terminfo(unittest.TestCase):
         self.assertEqual([model.rowText(row).rstrip() for row in range(3)], ["  abcdef", "hi", "1jkl"])
 
     def testLeftOut(self):
-        for capability in ("rep", "el1", "ech", "hpa", "vpa", "hts", "tbc", "mir", "bce", "il", "dl", "u7", "u9", "cvvis"):
+        for capability in ("nlab", "lh", "lw", "rep", "el1", "ech", "hpa", "vpa", "hts", "tbc", "mir", "bce", "il", "dl", "u7", "u9", "cvvis"):
             self.assertFalse(self.has(capability), capability)
         self.assertTrue(self.has("el") and self.has("il1") and self.has("xenl"))
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Records what real programs send to a QXTERM terminal: one file NAME.bin for each session, beside this script.
+"""Records what real programs send to a QXTERM terminal, beside this script: for each session NAME.bin, the bytes, and
+NAME.marks, where in them the program had shown all that it had to show: a byte's number and the key before it in each line.
 
 Needs root (for namespaces of its own: another host name, no processes but its own, a folder /srv that holds nothing else)
 and the programs: tools/setup/install.sh recording. Usage: record.py [NAME ...]     (default: all)
@@ -47,8 +48,9 @@ SESSIONS = {
         "6*Space 12*j 3*b /file Enter 6*n q"),
     "mc": (
         "mc -u",
-        """8*Down Tab 6*Down 3*Up Alt-3 Space Space pause:0.3 Alt-0 Alt-9 Right Right Left 3*Down Escape Escape Alt-1 Down Down
-        Enter Alt-0 ^O ^O Alt-4 30*Down Alt-0 Alt-7 type:folder Enter Alt-0 Enter"""),
+        """8*Down Tab 6*Down 3*Up ^S type:notes Alt-3 pause:0.5 Space Space b Alt-0 pause:0.5 Alt-9 pause:0.5 Right Right Left 3*Down
+        Escape Escape pause:1.2 Alt-1 pause:0.5 Down Down Enter pause:0.5 Alt-0 pause:0.5 ^O pause:0.5 ^O pause:0.5 Alt-4 pause:0.5
+        30*Down 'type:a line' Enter ^Y Alt-0 pause:0.5 n Alt-7 type:folder Enter pause:0.5 Alt-0 pause:0.5 Enter"""),
     "htop": (
         "htop -d 3",
         """pause:1.5 Down Down t pause:1 P pause:1 M pause:1 ? pause:0.5 Space / type:ba Escape pause:1 S pause:0.4 3*Down Right
@@ -62,7 +64,7 @@ SESSIONS = {
     "emacs": (
         "emacs -nw -Q program.cpp",
         """pause:1 6*^V 2*Alt-v 20*^N ^S type:const 5*^S Enter ^A ^K ^K ^Y ^X 2 ^X o ^X ^F type:notes.txt Enter 4*^V ^X 3 ^X b
-        Enter ^H t pause:0.5 ^V ^V ^X ^C n yes Enter"""),
+        Enter ^H t pause:0.5 ^V ^V ^X ^C n yes Enter n"""),
     "joe": (
         "joe notes.txt",
         """'type:A line that is typed here.' Enter 30*Down 6*^V 3*^U ^K h ^V ^K h ^Y ^Y ^_ ^K f host Enter i Enter ^K o ^V ^K x ^C
@@ -94,6 +96,10 @@ SESSIONS = {
         """pause:0.5 Enter 'ls -l' Enter ^A S ^A Tab ^A c 'less notes.txt' Enter Space Space b q 'seq 400' Enter pause:0.5 ^A ?
         Space Space ^A '"' Enter 'vi -u NONE program.cpp' Enter ^F ^F :q Enter ^A Q ^A [ ^B ^B Escape exit Enter exit Enter
         exit Enter"""),
+    "examples": (
+        "sh examples.sh",
+        """f Enter v v Escape pause:1.3 Enter o Enter 40*Space Enter s Enter pause:0.5 c a d b e a j b Escape pause:1.3 Enter q Enter pause:0.5 4*h 4*j Space 8*a q n
+        1 3 1 2 3 2 q 12*Down 3*Space 8*Right 4*Left b q 10*Space 10*x ^N 10*y Escape pause:1.3 Space Space q"""),
     "aptitude": (
         "aptitude",
         """pause:4 Down Down Enter pause:1 4*Down Enter 8*Down Enter pause:1 10*Down / type:terminal Enter pause:1.5 n n Enter
@@ -109,6 +115,9 @@ for percent in 0 10 20 30 40 50 60 70 80 90 100; do echo $percent; sleep 0.2; do
 dialog --title Day --calendar 'When?' 3 40 1 6 2020
 dialog --title Sure --yesno 'Shall all of that be kept?' 8 50
 dialog --title Notes --textbox notes.txt 20 70
+"""
+EXAMPLES = """
+for one in ncurses knight 'hanoi' 'view notes.txt' background inserts lrtest; do /usr/libexec/ncurses-examples/$one; done
 """
 MUTT = """
 set record="" folder=. sort=threads pager_index_lines=6
@@ -146,9 +155,10 @@ def setStage():
     for page in pages:
         shutil.copy(page, HOME)
     (HOME / "notes.txt").write_text("".join(page.read_text() for page in pages[:4]))
-    shutil.copy(max((ROOT / "src" / "terminal").glob("*.cpp"), key=lambda file: file.stat().st_size), HOME / "program.cpp")
+    shutil.copy(max((ROOT / "src" / "terminal").rglob("*.cpp"), key=lambda file: file.stat().st_size), HOME / "program.cpp")
     shutil.copytree(ROOT / "resources" / "help", HOME / "help")
     (HOME / "dialogs.sh").write_text(DIALOGS)
+    (HOME / "examples.sh").write_text(EXAMPLES)
     (HOME / "muttrc").write_text(MUTT)
     (HOME / "mailbox").write_text("".join(mails()))
     for file in HOME.rglob("*"):
@@ -178,7 +188,7 @@ def mails():
 def environment():
     return {"HOME": str(HOME), "PATH": "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin", "TERM": "qxterm",
             "TERMINFO": str(STAGE / "terminfo"), "LOCPATH": str(STAGE / "locale"), "LC_ALL": LOCALE, "USER": "desk", "LOGNAME": "desk", "SHELL": "/bin/bash",
-            "PS1": r"desk:\W\$ ", "TMPDIR": str(STAGE), "TMUX_TMPDIR": str(STAGE), "SCREENDIR": str(screenFolder()),
+            "PS1": r"desk:\W\$ ", "TMPDIR": str(STAGE), "TMUX_TMPDIR": str(STAGE), "SCREENDIR": str(screenFolder()), "EDITOR": "mcedit",
             "HISTFILE": "", "TZ": "UTC"}
 
 
@@ -189,26 +199,27 @@ def screenFolder():
 
 
 def presses(text):
-    """(what the key sends, seconds to listen or 0) for each key of a session."""
+    """(the key as it is written, what it sends, seconds to listen or 0) for each key of a session."""
     for word in shlex.split(text):
         count, key = re.fullmatch(r"(?:(\d+)\*)?(.+)", word, re.DOTALL).groups()
         kind, _, rest = key.partition(":")
         for _ in range(int(count or 1)):
             if kind == "type":
-                yield from ((letter, 0) for letter in rest)
+                yield from ((letter, letter, 0) for letter in rest)
             elif kind == "pause":
-                yield "", float(rest)
+                yield key, "", float(rest)
             elif key.startswith("Alt-"):
-                yield "\x1b" + key[4:], 0
+                yield key, "\x1b" + key[4:], 0
             elif re.fullmatch(r"\^[A-Z_]", key):
-                yield chr(ord(key[1]) & 0x1F), 0
+                yield key, chr(ord(key[1]) & 0x1F), 0
             else:
-                yield KEYS.get(key, key), 0
+                yield key, KEYS.get(key, key), 0
 
 
 class Recorder:
     def __init__(self, command):
         self.output = bytearray()
+        self.marks = []  # (bytes before, key)
         self.ended = False
         self._process, self._terminal = pty.fork()
         if self._process == 0:
@@ -217,25 +228,29 @@ class Recorder:
             words = shlex.split(command)
             os.execvpe(words[0], words, environment())
 
-    def listen(self, silence, longest):
-        """Takes what comes, until nothing has come for so many seconds."""
-        end = time.monotonic() + longest
+    def listen(self, key, silence, longest):
+        """Takes what comes, until nothing has come for so many seconds; then, if there was anything, there is a mark."""
+        end, last = time.monotonic() + longest, time.monotonic()
         while not self.ended and (left := end - time.monotonic()) > 0:
             if not select.select([self._terminal], [], [], min(silence, left))[0]:
-                return
+                break
             try:
                 self.output += os.read(self._terminal, 65536)
+                last = time.monotonic()
             except OSError:
                 self.ended = True
+        quiet = self.ended or time.monotonic() - last >= SILENCE
+        if quiet and len(self.output) > (self.marks[-1][0] if self.marks else 0):
+            self.marks.append((len(self.output), key))
 
     def play(self, presses):
-        self.listen(1.0, LONGEST)
-        for sent, pause in presses:
+        self.listen("start", 1.0, LONGEST)
+        for key, sent, pause in presses:
             if self.ended:
                 return
             os.write(self._terminal, sent.encode("latin-1"))
-            self.listen(pause or SILENCE, pause or LONGEST)
-        self.listen(1.0, LONGEST)
+            self.listen(key, pause or SILENCE, pause or LONGEST)
+        self.listen("end", 1.0, LONGEST)
 
     def close(self):
         os.close(self._terminal)
@@ -250,7 +265,8 @@ def record(name):
     left = "" if recorder.ended else " (the program was still running)"
     recorder.close()
     (HERE / f"{name}.bin").write_bytes(recorder.output)
-    print(f"{name}: {len(recorder.output)} bytes{left}", flush=True)
+    (HERE / f"{name}.marks").write_text("".join(f"{place} {key}\n" for place, key in recorder.marks))
+    print(f"{name}: {len(recorder.output)} bytes, {len(recorder.marks)} marks{left}", flush=True)
 
 
 def main():
@@ -266,4 +282,5 @@ def main():
         record(name)
 
 
-main()
+if __name__ == "__main__":
+    main()
