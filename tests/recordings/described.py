@@ -1,8 +1,9 @@
 """What a terminal shows that does what its terminfo description says: an interpreter of the description.
 
-It knows the description and terminfo(5), and nothing of the program. Each capability is expanded for all parameters that make
-sense on the screen; output is cut into those strings, longest first, and each does what terminfo(5) says of its capability. What
-no capability explains, or what the description leaves open, is an Unexplained error, with the place in the output.
+It knows the description and terminfo(5), and nothing of the program. Each capability is expanded for all parameters that
+make sense on the screen; output is cut into those strings, longest first, and each does what terminfo(5) says of its
+capability. What no capability explains, or what the description leaves open, is an Unexplained error, with the place in
+the output.
 
 A few things terminfo(5) leaves to the terminal; here they are:
 - am with xenl: the character in the last column leaves the cursor there, and the next one wraps first. Until then only what
@@ -462,7 +463,8 @@ ACTS = {
     "bold": lambda s: s.with_(BOLD), "blink": lambda s: s.with_(BLINK), "rev": lambda s: s.with_(REVERSE),
     "smso": lambda s: s.with_(REVERSE), "rmso": lambda s: s.with_(without=REVERSE), "smul": lambda s: s.with_(UNDERLINE),
     "rmul": lambda s: s.with_(without=UNDERLINE), "invis": lambda s: s.with_(INVISIBLE), "sgr": Screen.attributes,
-    "sgr0": lambda s: s.attributes(*[0] * 9), "me": lambda s: s.plain(), "setaf": lambda s, n: s.colours(text=n), "setab": lambda s, n: s.colours(back=n),
+    "sgr0": lambda s: s.attributes(*[0] * 9), "me": lambda s: s.plain(),
+    "setaf": lambda s, n: s.colours(text=n), "setab": lambda s, n: s.colours(back=n),
     "op": lambda s: s.colours(WHITE, BLACK), "smacs": lambda s: s.setDrawing(True), "rmacs": lambda s: s.setDrawing(False),
     "smir": lambda s: s.setInserting(True), "rmir": lambda s: s.setInserting(False), "smam": lambda s: s.setWraps(True),
     "rmam": lambda s: s.setWraps(False), "civis": lambda s: s.setCursorSeen(False), "cnorm": lambda s: s.setCursorSeen(True),
@@ -502,7 +504,8 @@ def shown(screen, match):
 RAW = {
     # ls, grep, groff, S-Lang and vim's syntax know the numbers themselves.
     "sgr": (re.compile("\x1b\\[([0-9;]*)m"), renditions),
-    # Mouse reports (ncurses, for every name with "xterm" in it), bracketed paste (readline, nano, joe, mc), the window's focus and keys (tmux): not here.
+    # Mouse reports (ncurses, for every name with "xterm" in it), bracketed paste (readline, nano, joe, mc), the window's
+    # focus and keys (tmux): not here.
     "modes": (re.compile("\x1b\\[\\?(1000|1004|2004|7727)[hl]"), lambda screen, match: None),
     # screen names the character set that there is anyway, as enacs does.
     "charset": (re.compile("\x1b\\(B"), lambda screen, match: None),

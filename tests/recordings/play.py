@@ -24,8 +24,8 @@ HERE = Path(__file__).resolve().parent
 DESCRIPTION = HERE.parents[1] / "packaging" / "terminfo" / "qxterm.ti"
 # What a recording may hold besides capabilities (described.RAW says why). Others may hold nothing else.
 BEYOND = {
-    "aptitude": ("modes",), "dialog": ("modes",), "examples": ("modes",), "htop": ("modes",), "joe": ("modes",), "man": ("sgr",), "mc": ("sgr", "modes"),
-    "nano": ("modes", "charset"), "screen": ("charset", "modes"), "shell": ("sgr", "modes"), "tmux": ("modes", "questions"),
+    "aptitude": ("modes",), "dialog": ("modes",), "examples": ("modes",), "htop": ("modes",), "joe": ("modes",),
+    "man": ("sgr",), "mc": ("sgr", "modes"), "nano": ("modes", "charset"), "screen": ("charset", "modes"), "shell": ("sgr", "modes"), "tmux": ("modes", "questions"),
     "top": ("below",), "vim": ("sgr", "keys", "keysAsked")}
 # The picture's styles (docs/scenario-tool.md).
 TERMINAL_FONT, BOLD, UNDERLINED = 1, 2, 4
@@ -140,7 +140,8 @@ def checkScreens(recording, description):
     stored = (HERE / f"{recording.name}.screens").read_text()
     now = written(recording, description)
     if now != stored:
-        change = difflib.unified_diff(stored.splitlines(), now.splitlines(), f"{recording.name}.screens", "interpreter", lineterm="")
+        change = difflib.unified_diff(stored.splitlines(), now.splitlines(), f"{recording.name}.screens", "interpreter",
+                                      lineterm="")
         raise Wrong("\n".join(["what the description promises is no longer what is stored:", *list(change)[:60]]))
 
 

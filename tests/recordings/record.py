@@ -98,7 +98,8 @@ SESSIONS = {
         exit Enter"""),
     "examples": (
         "sh examples.sh",
-        """f Enter v v Escape pause:1.3 Enter o Enter 40*Space Enter s Enter pause:0.5 c a d b e a j b Escape pause:1.3 Enter q Enter pause:0.5 4*h 4*j Space 8*a q n
+        """f Enter v v Escape pause:1.3 Enter o Enter 40*Space Enter s Enter pause:0.5 c a d b e a j b Escape pause:1.3 Enter q Enter
+        pause:0.5 4*h 4*j Space 8*a q n
         1 3 1 2 3 2 q 12*Down 3*Space 8*Right 4*Left b q 10*Space 10*x ^N 10*y Escape pause:1.3 Space Space q"""),
     "aptitude": (
         "aptitude",
@@ -187,8 +188,9 @@ def mails():
 
 def environment():
     return {"HOME": str(HOME), "PATH": "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin", "TERM": "qxterm",
-            "TERMINFO": str(STAGE / "terminfo"), "LOCPATH": str(STAGE / "locale"), "LC_ALL": LOCALE, "USER": "desk", "LOGNAME": "desk", "SHELL": "/bin/bash",
-            "PS1": r"desk:\W\$ ", "TMPDIR": str(STAGE), "TMUX_TMPDIR": str(STAGE), "SCREENDIR": str(screenFolder()), "EDITOR": "mcedit",
+            "TERMINFO": str(STAGE / "terminfo"), "LOCPATH": str(STAGE / "locale"), "LC_ALL": LOCALE,
+            "USER": "desk", "LOGNAME": "desk", "SHELL": "/bin/bash", "PS1": r"desk:\W\$ ", "TMPDIR": str(STAGE), "TMUX_TMPDIR": str(STAGE),
+            "SCREENDIR": str(screenFolder()), "EDITOR": "mcedit",
             "HISTFILE": "", "TZ": "UTC"}
 
 

@@ -103,7 +103,8 @@ def without(name, word):
     with Login(name, word) as program:
         answers(program, "stty size; stty -a | grep -o ' erase = [^;]*'", "0 0", " erase = ^?")
         answers(program, "locale charmap", "UTF-8")
-        answers(program, "ls -1 --color=auto things | cat -v; ls -d --color=auto things/folder", "cafM-i", "folder", "things/folder")
+        answers(program, "ls -1 --color=auto things | cat -v; ls -d --color=auto things/folder",
+                "cafM-i", "folder", "things/folder")
         checkEqual(program.ask("screen")["attrs"][3][:13], [NORMAL] * 13, "ls has no colours")
         # Backspace is taken for a character.
         command(program, "cat")
