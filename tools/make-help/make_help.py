@@ -25,7 +25,7 @@ import tempfile
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOURCES = ROOT / "resources" / "help"
 COMPILED = ROOT / "resources" / "enu_te.chm"
-TOPICS = ROOT / "src" / "app" / "help_topics.h"
+TOPICS = ROOT / "src" / "app" / "dialogs" / "help_topics.h"
 PROJECT = "enu_te.hhp"
 # chmcmd puts the folder that it works in before the pages of context numbers. This name of it is the same on
 # every machine.
