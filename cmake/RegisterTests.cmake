@@ -87,9 +87,16 @@ endforeach()
 
 # Checks that keep the house in order
 
-foreach(check includes system-calls words format code-map sequences)
+foreach(check includes system-calls words format code-map sequences links)
     qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
 endforeach()
+foreach(check help examples)
+    qxterm_test(
+        "check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py" --program
+        "$<TARGET_FILE:qxterm-scenario>"
+    )
+endforeach()
+qxterm_test(check/help-file check 120 "${Python3_EXECUTABLE}" tools/make-help/make_help.py --check)
 qxterm_test(
     check/self-test check 120 "${Python3_EXECUTABLE}" -m unittest discover -s tools/checks -p "test_*.py"
 )
