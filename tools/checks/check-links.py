@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Links of the Markdown pages lead somewhere, and the commands that the README names are there.
+"""Links of the Markdown pages lead somewhere, and the tests and commands that pages name are there.
 
-A link within the project must name a file or folder, and behind "#" a heading of that page. A command `./NAME` of the README
-must answer --help.
+A link within the project must name a file or folder, and behind "#" a heading of that page. A test is named as ctest names it,
+between backquotes; of the unit tests a suite alone does, too, and names in capitals stand for others. A command `./NAME` of the
+README must answer --help.
 
 Usage: check-links.py [FOLDER]     (default: the project)
 """
@@ -15,6 +16,11 @@ import house
 
 LINK = re.compile(r"\]\(([^)\s]+)\)")
 COMMAND = re.compile(r"(?:^ {4}|`)\./([\w-]+)", re.M)
+TEST = re.compile(r"`(unit|scenario|fuzz-corpus|demohost|check|wine)/([\w./-]+)`")
+FILES_OF_TESTS = {"scenario": "tests/scenarios/{}.scn", "fuzz-corpus": "fuzz/{}.cpp", "demohost": "tests/demohost/{}.py",
+                  "check": "tools/checks/check-{}.py", "wine": "tests/windows/{}.sh"}
+REGISTERED = "cmake/RegisterTests.cmake"
+UNIT_TESTS = "tests/unit/"
 COMMANDS_OF = "README.md"
 SECONDS = 30
 
@@ -55,6 +61,25 @@ def check_link(root, page, link):
     return ""
 
 
+class Tests:
+    def __init__(self, root):
+        self.root = root
+        registered = house.read_lines(REGISTERED, root) if os.path.exists(os.path.join(root, REGISTERED)) else []
+        self.registered = set(re.findall(r"[\w-]+", "\n".join(registered)))
+        self.units = set()
+        for path in house.source_files(root, UNIT_TESTS):
+            text = "\n".join(house.read_lines(path, root))
+            for suite, case in re.findall(r"\bTEST(?:_F|_P)?\((\w+), (\w+)\)", text):
+                self.units |= {suite, f"{suite}.{case}"}
+
+    def has(self, kind, name):
+        if re.search(r"\b[A-Z]+\b", name):
+            return True
+        if kind == "unit":
+            return name in self.units
+        return os.path.exists(os.path.join(self.root, FILES_OF_TESTS[kind].format(name))) or name in self.registered
+
+
 def check_command(root, name):
     path = os.path.join(root, name)
     if not os.access(path, os.X_OK) or os.path.isdir(path):
@@ -72,7 +97,11 @@ def check_command(root, name):
 def check(root):
     problems = []
     pages = [p for p in house.project_files(root) if p.endswith(".md")]
+    tests = Tests(root)
     for page in pages:
+        for n, line in enumerate(house.read_lines(page, root), 1):
+            problems += [f"{page}:{n}: there is no test {kind}/{name}" for kind, name in TEST.findall(line)
+                         if not tests.has(kind, name)]
         for n, line in enumerate(prose(house.read_lines(page, root)), 1):
             for link in LINK.findall(line):
                 if not re.match(r"[a-z]+:", link) and (problem := check_link(root, page, link)):

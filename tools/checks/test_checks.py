@@ -269,6 +269,17 @@ class Links(SmallTree):
         self.write("a.md", "`[a](b)`\n\n    [c](d)\n\n```\n[e](f)\n```\n\n- a list\n    [g](h)\n")
         self.assertEqual(self.found(), ["a.md:10: h leads nowhere"])
 
+    def test_names_of_tests(self):
+        self.write("tests/unit/a_test.cpp", "TEST(One, Two) {}\nTEST_P(Three, Four) {}\n")
+        self.write("tests/scenarios/x/y.scn", "")
+        self.write("cmake/RegisterTests.cmake", "qxterm_test(wine/prefix)\n")
+        self.write("a.md", "`unit/One.Two` `unit/Three` `scenario/x/y` `wine/prefix` `unit/SUITE.CASE` `wine/NAME`\n"
+                           "`unit/One.Four` `unit/Two`\n`scenario/x/z` `wine/flood` `check/prefixes`\n")
+        self.assertEqual(self.found(), [
+            "a.md:2: there is no test unit/One.Four", "a.md:2: there is no test unit/Two",
+            "a.md:3: there is no test scenario/x/z", "a.md:3: there is no test wine/flood",
+            "a.md:3: there is no test check/prefixes"])
+
     def test_commands_of_the_readme(self):
         for name, text in (("good", "echo help"), ("silent", "true"), ("bad", "echo help; exit 1")):
             self.write(name, f"#!/bin/sh\n{text}\n")
