@@ -431,7 +431,55 @@ def check_messages(root, _program):
     return problems
 
 
-CHECKS = [check_ini, check_keys, check_menus, check_options, check_messages]
+# Numbers
+
+# What it is, and where it stands: a file, and a pattern with the number, or with several, as groups.
+NUMBERS = {
+    "lines of the scrollback": [
+        ("src/terminal/model/screen_store.h", r"scrollbackLines = (\d+);"),
+        (HELP + "scrollback.htm", r"the last (\d+) of them"),
+        (KEYS_PAGE, r"scrollback, of (\d+) lines"),
+        ("README.md", r"(\d+) lines of scrollback"),
+    ],
+    "the last port tried for a tunnel": [
+        ("src/connection/ssh_ports.cpp", r"lastPort = (\d+);"),
+        (HELP + "connect-ssh.htm", r"ends at (\d+)"),
+    ],
+    "points of the three sizes": [
+        (CONFIG + "user_profile.cpp", r"smallFont = (\d+);.*?mediumFont = (\d+);.*?largeFont = (\d+);"),
+        (HELP + "options-fonts.htm", r"Small</td><td>(\d+) points.*?Medium</td><td>(\d+) points.*?Large</td><td>(\d+) points"),
+        (INI_PAGE, r"`small`, `medium`, `large`: (\d+), (\d+), (\d+) points"),
+    ],
+    "pixels at which the size of a new profile changes": [
+        (CONFIG + "profile_record.cpp", r"pixels < (\d+)\).*?pixels < (\d+) \?"),
+        (HELP + "options-fonts.htm", r"fewer than (\d+) lines of pixels, medium below (\d+)"),
+        (INI_PAGE, r"points below (\d+) pixels, 10 below (\d+)"),
+    ],
+    "seconds allowed for connecting": [
+        ("src/app/dialogs/options_fields.cpp", r"must be betweeen (\d+)-(\d+)"),
+        (HELP + "options-timeout.htm", r"may take, (\d+) to (\d+) seconds"),
+    ],
+}
+
+
+def check_numbers(root, _program):
+    problems = []
+    for what, places in NUMBERS.items():
+        found = {}
+        for path, pattern in places:
+            with open(os.path.join(root, path), encoding="utf-8") as file:
+                match = re.search(pattern, " ".join(file.read().split()))
+            if match:
+                found[path] = match.groups()
+            else:
+                problems.append(f"{path}:1: does not tell the {what} any more, or in other words")
+        true = found.get(places[0][0])
+        problems += [f"{path}:1: {what}: {' '.join(stated)}, but the program has {' '.join(true)}"
+                     for path, stated in found.items() if true and stated != true]
+    return problems
+
+
+CHECKS = [check_ini, check_keys, check_menus, check_options, check_messages, check_numbers]
 
 
 def main():

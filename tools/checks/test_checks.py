@@ -6,6 +6,7 @@ import os
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, HERE)
@@ -343,6 +344,16 @@ class Pages(SmallTree):
         for text in ("one line", "Two words", "Path not found", "Opening network connection to host: %1"):
             self.assertFalse(pages.is_message(text))
         self.assertEqual(pages.message_of_page('Out of all paper: "%" (title: Out)'), 'Out of all paper: "%"')
+
+    def test_numbers_are_those_of_the_first_place(self):
+        numbers = {"width": [("src/a.h", r"width = (\d+)"), ("b.md", r"(\d+) wide"), ("c.md", r"(\d+) wide")]}
+        for path, text in (("src/a.h", "int width =\n 3;"), ("b.md", "it is 3\nwide"), ("c.md", "it is 4 wide")):
+            self.write(path, text)
+        with unittest.mock.patch.object(pages, "NUMBERS", numbers):
+            self.assertEqual(pages.check_numbers(self.root, None), ["c.md:1: width: 4, but the program has 3"])
+            self.write("c.md", "it is narrow")
+            self.assertEqual(pages.check_numbers(self.root, None),
+                             ["c.md:1: does not tell the width any more, or in other words"])
 
     def test_entries_are_compared_both_ways(self):
         self.assertEqual(pages.compare_entries("a", "it", {"x": "1", "y": "2"}, {"x": "2", "z": "3"}), [
