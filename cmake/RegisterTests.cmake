@@ -87,7 +87,7 @@ endforeach()
 
 # Checks that keep the house in order
 
-foreach(check includes system-calls words format code-map sequences links)
+foreach(check includes system-calls words format code-map sequences links changes)
     qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
 endforeach()
 foreach(check help examples)

@@ -26,6 +26,7 @@ system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
 sequences = load(os.path.join(HERE, "check-sequences.py"))
 code_map = load(os.path.join(HERE, "check-code-map.py"))
+changes = load(os.path.join(HERE, "check-changes.py"))
 links = load(os.path.join(HERE, "check-links.py"))
 pages = load(os.path.join(HERE, "check-help.py"))
 examples = load(os.path.join(HERE, "check-examples.py"))
@@ -245,6 +246,21 @@ class CodeMap(SmallTree):
 
     def test_missing_map(self):
         self.assertEqual(code_map.check(self.root)[0][0], "docs/code-map.md:1: src/ground/a.cpp has no line")
+
+
+class Changes(SmallTree):
+    def found(self, text):
+        self.write("CHANGELOG.md", text)
+        return changes.check(self.root)[0]
+
+    def test_each_version_tells_of_security(self):
+        good = "# Changes\n\n## 2.0\n\n- a\n\n### Security\n\n- Nothing.\n\n## 1.0\n\n### Security\n\n- b\n"
+        self.assertEqual(self.found(good), [])
+        self.assertEqual(self.found(good.replace("- Nothing.\n", "")),
+                         ['CHANGELOG.md:3: 2.0 has no entry under "### Security"'])
+        self.assertEqual(self.found("# Changes\n\n## 2.0\n\n- a\n\n## 1.0\n\n- b\n"),
+                         ['CHANGELOG.md:3: 2.0 lacks "### Security"', 'CHANGELOG.md:7: 1.0 lacks "### Security"'])
+        self.assertEqual(self.found("# Changes\n"), ["CHANGELOG.md:1: no version was found"])
 
 
 class Links(SmallTree):
