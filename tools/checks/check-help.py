@@ -3,7 +3,7 @@
 
 What the pages state in tables is compared with what the program does when it is asked: the keys of qxterm.ini and what
 counts without them, what the keys of the keyboard send, the entries of the menus, the boxes and lists of the options. The
-messages are compared with the texts in the sources, both ways.
+messages, the numbers, the exit codes of the helpers and the commands of the scenario tool are compared with the sources.
 
 Usage: check-help.py --program QXTERM-SCENARIO [FOLDER]     (default: the project)
 """
@@ -479,7 +479,56 @@ def check_numbers(root, _program):
     return problems
 
 
-CHECKS = [check_ini, check_keys, check_menus, check_options, check_messages, check_numbers]
+# Helpers and tools
+
+SCENARIO_PAGE = "docs/scenario-tool.md"
+SCENARIO_SOURCES = "tools/qxterm-scenario/"
+
+
+def markdown_cells(root, path):
+    """(heading above, first cell) of each row of a page's tables."""
+    heading, cells = "", []
+    for line in house.read_lines(path, root):
+        if line.startswith("#"):
+            heading = line.lstrip("# ")
+        elif line.startswith("| "):
+            cells.append((heading, line.split(" | ")[0].strip("| ")))
+    return cells
+
+
+def check_commands(root, _program):
+    """Each command of the scenario tool has its place in the tables of the page, and the reverse."""
+    known = set()
+    for path in house.source_files(root, SCENARIO_SOURCES):
+        text = "\n".join(house.read_lines(path, root))
+        known |= set(re.findall(r'^ +\{"([a-z ]+)", (?:true|false), [^}]+\},$', text, re.M))
+    told, problems = set(), []
+    for heading, cell in markdown_cells(root, SCENARIO_PAGE):
+        for text in re.findall(r"`([a-z][^`]*)`", cell):
+            words = f"dump {text}" if heading == "Dumps" else text
+            fitting = [name for name in known if f"{words} ".startswith(f"{name} ")]
+            if fitting:
+                told.add(max(fitting, key=len))
+            else:
+                problems.append(f"{SCENARIO_PAGE}:1: the tool has no command {words}")
+    problems += [f"{SCENARIO_PAGE}:1: lacks the command {name}" for name in sorted(known - told)]
+    return problems if known else [*problems, f"{SCENARIO_SOURCES}:1: no table of commands was found"]
+
+
+def check_exit_codes(root, _program):
+    """The codes with which a helper ends by itself are those of its page."""
+    problems = []
+    for helper in ("zpt_ssh", "zpt_tnetd"):
+        source, page = f"helpers/{helper}/win32/main.cpp", f"docs/{helper}.md"
+        true = set(re.findall(r"^constexpr int \w+ = (\d+);", "\n".join(house.read_lines(source, root)), re.M))
+        stated = {cell for heading, cell in markdown_cells(root, page) if heading == "Exit status" and cell.isdigit()}
+        if not true or stated != true:
+            problems.append(f"{page}:1: has the exit codes {sorted(stated)}, {source} has {sorted(true)}")
+    return problems
+
+
+CHECKS = [check_ini, check_keys, check_menus, check_options, check_messages, check_numbers, check_commands,
+          check_exit_codes]
 
 
 def main():

@@ -371,6 +371,25 @@ class Pages(SmallTree):
             self.assertEqual(pages.check_numbers(self.root, None),
                              ["c.md:1: does not tell the width any more, or in other words"])
 
+    def test_commands_of_the_scenario_tool(self):
+        self.write("tools/qxterm-scenario/a.cpp", 'x = {{\n    {"host", false, host},\n    {"dump row", false, row},\n'
+                                                  '    {"serial busy", true, busy},\n}};\n')
+        page = ("## A\n| command | |\n|---|---|\n| `host BYTES`, `serial busy on` | x |\n## Dumps\n| `row N` | x |\n"
+                '## Events\n| `{"event":"a"}` | x |\n')
+        self.write("docs/scenario-tool.md", page)
+        self.assertEqual(pages.check_commands(self.root, None), [])
+        self.write("docs/scenario-tool.md", page.replace("serial busy on", "serial carrier on"))
+        self.assertEqual(pages.check_commands(self.root, None), [
+            "docs/scenario-tool.md:1: the tool has no command serial carrier on",
+            "docs/scenario-tool.md:1: lacks the command serial busy"])
+
+    def test_exit_codes_of_the_helpers(self):
+        for helper, codes in (("zpt_ssh", "23"), ("zpt_tnetd", "24")):
+            self.write(f"helpers/{helper}/win32/main.cpp", "constexpr int one = 2;\nconstexpr int two = 3;\n")
+            self.write(f"docs/{helper}.md", "## Exit status\n| code | meaning |\n" + "".join(f"| {c} | x |\n" for c in codes))
+        self.assertEqual(pages.check_exit_codes(self.root, None), [
+            "docs/zpt_tnetd.md:1: has the exit codes ['2', '4'], helpers/zpt_tnetd/win32/main.cpp has ['2', '3']"])
+
     def test_entries_are_compared_both_ways(self):
         self.assertEqual(pages.compare_entries("a", "it", {"x": "1", "y": "2"}, {"x": "2", "z": "3"}), [
             "a:1: it lacks z", "a:1: it has y, which the program does not know",
