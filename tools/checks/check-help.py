@@ -38,28 +38,20 @@ NO_MESSAGES = [
     r"Opening (network|serial|modem|SSH) connection .*",
     r"This system is restricted .*",
     r"Unauthorized access .*",
-    r"Save Profile As",
     r"Serial and Modem Settings",
     r"KRV Network &Address:",
     r"Time \(seconds\) allowed .*",
     r"Options for profile: %1",
-    r"Zentora Terminal Emulator",
-    r"MS Shell Dlg",
     # lines of the trace
     r"Connection Type: .*",
-    r"Missing network address",
     r"GetNetworkBytes.*",
     r"Comser_OnComm.*",
     r"TerminateProcess.*",
     # what stands behind "message:" of an unexpected error, and is the system's wording
     r"Invalid procedure call or argument",
-    r"Out of memory",
     r"Subscript out of range",
     r"Can't perform requested operation",
     r"Bad file name or number",
-    r"File not found",
-    r"Path not found",
-    r"Path/File access error",
     r"Object variable .* not set",
     r"Application-defined or object-defined error",
 ]
@@ -383,8 +375,8 @@ def check_options(root, program):
 # Messages
 
 LITERALS = re.compile(r'"(?:[^"\\\n]|\\.)*"(?:\s*"(?:[^"\\\n]|\\.)*")*')
-# Three words at least, the first with a capital.
-SENTENCE = re.compile(r"[A-Z]\S* +\S+ +\S.*")
+# Four words at least, the first with a capital: shorter ones are labels and titles.
+SENTENCE = re.compile(r"[A-Z]\S*( +\S+){3}.*")
 
 
 def texts_of_sources(root):

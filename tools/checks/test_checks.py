@@ -357,7 +357,7 @@ class Pages(SmallTree):
         self.assertEqual(pages.texts_of_sources(self.root),
                          {'Out of all paper: "%1"': "src/a.cpp", "one line": "src/a.cpp"})
         self.assertTrue(pages.is_message('Out of all paper: "%1"'))
-        for text in ("one line", "Two words", "Path not found", "Opening network connection to host: %1"):
+        for text in ("one line", "Only three words", "Subscript out of range", "Opening network connection to host: %1"):
             self.assertFalse(pages.is_message(text))
         self.assertEqual(pages.message_of_page('Out of all paper: "%" (title: Out)'), 'Out of all paper: "%"')
 
