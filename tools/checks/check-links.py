@@ -41,10 +41,12 @@ def prose(lines):
 
 
 def anchors(lines):
-    """What may stand behind "#": the headings in small letters, with hyphens for blanks and without other signs."""
+    """What may stand behind "#": names that are given, and the headings in small letters, with hyphens for blanks and without
+    other signs."""
     fenced, found = False, set()
     for line in lines:
         fenced ^= line.startswith("```")
+        found |= set() if fenced else set(re.findall(r'<a name="([^"]+)"></a>', line))
         if not fenced and line.startswith("#"):
             found.add(re.sub(r"[^\w\- ]", "", line.lstrip("# ").lower()).replace(" ", "-"))
     return found

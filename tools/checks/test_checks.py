@@ -32,6 +32,7 @@ pages = load(os.path.join(HERE, "check-help.py"))
 examples = load(os.path.join(HERE, "check-examples.py"))
 scenarios = load(os.path.join(HERE, "run-scenario.py"))
 scenario_file = load(os.path.join(HERE, "scenario_file.py"))
+manual = load(os.path.join(HERE, "../make-help/manual.py"))
 ini = load(os.path.join(HERE, "../setup/ini.py"))
 
 FLOORS = """
@@ -394,6 +395,43 @@ class Pages(SmallTree):
         self.assertEqual(pages.compare_entries("a", "it", {"x": "1", "y": "2"}, {"x": "2", "z": "3"}), [
             "a:1: it lacks z", "a:1: it has y, which the program does not know",
             'a:1: it, x: "1", but the program has "2"'])
+
+
+class Manual(unittest.TestCase):
+    """Help pages as Markdown."""
+
+    def converted(self, text, depth=1):
+        return manual.convert("keys", depth, f"<html><head><title>No</title></head><body>{text}</body></html>")
+
+    def test_text_links_and_places(self):
+        self.assertEqual(
+            self.converted('<h1>Keys</h1>\n<h2><a name="more"></a>More</h2><p>See <b>A &gt; B</b>,&nbsp;<kbd>F1</kbd>\n'
+                           '<a href="keys.htm#more">below</a> and\n<a href="window.htm">there</a>: a_b</p>'),
+            '<a name="keys"></a>\n\n## Keys\n\n<a name="keys-more"></a>\n\n### More\n\n'
+            "See **A > B**, `F1` [below](#keys-more) and [there](#window): a\\_b")
+
+    def test_lists_notes_and_code(self):
+        self.assertEqual(self.converted('<ol><li>one</li><li>two</li></ol><p class="note">n</p><pre>a_b\n c</pre>'
+                                        "<ul><li>x</li></ul>", 2),
+                         "1. one\n2. two\n\n> n\n\n    a_b\n     c\n\n- x")
+
+    def test_tables(self):
+        self.assertEqual(self.converted('<table><tr><th>A</th><th>B</th></tr><tr><td rowspan="2">x</td><td>y|z<br>w</td>'
+                                        "</tr><tr><td>v</td></tr><tr><td>r</td><td>s</td></tr></table>"),
+                         "| A | B |\n| --- | --- |\n| x | y\\|z<br>w |\n|  | v |\n| r | s |")
+
+    def test_an_element_that_it_does_not_know_is_not_lost(self):
+        with self.assertRaises(manual.UnknownElement):
+            self.converted("<p>a <u>b</u></p>")
+        self.assertEqual(self.converted("<h3>x</h3>", 2), "##### x")
+
+    def test_order_and_depth_are_those_of_the_contents(self):
+        entry = '<li><object><param name="Name" value="{0}"><param name="Local" value="{0}.htm"></object>'
+        contents = f"<ul>{entry.format('a')}<ul>{entry.format('b')}</ul>{entry.format('c')}</ul>"
+        self.assertEqual(manual.entries_of(contents), [(1, "a", "a.htm"), (2, "b", "b.htm"), (1, "c", "c.htm")])
+        text = manual.manual("T", contents, lambda name: f"<h1>{name}</h1>")
+        self.assertIn("- [a](#a)\n  - [b](#b)\n- [c](#c)", text)
+        self.assertIn('## a.htm\n\n<a name="b"></a>\n\n### b.htm\n\n<a name="c"></a>\n\n## c.htm\n', text)
 
 
 class Examples(SmallTree):

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Compiles the help file resources/enu_te.chm from resources/help/.
+"""Compiles the help file resources/enu_te.chm from resources/help/, and makes docs/manual.md from the same pages.
 
-    make_help.py            checks the sources and compiles them
-    make_help.py --check    checks the sources, and that enu_te.chm was compiled from them; writes nothing
+    make_help.py            checks the sources, compiles them and writes the manual
+    make_help.py --check    checks the sources, and that both were made from them; writes nothing
 
 Needs chmcmd and chmls (Debian package fp-utils-3.2.2). Building the program needs neither: the compiled file is
 kept. Two runs differ in their time stamps.
@@ -22,9 +22,12 @@ import subprocess
 import sys
 import tempfile
 
+import manual
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOURCES = ROOT / "resources" / "help"
 COMPILED = ROOT / "resources" / "enu_te.chm"
+MANUAL = ROOT / "docs" / "manual.md"
 TOPICS = ROOT / "src" / "app" / "dialogs" / "help_topics.h"
 PROJECT = "enu_te.hhp"
 # chmcmd puts the folder that it works in before the pages of context numbers. This name of it is the same on
@@ -77,6 +80,7 @@ class Project:
         )
         parser.optionxform = str
         parser.read(SOURCES / PROJECT, encoding="ascii")
+        self.title = parser["OPTIONS"]["Title"]
         self.files = list(parser["FILES"])
         self.maps = [parser["OPTIONS"]["Contents file"], parser["OPTIONS"]["Index file"]]
         numbers = {}
@@ -146,6 +150,21 @@ def checkCompiled(chm, project):
         raise Problem(f"{chm.name} has the context numbers {found}")
 
 
+def manualText(project):
+    def read(name):
+        return (SOURCES / name).read_text(encoding="ascii")
+
+    try:
+        return manual.manual(project.title, read(project.maps[0]), read)
+    except manual.UnknownElement as unknown:
+        raise Problem(f"the manual knows no element <{unknown}>") from unknown
+
+
+def checkManual(project):
+    if not MANUAL.exists() or MANUAL.read_text(encoding="utf-8") != manualText(project):
+        raise Problem(f"{MANUAL.relative_to(ROOT)} is not that of resources/help: run tools/make-help/make_help.py")
+
+
 def replaceOnce(data, old, new):
     if len(old) != len(new) or data.count(old) != 1:
         raise Problem("this chmcmd writes another form of file")
@@ -207,8 +226,10 @@ def main():
         checkSources(project)
         if options.check:
             checkCompiled(COMPILED, project)
+            checkManual(project)
         else:
             compileHelp(project)
+            MANUAL.write_text(manualText(project), encoding="utf-8")
     except Problem as problem:
         sys.exit(f"make_help.py: {problem}")
     except subprocess.CalledProcessError as failed:
