@@ -4,8 +4,8 @@
     make_help.py            checks the sources, compiles them and writes the manual
     make_help.py --check    checks the sources, and that both were made from them; writes nothing
 
-Needs chmcmd and chmls (Debian package fp-utils-3.2.2). Building the program needs neither: the compiled file is
-kept. Two runs differ in their time stamps.
+Needs chmcmd (Debian package fp-utils-3.2.2), and to check extract_chmLib (libchm-bin). Building the program needs neither: the
+compiled file is kept. Two runs differ in their time stamps.
 
 The pages are HTML as the help viewer's old engine understands it, in ASCII. enu_te.hhp names them and gives the
 context numbers of src/app/dialogs/help_topics.h their pages, enu_te.hhc is the table of contents, enu_te.hhk the index.
@@ -121,19 +121,17 @@ def checkSources(project):
         raise Problem(f"context numbers: the program has {sorted(asked)}, {PROJECT} {sorted(project.contexts)}")
 
 
-def extracted(chm, name):
+def filesIn(chm):
+    """{name: bytes} of all that a compiled file holds."""
     with tempfile.TemporaryDirectory() as folder:
         out = pathlib.Path(folder) / "out"
-        subprocess.run(["chmls", "extract", str(chm), "/" + name, str(out)], check=True, capture_output=True)
-        if not out.exists():
-            raise Problem(f"{chm.name} does not hold {name}")
-        return out.read_bytes()
+        subprocess.run(["extract_chmLib", str(chm), str(out)], check=True, capture_output=True)
+        return {str(path.relative_to(out)): path.read_bytes() for path in out.rglob("*") if path.is_file()}
 
 
-def contextTable(chm):
-    """Pairs of a context number and where its page's name stands in #STRINGS, from the file's #IVB."""
-    table = extracted(chm, "#IVB")
-    return list(struct.iter_unpack("<II", table[4:]))
+def contextTable(files):
+    """Pairs of a context number and where its page's name stands in #STRINGS, from #IVB."""
+    return list(struct.iter_unpack("<II", files["#IVB"][4:]))
 
 
 def stringAt(strings, place):
@@ -141,11 +139,11 @@ def stringAt(strings, place):
 
 
 def checkCompiled(chm, project):
+    files = filesIn(chm)
     for name in [*project.files, *project.maps]:
-        if extracted(chm, name) != (SOURCES / name).read_bytes():
+        if files.get(name) != (SOURCES / name).read_bytes():
             raise Problem(f"{chm.name} holds another {name} than resources/help: run tools/make-help/make_help.py")
-    strings = extracted(chm, "#STRINGS")
-    found = {number: stringAt(strings, place) for number, place in contextTable(chm)}
+    found = {number: stringAt(files["#STRINGS"], place) for number, place in contextTable(files)}
     if found != project.contexts:
         raise Problem(f"{chm.name} has the context numbers {found}")
 
@@ -178,10 +176,10 @@ def correctContexts(chm):
     to point further on. #IVB itself is compressed and cannot be changed in place; the corrected one goes to the end
     of a remark that the compiler leaves uncompressed at the start of the contents, and the directory is told so.
     """
-    strings = extracted(chm, "#STRINGS")
-    remark = extracted(chm, "_#_README_#_")
+    files = filesIn(chm)
+    strings, remark = files["#STRINGS"], files["_#_README_#_"]
     table = b""
-    for number, place in contextTable(chm):
+    for number, place in contextTable(files):
         if not stringAt(strings, place).startswith(FOLDER_PREFIX):
             raise Problem("this chmcmd writes context numbers in another way")
         table += struct.pack("<II", number, place + len(FOLDER_PREFIX))
@@ -218,9 +216,10 @@ def main():
     parser = argparse.ArgumentParser(description="Compiles the help file.")
     parser.add_argument("--check", action="store_true", help="write nothing")
     options = parser.parse_args()
-    for tool in ("chmcmd", "chmls"):
+    needed = {"extract_chmLib": "libchm-bin"} | ({} if options.check else {"chmcmd": "fp-utils-3.2.2"})
+    for tool, package in needed.items():
         if shutil.which(tool) is None:
-            sys.exit(f"make_help.py: {tool} is missing; it is in Debian's package fp-utils-3.2.2")
+            sys.exit(f"make_help.py: {tool} is missing; it is in Debian's package {package}")
     try:
         project = Project()
         checkSources(project)
