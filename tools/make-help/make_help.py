@@ -27,12 +27,12 @@ import manual
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOURCES = ROOT / "resources" / "help"
 COMPILED = ROOT / "resources" / "enu_te.chm"
-MANUAL = ROOT / "docs" / "manual.md"
 TOPICS = ROOT / "src" / "app" / "dialogs" / "help_topics.h"
 PROJECT = "enu_te.hhp"
 # chmcmd puts the folder that it works in before the pages of context numbers. This name of it is the same on
 # every machine.
 FOLDER_PREFIX = "/proc/self/cwd/"
+MANUAL = ROOT / "docs" / "manual.md"
 
 
 class Problem(Exception):
