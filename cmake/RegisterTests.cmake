@@ -124,6 +124,18 @@ qxterm_test(
     check/self-test check 120 "${Python3_EXECUTABLE}" -m unittest discover -s tools/checks -p "test_*.py"
 )
 
+# What the pages say
+foreach(check links changes)
+    qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
+endforeach()
+foreach(check help examples)
+    qxterm_test(
+        "check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py" --program
+        "$<TARGET_FILE:qxterm-scenario>"
+    )
+endforeach()
+qxterm_test(check/help-file check 120 "${Python3_EXECUTABLE}" tools/make-help/make_help.py --check)
+
 if(NOT QXTERM_WINE_TESTS)
     return()
 endif()

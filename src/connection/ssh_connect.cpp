@@ -52,6 +52,8 @@ void localConnect() {
         localPort = findLocalPort();
         StartSSH(CurrentProfile.host, g_sSSHLogin, localPort);
         if (own != attempt || eventLoop::ending()) return;
+        // Without a client of ours whoever else answers at that port is not to be given the password.
+        if (!sshHelperRecorded()) endAutoLogin();
         trap.step([] { comnet2.connect("localhost", static_cast<std::uint16_t>(localPort)); });
         frmConn.showModal();
     });

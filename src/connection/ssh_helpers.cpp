@@ -109,7 +109,12 @@ void StartSSH(const std::string& host, const std::string& login, std::int32_t lo
         });
         if (!started) return;
         (void)relay.start(relayCommand(route), StandardHandles::none);
+        const std::uint32_t own = starts;
         awaitForward();
+        // The local port was taken between the two searches, and the relay could not have it: whoever has it
+        // is not to be given the password.
+        if (own == starts && sshClient.recorded() && forwardPort != localPort && relay.ended())
+            endAutoLogin();
     });
 }
 

@@ -6,6 +6,7 @@ import os
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, HERE)
@@ -25,8 +26,13 @@ system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
 sequences = load(os.path.join(HERE, "check-sequences.py"))
 code_map = load(os.path.join(HERE, "check-code-map.py"))
+changes = load(os.path.join(HERE, "check-changes.py"))
+links = load(os.path.join(HERE, "check-links.py"))
+pages = load(os.path.join(HERE, "check-help.py"))
+examples = load(os.path.join(HERE, "check-examples.py"))
 scenarios = load(os.path.join(HERE, "run-scenario.py"))
 scenario_file = load(os.path.join(HERE, "scenario_file.py"))
+manual = load(os.path.join(HERE, "../make-help/manual.py"))
 ini = load(os.path.join(HERE, "../setup/ini.py"))
 
 FLOORS = """
@@ -241,6 +247,209 @@ class CodeMap(SmallTree):
 
     def test_missing_map(self):
         self.assertEqual(code_map.check(self.root)[0][0], "docs/code-map.md:1: src/ground/a.cpp has no line")
+
+
+class Changes(SmallTree):
+    def found(self, text):
+        self.write("CHANGELOG.md", text)
+        return changes.check(self.root)[0]
+
+    def test_each_version_tells_of_security(self):
+        good = "# Changes\n\n## 2.0\n\n- a\n\n### Security\n\n- Nothing.\n\n## 1.0\n\n### Security\n\n- b\n"
+        self.assertEqual(self.found(good), [])
+        self.assertEqual(self.found(good.replace("- Nothing.\n", "")),
+                         ['CHANGELOG.md:3: 2.0 has no entry under "### Security"'])
+        self.assertEqual(self.found("# Changes\n\n## 2.0\n\n- a\n\n## 1.0\n\n- b\n"),
+                         ['CHANGELOG.md:3: 2.0 lacks "### Security"', 'CHANGELOG.md:7: 1.0 lacks "### Security"'])
+        self.assertEqual(self.found("# Changes\n"), ["CHANGELOG.md:1: no version was found"])
+
+
+class Links(SmallTree):
+    def found(self):
+        return links.check(self.root)[0]
+
+    def test_links_that_lead_somewhere(self):
+        self.write("docs/b.md", "# Two words, and `code`\n\n```\n# no heading\n```\n")
+        self.write("a.md", "[b](docs/b.md), [its head](docs/b.md#two-words-and-code), [folder](docs), [a long\n"
+                           "one](docs/b.md), [out](https://host/x), [below](#here)\n\n## Here\n")
+        self.assertEqual(self.found(), [])
+
+    def test_links_that_lead_nowhere(self):
+        self.write("docs/b.md", "# Head\n\n```\n# no heading\n```\n")
+        self.write("docs/a.md", "see\n[a long\none](c.md)\n")
+        self.write("a.md", "[b](b.md) [b](docs/b.md#no-heading)\n[up](../a.md)\n[here](#there)\n")
+        self.assertEqual(sorted(self.found()), [
+            "a.md:1: b.md leads nowhere", "a.md:1: docs/b.md#no-heading: docs/b.md has no such heading",
+            "a.md:2: ../a.md leads nowhere", "a.md:3: #there: a.md has no such heading",
+            "docs/a.md:3: c.md leads nowhere"])
+
+    def test_code_holds_no_links(self):
+        self.write("a.md", "`[a](b)`\n\n    [c](d)\n\n```\n[e](f)\n```\n\n- a list\n    [g](h)\n")
+        self.assertEqual(self.found(), ["a.md:10: h leads nowhere"])
+
+    def test_names_of_tests(self):
+        self.write("tests/unit/a_test.cpp", "TEST(One, Two) {}\nTEST_P(Three, Four) {}\n")
+        self.write("tests/scenarios/x/y.scn", "")
+        self.write("cmake/RegisterTests.cmake", "qxterm_test(wine/prefix)\n")
+        self.write("a.md", "`unit/One.Two` `unit/Three` `scenario/x/y` `wine/prefix` `unit/SUITE.CASE` `wine/NAME`\n"
+                           "`unit/One.Four` `unit/Two`\n`scenario/x/z` `wine/flood` `check/prefixes`\n")
+        self.assertEqual(self.found(), [
+            "a.md:2: there is no test unit/One.Four", "a.md:2: there is no test unit/Two",
+            "a.md:3: there is no test scenario/x/z", "a.md:3: there is no test wine/flood",
+            "a.md:3: there is no test check/prefixes"])
+
+    def test_commands_of_the_readme(self):
+        for name, text in (("good", "echo help"), ("silent", "true"), ("bad", "echo help; exit 1")):
+            self.write(name, f"#!/bin/sh\n{text}\n")
+            os.chmod(os.path.join(self.root, name), 0o755)
+        self.write("README.md", "Run `./good` or\n\n    ./silent\n    ./bad   # what\n    ./missing\n")
+        self.assertEqual(self.found(), [
+            "README.md:1: ./bad --help ended with status 1, and explained nothing",
+            "README.md:1: there is no command ./missing",
+            "README.md:1: ./silent --help ended with status 0, and explained nothing"])
+
+
+class Pages(SmallTree):
+    """What is read from the pages; comparing it with the program is tried on the pages themselves."""
+
+    def test_tables_of_a_help_page(self):
+        page = pages.Tables("<p>one\n<b>two</b></p><table><tr><th>A</th><th>B</th></tr>"
+                            "<tr><td>x&nbsp; y</td><td>of <i>name</i>.<br>z</td></tr></table>")
+        self.assertEqual(page.paragraphs, ["one two"])
+        self.assertEqual(page.table("A", "B"), [["x y", "of %. z"]])
+        self.assertEqual(page.table("A"), [["x y", "of %. z"]])
+        self.assertIsNone(page.table("B"))
+
+    def test_table_of_a_markdown_page(self):
+        self.write("a.md", "## One\n\n| a | b |\n|---|---|\n| `c` | |\n\n| d | e |\n|---|---|\n| f | g |\n## Two\n")
+        self.assertEqual(pages.markdown_table(self.root, "a.md", "One"), [["c", ""]])
+        self.assertEqual(pages.markdown_table(self.root, "a.md", "Two"), [])
+
+    def test_one_row_may_tell_several_keys(self):
+        rows = [["Name", "-1 -1", ""], ["prefix, suffix", "ATDT, empty", ""], ["host", "", ""]]
+        self.assertEqual(pages.names_and_defaults(rows), {"name": "-1 -1", "prefix": "ATDT", "suffix": "", "host": ""})
+
+    def test_keys_that_the_sources_read(self):
+        self.write("src/config/a.cpp", 'constexpr const char* key = "Third";\n'
+                                       'x(readSetting(settingsSection, "First", "45")); readSetting(settingsSection, key, "3");\n'
+                                       'section.text("Font", "m"); section.number16("baud", 1);\n'
+                                       'const char* portKey(int t) {\n    return t ? "a" : "b";\n}\n')
+        self.assertEqual(pages.settings_of_program(self.root), ({"first": "45", "third": "3"}, {"font", "baud", "a", "b"}))
+
+    def test_bytes_of_keys(self):
+        page = pages.Tables(
+            "<table><tr><th>Key</th><th>What is sent</th></tr><tr><td>Del</td><td>delete (127)</td></tr>"
+            "<tr><td>Cursor keys</td><td>ESC [ A up, ESC [ D left</td></tr><tr><td>Hyper</td><td>x</td></tr></table>"
+            "<table><tr><th>Key</th><th>String</th></tr><tr><td>F1</td><td>ESC O c</td><td>F5</td><td>ESC O g</td></tr></table>")
+        sent, problems = pages.keys_of_help(page)
+        self.assertEqual(sent, {"Delete": "7f", "Up": "1b5b41", "Left": "1b5b44", "F1": "1b4f63", "F5": "1b4f67"})
+        self.assertEqual(problems, ["resources/help/keys.htm:1: cannot tell what Hyper sends"])
+        sent, problems = pages.keys_of_page([["Left, Up", "ESC [ D, ESC [ A"], ["Backspace, Tab", "8, 9"], ["Up, F2", "1"]])
+        self.assertEqual(sent, {"Left": "1b5b44", "Up": "1b5b41", "Backspace": "08", "Tab": "09"})
+        self.assertEqual(problems, ["docs/control-sequences.md:1: cannot tell what Up, F2 sends"])
+
+    def test_keys_that_send_nothing(self):
+        self.assertEqual(pages.silent_keys("What. F9 to F11 (F10 opens it), Home and Ins send nothing. More."),
+                         {"F9", "F11", "Home", "Insert"})
+
+    def test_texts_of_the_sources(self):
+        self.write("src/a.cpp", 'box("Out of all "\n    "paper: \\"%1\\"");  // "Not a text here"\ntrace("one line");\n')
+        self.write("src/platform/headless/b.cpp", 'x("Not of the program");\n')
+        self.assertEqual(pages.texts_of_sources(self.root),
+                         {'Out of all paper: "%1"': "src/a.cpp", "one line": "src/a.cpp"})
+        self.assertTrue(pages.is_message('Out of all paper: "%1"'))
+        for text in ("one line", "Only three words", "Subscript out of range", "Opening network connection to host: %1"):
+            self.assertFalse(pages.is_message(text))
+        self.assertEqual(pages.message_of_page('Out of all paper: "%" (title: Out)'), 'Out of all paper: "%"')
+
+    def test_numbers_are_those_of_the_first_place(self):
+        numbers = {"width": [("src/a.h", r"width = (\d+)"), ("b.md", r"(\d+) wide"), ("c.md", r"(\d+) wide")]}
+        for path, text in (("src/a.h", "int width =\n 3;"), ("b.md", "it is 3\nwide"), ("c.md", "it is 4 wide")):
+            self.write(path, text)
+        with unittest.mock.patch.object(pages, "NUMBERS", numbers):
+            self.assertEqual(pages.check_numbers(self.root, None), ["c.md:1: width: 4, but the program has 3"])
+            self.write("c.md", "it is narrow")
+            self.assertEqual(pages.check_numbers(self.root, None),
+                             ["c.md:1: does not tell the width any more, or in other words"])
+
+    def test_commands_of_the_scenario_tool(self):
+        self.write("tools/qxterm-scenario/a.cpp", 'x = {{\n    {"host", false, host},\n    {"dump row", false, row},\n'
+                                                  '    {"serial busy", true, busy},\n}};\n')
+        page = ("## A\n| command | |\n|---|---|\n| `host BYTES`, `serial busy on` | x |\n## Dumps\n| `row N` | x |\n"
+                '## Events\n| `{"event":"a"}` | x |\n')
+        self.write("docs/scenario-tool.md", page)
+        self.assertEqual(pages.check_commands(self.root, None), [])
+        self.write("docs/scenario-tool.md", page.replace("serial busy on", "serial carrier on"))
+        self.assertEqual(pages.check_commands(self.root, None), [
+            "docs/scenario-tool.md:1: the tool has no command serial carrier on",
+            "docs/scenario-tool.md:1: lacks the command serial busy"])
+
+    def test_exit_codes_of_the_helpers(self):
+        for helper, codes in (("zpt_ssh", "23"), ("zpt_tnetd", "24")):
+            self.write(f"helpers/{helper}/win32/main.cpp", "constexpr int one = 2;\nconstexpr int two = 3;\n")
+            self.write(f"docs/{helper}.md", "## Exit status\n| code | meaning |\n" + "".join(f"| {c} | x |\n" for c in codes))
+        self.assertEqual(pages.check_exit_codes(self.root, None), [
+            "docs/zpt_tnetd.md:1: has the exit codes ['2', '4'], helpers/zpt_tnetd/win32/main.cpp has ['2', '3']"])
+
+    def test_entries_are_compared_both_ways(self):
+        self.assertEqual(pages.compare_entries("a", "it", {"x": "1", "y": "2"}, {"x": "2", "z": "3"}), [
+            "a:1: it lacks z", "a:1: it has y, which the program does not know",
+            'a:1: it, x: "1", but the program has "2"'])
+
+
+class Manual(unittest.TestCase):
+    """Help pages as Markdown."""
+
+    def converted(self, text, depth=1):
+        return manual.convert("keys", depth, f"<html><head><title>No</title></head><body>{text}</body></html>")
+
+    def test_text_links_and_places(self):
+        self.assertEqual(
+            self.converted('<h1>Keys</h1>\n<h2><a name="more"></a>More</h2><p>See <b>A &gt; B</b>,&nbsp;<kbd>F1</kbd>\n'
+                           '<a href="keys.htm#more">below</a> and\n<a href="window.htm">there</a>: a_b</p>'),
+            '<a name="keys"></a>\n\n## Keys\n\n<a name="keys-more"></a>\n\n### More\n\n'
+            "See **A > B**, `F1` [below](#keys-more) and [there](#window): a\\_b")
+
+    def test_lists_notes_and_code(self):
+        self.assertEqual(self.converted('<ol><li>one</li><li>two</li></ol><p class="note">n</p><pre>a_b\n c</pre>'
+                                        "<ul><li>x</li></ul>", 2),
+                         "1. one\n2. two\n\n> n\n\n    a_b\n     c\n\n- x")
+
+    def test_tables(self):
+        self.assertEqual(self.converted('<table><tr><th>A</th><th>B</th></tr><tr><td rowspan="2">x</td><td>y|z<br>w</td>'
+                                        "</tr><tr><td>v</td></tr><tr><td>r</td><td>s</td></tr></table>"),
+                         "| A | B |\n| --- | --- |\n| x | y\\|z<br>w |\n|  | v |\n| r | s |")
+
+    def test_an_element_that_it_does_not_know_is_not_lost(self):
+        with self.assertRaises(manual.UnknownElement):
+            self.converted("<p>a <u>b</u></p>")
+        self.assertEqual(self.converted("<h3>x</h3>", 2), "##### x")
+
+    def test_order_and_depth_are_those_of_the_contents(self):
+        entry = '<li><object><param name="Name" value="{0}"><param name="Local" value="{0}.htm"></object>'
+        contents = f"<ul>{entry.format('a')}<ul>{entry.format('b')}</ul>{entry.format('c')}</ul>"
+        self.assertEqual(manual.entries_of(contents), [(1, "a", "a.htm"), (2, "b", "b.htm"), (1, "c", "c.htm")])
+        text = manual.manual("T", contents, lambda name: f"<h1>{name}</h1>")
+        self.assertIn("- [a](#a)\n  - [b](#b)\n- [c](#c)", text)
+        self.assertIn('## a.htm\n\n<a name="b"></a>\n\n### b.htm\n\n<a name="c"></a>\n\n## c.htm\n', text)
+
+
+class Examples(SmallTree):
+    PROGRAM = [sys.executable, "-c", "import sys; [print('{\"file\":\"a\",\"line\":%d}\\n{\"event\":\"%s\"}' % (n, line[:-1])) "
+               "for n, line in enumerate(open(sys.argv[2]), 1) if line.strip() and line[0] != '#']"]
+
+    def found(self, text):
+        self.write("a.md", text)
+        return examples.check(self.root, self.PROGRAM)
+
+    def test_each_block_is_played_by_itself(self):
+        self.assertEqual(self.found("# a\n```scenario\nx\n#> x\n```\nword\n```\nno\n```\n```scenario\ny\n#> y\n```\n"), ([], 2))
+
+    def test_difference_is_told_with_the_line_of_the_page(self):
+        self.assertIn("a.md:3: x", self.found("# a\n```scenario\nx\n#> z\n```\n")[0])
+
+    def test_block_without_an_end(self):
+        self.assertNotEqual(self.found("```scenario\nx\n#> x\n")[0], [])
 
 
 class ScenarioFile(SmallTree):

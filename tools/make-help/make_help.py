@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Compiles the help file resources/enu_te.chm from resources/help/.
+"""Compiles the help file resources/enu_te.chm from resources/help/, and makes docs/manual.md from the same pages.
 
-    make_help.py            checks the sources and compiles them
-    make_help.py --check    checks the sources, and that enu_te.chm was compiled from them; writes nothing
+    make_help.py            checks the sources, compiles them and writes the manual
+    make_help.py --check    checks the sources, and that both were made from them; writes nothing
 
-Needs chmcmd and chmls (Debian package fp-utils-3.2.2). Building the program needs neither: the compiled file is
-kept. Two runs differ in their time stamps.
+Needs chmcmd (Debian package fp-utils-3.2.2), and to check extract_chmLib (libchm-bin). Building the program needs neither: the
+compiled file is kept. Two runs differ in their time stamps.
 
 The pages are HTML as the help viewer's old engine understands it, in ASCII. enu_te.hhp names them and gives the
 context numbers of src/app/dialogs/help_topics.h their pages, enu_te.hhc is the table of contents, enu_te.hhk the index.
@@ -22,14 +22,17 @@ import subprocess
 import sys
 import tempfile
 
+import manual
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOURCES = ROOT / "resources" / "help"
 COMPILED = ROOT / "resources" / "enu_te.chm"
-TOPICS = ROOT / "src" / "app" / "help_topics.h"
+TOPICS = ROOT / "src" / "app" / "dialogs" / "help_topics.h"
 PROJECT = "enu_te.hhp"
 # chmcmd puts the folder that it works in before the pages of context numbers. This name of it is the same on
 # every machine.
 FOLDER_PREFIX = "/proc/self/cwd/"
+MANUAL = ROOT / "docs" / "manual.md"
 
 
 class Problem(Exception):
@@ -77,6 +80,7 @@ class Project:
         )
         parser.optionxform = str
         parser.read(SOURCES / PROJECT, encoding="ascii")
+        self.title = parser["OPTIONS"]["Title"]
         self.files = list(parser["FILES"])
         self.maps = [parser["OPTIONS"]["Contents file"], parser["OPTIONS"]["Index file"]]
         numbers = {}
@@ -117,19 +121,17 @@ def checkSources(project):
         raise Problem(f"context numbers: the program has {sorted(asked)}, {PROJECT} {sorted(project.contexts)}")
 
 
-def extracted(chm, name):
+def filesIn(chm):
+    """{name: bytes} of all that a compiled file holds."""
     with tempfile.TemporaryDirectory() as folder:
         out = pathlib.Path(folder) / "out"
-        subprocess.run(["chmls", "extract", str(chm), "/" + name, str(out)], check=True, capture_output=True)
-        if not out.exists():
-            raise Problem(f"{chm.name} does not hold {name}")
-        return out.read_bytes()
+        subprocess.run(["extract_chmLib", str(chm), str(out)], check=True, capture_output=True)
+        return {str(path.relative_to(out)): path.read_bytes() for path in out.rglob("*") if path.is_file()}
 
 
-def contextTable(chm):
-    """Pairs of a context number and where its page's name stands in #STRINGS, from the file's #IVB."""
-    table = extracted(chm, "#IVB")
-    return list(struct.iter_unpack("<II", table[4:]))
+def contextTable(files):
+    """Pairs of a context number and where its page's name stands in #STRINGS, from #IVB."""
+    return list(struct.iter_unpack("<II", files["#IVB"][4:]))
 
 
 def stringAt(strings, place):
@@ -137,13 +139,28 @@ def stringAt(strings, place):
 
 
 def checkCompiled(chm, project):
+    files = filesIn(chm)
     for name in [*project.files, *project.maps]:
-        if extracted(chm, name) != (SOURCES / name).read_bytes():
+        if files.get(name) != (SOURCES / name).read_bytes():
             raise Problem(f"{chm.name} holds another {name} than resources/help: run tools/make-help/make_help.py")
-    strings = extracted(chm, "#STRINGS")
-    found = {number: stringAt(strings, place) for number, place in contextTable(chm)}
+    found = {number: stringAt(files["#STRINGS"], place) for number, place in contextTable(files)}
     if found != project.contexts:
         raise Problem(f"{chm.name} has the context numbers {found}")
+
+
+def manualText(project):
+    def read(name):
+        return (SOURCES / name).read_text(encoding="ascii")
+
+    try:
+        return manual.manual(project.title, read(project.maps[0]), read)
+    except manual.UnknownElement as unknown:
+        raise Problem(f"the manual knows no element <{unknown}>") from unknown
+
+
+def checkManual(project):
+    if not MANUAL.exists() or MANUAL.read_text(encoding="utf-8") != manualText(project):
+        raise Problem(f"{MANUAL.relative_to(ROOT)} is not that of resources/help: run tools/make-help/make_help.py")
 
 
 def replaceOnce(data, old, new):
@@ -159,10 +176,10 @@ def correctContexts(chm):
     to point further on. #IVB itself is compressed and cannot be changed in place; the corrected one goes to the end
     of a remark that the compiler leaves uncompressed at the start of the contents, and the directory is told so.
     """
-    strings = extracted(chm, "#STRINGS")
-    remark = extracted(chm, "_#_README_#_")
+    files = filesIn(chm)
+    strings, remark = files["#STRINGS"], files["_#_README_#_"]
     table = b""
-    for number, place in contextTable(chm):
+    for number, place in contextTable(files):
         if not stringAt(strings, place).startswith(FOLDER_PREFIX):
             raise Problem("this chmcmd writes context numbers in another way")
         table += struct.pack("<II", number, place + len(FOLDER_PREFIX))
@@ -199,16 +216,19 @@ def main():
     parser = argparse.ArgumentParser(description="Compiles the help file.")
     parser.add_argument("--check", action="store_true", help="write nothing")
     options = parser.parse_args()
-    for tool in ("chmcmd", "chmls"):
+    needed = {"extract_chmLib": "libchm-bin"} | ({} if options.check else {"chmcmd": "fp-utils-3.2.2"})
+    for tool, package in needed.items():
         if shutil.which(tool) is None:
-            sys.exit(f"make_help.py: {tool} is missing; it is in Debian's package fp-utils-3.2.2")
+            sys.exit(f"make_help.py: {tool} is missing; it is in Debian's package {package}")
     try:
         project = Project()
         checkSources(project)
         if options.check:
             checkCompiled(COMPILED, project)
+            checkManual(project)
         else:
             compileHelp(project)
+            MANUAL.write_text(manualText(project), encoding="utf-8")
     except Problem as problem:
         sys.exit(f"make_help.py: {problem}")
     except subprocess.CalledProcessError as failed:

@@ -108,6 +108,29 @@ TEST_F(SshConnect, AClientThatEndsDuringTheWaitTakesTheRelayWithIt) {
     enterBob();
 }
 
+/// The helpers' start with a local port that another program has taken since it was found free.
+void startWithTakenPort() {
+    std::bitset<PortTables::ports> taken;
+    taken.set(3000);
+    headless::setTcpPorts(taken);
+    g_sSSHPassword = "secret";
+    StartSSH("host1", "bob", 3000);
+    EXPECT_EQ(recorded("process", "command").at(1), "zpt_tnetd 2 3000 3001 4 bob");
+}
+
+TEST_F(SshConnect, APortThatTheRelayCannotHaveIsNotGivenThePassword) {
+    headless::exitHelper("zpt_tnetd");
+    startWithTakenPort();
+    EXPECT_TRUE(g_bLoginDone);
+    EXPECT_EQ(g_sSSHPassword, "");
+}
+
+TEST_F(SshConnect, ARelayThatListensLeadsToTheClient) {
+    startWithTakenPort();
+    EXPECT_FALSE(g_bLoginDone);
+    EXPECT_EQ(g_sSSHPassword, "secret");
+}
+
 TEST_F(SshConnect, DisconnectDuringTheWaitEndsTheAttempt) {
     headless::setForwardDelay(-1);
     whileWaiting([] { mnuconnitem_Click(connectionItem::disconnect); });
