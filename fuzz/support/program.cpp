@@ -1,6 +1,8 @@
 #include "support/program.h"
 
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "connection/transport_controls.h"
 #include "headless-session/session.h"
@@ -16,14 +18,20 @@ namespace {
 
 std::vector<std::string> sent;
 
+/// What a host can bring about outside the terminal: answers, error boxes and the bell. It reaches no file,
+/// no program, no clipboard and no other connection.
+constexpr std::array<std::string_view, 3> withinReach{"send", "box", "beep"};
+
 void keepSends(const headless::Record& record) {
+    require(std::ranges::find(withinReach, record.kind) != withinReach.end(),
+            "the host reaches nothing but the terminal");
     if (record.kind != "send") return;
     for (const auto& [name, value] : record.fields) {
         if (name == "bytes") sent.push_back(std::get<std::string>(value));
     }
 }
 
-/// Keeps what is sent from now on.
+/// Keeps what is sent from now on, and lets nothing happen that a host must not bring about.
 void watchSends() {
     sent.clear();
     headless::setSink(keepSends);
