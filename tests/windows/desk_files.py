@@ -1,5 +1,6 @@
 """Files that nobody should have written: the program starts with any qxterm.ini and loses nothing of it."""
 
+import os
 import sys
 from pathlib import Path
 
@@ -118,18 +119,34 @@ def tenMegabytes():
 
 
 def readOnly():
+    """A file that nobody may write to is read; what is saved is lost, and the session goes on."""
     path = iniPath()
     content = SETTINGS + LOOP
     path.write_bytes(content)
     path.chmod(0o444)
     try:
+        check(not os.access(path, os.W_OK), "the file is read-only for the user of this test, too")
         with Desk() as desk:
             desk.menu("p", "1")
             desk.waitCaption("kept")
             desk.gone("frmConn")
             check(desk.ask("state")["g_bConnectActive"], "a read-only file is read")
+            desk.menu("p", "s")
+            desk.noBoxes()
+            desk.type("alive")
+            desk.waitText("alive", row=0)
+        checkEqual(path.read_bytes(), content, "what the file holds")
     finally:
         path.chmod(0o644)
 
 
+def withoutOverride():
+    """Starts this test once more as a user whom the permissions of files hold, which root is not."""
+    if os.geteuid() == 0 and os.environ.get("HELD_BY_PERMISSIONS") is None:
+        os.environ["HELD_BY_PERMISSIONS"] = "yes"
+        os.execvp("setpriv", ["setpriv", "--bounding-set", "-dac_override", "--inh-caps", "-dac_override", sys.executable,
+                              *sys.argv])
+
+
+withoutOverride()
 run(emptyAndHeadless, twoEqualSections, longValues, embeddedZeros, tenMegabytes, readOnly, twoWindowsSave)

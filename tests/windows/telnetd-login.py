@@ -8,7 +8,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 import cells  # noqa: E402
 from account import testUser  # noqa: E402
 from peers import TelnetDaemon  # noqa: E402
-from program import Program, Skip, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
+from program import Failure, Program, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
 from relay import Relay  # noqa: E402
 
 LINES = [f"line {n:02} *" + "abcdefghij" * (n % 6) for n in range(1, 61)]
@@ -149,7 +149,7 @@ def pager(session):
 def loginAndWork():
     missing = [one for one in ("vim.tiny", "less", "tic") if shutil.which(one) is None]
     if missing:
-        raise Skip(f"{', '.join(missing)} cannot be found: tools/setup/install.sh peers")
+        raise Failure(f"{', '.join(missing)} cannot be found: tools/setup/install.sh peers")
     with testUser(furnish) as (name, word, _), TelnetDaemon() as daemon, cells.sheetPeer() as sheets, \
             Relay(daemon.port) as relay:
         writeProfiles({"sheet": netProfile(sheets.port), "host": netProfile(relay.port)})

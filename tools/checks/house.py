@@ -75,7 +75,9 @@ def without_comments(lines):
 
 
 def report(problems, checked):
-    """Prints the problems and returns the exit status; a check that looked at nothing says so."""
+    """Prints the problems and returns the exit status. A check that has looked at nothing has found nothing out."""
+    if checked == 0 and not problems:
+        problems = ["there is no file to look at"]
     for problem in problems:
         print(problem)
     if problems:

@@ -70,10 +70,12 @@ void setForwardDelay(std::int64_t milliseconds) { forwardDelay = milliseconds < 
 
 bool forwardOpen() { return forwardDelay != never && now() >= lastStart + forwardDelay; }
 
-std::string helperEnvironment(const HelperProcess& helper, std::string_view name) {
-    if (!helper.recorded()) return {};
-    for (const auto& [known, value] : helper.native->environment) {
-        if (known == name) return value;
+std::string helperEnvironment(std::string_view helper, std::string_view variable) {
+    for (const HelperProcess* one : recordedHelpers()) {
+        if (one->name() != helper) continue;
+        for (const auto& [known, value] : one->native->environment) {
+            if (known == variable) return value;
+        }
     }
     return {};
 }

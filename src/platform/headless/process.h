@@ -18,8 +18,9 @@ void exitHelper(std::string_view name);
 void setForwardDelay(std::int64_t milliseconds);
 /// True when the forwarded port of the helper that was started last is open.
 [[nodiscard]] bool forwardOpen();
-/// What a helper that is recorded found in its environment; empty when it found nothing under that name.
-[[nodiscard]] std::string helperEnvironment(const HelperProcess& helper, std::string_view name);
+/// What the helper of this name, which is recorded, found in its environment; empty when it found nothing
+/// under the variable.
+[[nodiscard]] std::string helperEnvironment(std::string_view helper, std::string_view variable);
 
 /// Forgets the running helpers, without a record.
 void dropHelpers();

@@ -1,5 +1,7 @@
 #include "app/dialogs/profile_dialog.h"
 
+#include <array>
+
 #include "app/menus.h"
 #include "app/program_fixture.h"
 #include "config/profile_lists.h"
@@ -23,6 +25,12 @@ protected:
         start();
         records.clear();
     }
+    using Place = std::array<std::int32_t, 4>;  ///< left, top, width, height
+    template <class Thing>
+    static Place placeOf(const Thing& thing) {
+        const TwipsRect place = thing.place();
+        return {place.left, place.top, place.width, place.height};
+    }
     static Control& control(const char* name) { return find<Control>(frmprof, name); }
     static void press(const char* name, std::int16_t code) {
         ASSERT_TRUE(headless::press(control(name), code)) << name;
@@ -33,6 +41,12 @@ protected:
 };
 
 TEST_F(ProfileDialog, OpenModeShowsTheListAlone) {
+    frmprof.load();
+    frmprof.move({150, 300, 4050, 5010});
+    control("lblname").move({15, 30, 600, 240});
+    control("txtprof").move({15, 300, 2010, 330});
+    control("lstprof").move({15, 705, 2010, 1500});
+    control("cmd3Dconn").move({2500, 300, 900, 360});
     then([] {
         EXPECT_EQ(frmprof.caption(), "Open Profile");
         EXPECT_FALSE(control("txtprof").visible());
@@ -41,7 +55,8 @@ TEST_F(ProfileDialog, OpenModeShowsTheListAlone) {
         EXPECT_FALSE(control("cmd3Dconn").enabled());
         EXPECT_FALSE(control("cmd3Dopen").enabled());
         EXPECT_EQ(find<ListBox>(frmprof, "lstprof").items(), (Lines{"alpha", "beta"}));
-        EXPECT_EQ(control("lstprof").place().top, control("txtprof").place().top);
+        EXPECT_EQ(placeOf(control("lstprof")), (Place{15, 300, 2010, 1740}));
+        EXPECT_EQ(placeOf(frmprof), (Place{150, 300, 4050, 4830}));
     });
     then([] { click(frmprof, "cmd3Dcancel"); });
     showOpenProfile();
@@ -94,6 +109,19 @@ TEST_F(ProfileDialog, SaveUnderANewNameWritesItAndMovesItToTheTop) {
     EXPECT_EQ(iniValue("Settings", "Profiles"), "alpha beta gamma ");
     EXPECT_EQ(mruNames[0], "gamma");
     EXPECT_FALSE(g_bProfileNew);
+}
+
+TEST_F(ProfileDialog, SaveModeClosesTheGapThatOpenLeaves) {
+    frmprof.load();
+    control("cmd3Dopen").move({15, 30, 45, 60});
+    control("cmd3Dcancel").move({75, 90, 105, 120});
+    control("cmd3Dhelp").move({135, 150, 165, 180});
+    then([] {
+        EXPECT_EQ(placeOf(control("cmd3Dcancel")), (Place{15, 30, 45, 60}));
+        EXPECT_EQ(placeOf(control("cmd3Dhelp")), (Place{75, 90, 105, 120}));
+        click(frmprof, "cmd3Dcancel");
+    });
+    showSaveProfileAs();
 }
 
 TEST_F(ProfileDialog, AnExistingNameIsReplacedOnlyWhenTheUserAgrees) {

@@ -6,6 +6,7 @@
 #include "connection/session.h"
 #include "platform/headless/display.h"
 #include "platform/main_form.h"
+#include "terminal/drawing/cell_size.h"
 
 namespace qxterm::testing {
 namespace {
@@ -124,6 +125,8 @@ TEST_F(UserProfile, ReadingSetsCaptionAndSize) {
     readUserProf("big");
     EXPECT_EQ(happened(),
               (Lines{"caption frmterm Zentora Terminal Emulator - big", "apptitle QXTERM - big"}));
+    EXPECT_EQ(charWidth, 7);
+    EXPECT_EQ(lineHeight, 15);
 }
 
 TEST_F(UserProfile, ANetworkProfileIsWrittenKeyByKey) {

@@ -1,7 +1,6 @@
 #include "connection/ssh_connect.h"
 
 #include "app/program_fixture.h"
-#include "common/names.h"
 #include "config/profile_record.h"
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
@@ -303,11 +302,12 @@ TEST(SshCommandLines, KeepTheDoubledBlank) {
 }
 
 TEST_F(SshConnect, TheTunnelsClientFindsTheLoginNameInItsEnvironment) {
-    HelperProcess helper{"zpt_ssh"};
-    const std::vector<EnvironmentValue> environment{{zpt::loginVariable, "bob"}};
-    ASSERT_TRUE(helper.start("zpt_ssh", StandardHandles::pipes, environment));
-    EXPECT_EQ(headless::helperEnvironment(helper, "ZPT_SSH_LOGIN"), "bob");
-    helper.close();
+    then([] {
+        EXPECT_EQ(headless::helperEnvironment("zpt_ssh", "ZPT_SSH_LOGIN"), "bob");
+        EXPECT_EQ(headless::helperEnvironment("zpt_tnetd", "ZPT_SSH_LOGIN"), "");
+        click(frmConn, "cmdCancel");
+    });
+    enterBob();
 }
 
 }  // namespace

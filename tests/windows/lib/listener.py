@@ -4,7 +4,11 @@ import contextlib
 import socket
 import threading
 
-from program import Skip
+from program import Failure
+
+
+class PortTaken(Failure):
+    """Another program listens there."""
 
 
 class Listener:
@@ -13,7 +17,7 @@ class Listener:
         try:
             self._listener = socket.create_server(("127.0.0.1", port))
         except OSError as error:
-            raise Skip(f"port {port} cannot be listened on: {error.strerror}") from error
+            raise PortTaken(f"port {port} cannot be listened on: {error.strerror}") from error
         self._serve = serve
         self.port = self._listener.getsockname()[1]
         self.accepted = 0

@@ -8,7 +8,7 @@ import threading
 import time
 
 from listener import Listener
-from program import PATIENCE, ROOT, Failure, Skip, waitFor
+from program import PATIENCE, ROOT, Failure, waitFor
 
 
 class Peer:
@@ -91,7 +91,7 @@ class TelnetDaemon:
         """port: where it listens; 0 lets the system choose."""
         found = subprocess.run([ROOT / "tools" / "setup" / "telnetd.sh"], stdout=subprocess.PIPE, text=True)
         if found.returncode != 0:
-            raise Skip("there is no telnet daemon, and its package cannot be had")
+            raise Failure("there is no telnet daemon, and its package cannot be had")
         self._command = [found.stdout.strip(), "-h", "-L", "/bin/login"]
         self._processes = []
         self._listener = Listener(self._start, port)

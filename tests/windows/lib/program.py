@@ -25,7 +25,7 @@ class Failure(Exception):
 
 
 class Skip(Exception):
-    """Why the test cannot run here."""
+    """The privilege that the test lacks here."""
 
 
 def waitFor(condition, what, seconds=PATIENCE, pause=0.02):
@@ -316,18 +316,24 @@ class Program:
 
 
 def run(*tests):
-    """Runs the tests of a file, those named on the command line or all, and ends the process."""
-    failed = False
-    for test in [one for one in tests if one.__name__ in sys.argv[1:] or len(sys.argv) == 1]:
+    """Runs the tests of a file, those named on the command line or all, and ends the process. A test that cannot run for
+    want of a privilege is named, and the others run all the same."""
+    known = {one.__name__: one for one in tests}
+    unknown = [name for name in sys.argv[1:] if name not in known]
+    if unknown:
+        print(f"{TEST} has no test {', '.join(unknown)}; it has {', '.join(known)}")
+        sys.exit(2)
+    failed = skipped = False
+    for name in sys.argv[1:] or known:
         began = time.monotonic()
         try:
-            test()
+            known[name]()
         except Skip as reason:
-            print(f"skipped: {reason}")
-            sys.exit(SKIPPED)
+            skipped = True
+            print(f"skipped {name}: {reason}", flush=True)
         except Failure as failure:
             failed = True
-            print(f"FAILED {test.__name__}: {failure}", flush=True)
+            print(f"FAILED {name}: {failure}", flush=True)
         else:
-            print(f"passed {test.__name__} ({time.monotonic() - began:.1f} s)", flush=True)
-    sys.exit(1 if failed else 0)
+            print(f"passed {name} ({time.monotonic() - began:.1f} s)", flush=True)
+    sys.exit(1 if failed else SKIPPED if skipped else 0)

@@ -12,7 +12,7 @@ import time
 from pathlib import Path
 
 from listener import Listener, inBackground
-from program import BUILD, PATIENCE, ROOT, Skip, waitFor
+from program import BUILD, PATIENCE, ROOT, Failure, waitFor
 
 TELNET = 23  # the port behind every tunnel, on the server's own loopback
 HOST = "127.0.0.1"
@@ -22,13 +22,20 @@ def programFolder(parent):
     """A copy of the program's folder with an SSH client in it; returns its path."""
     made = subprocess.run([ROOT / "tools" / "setup" / "plink.sh"], capture_output=True, text=True)
     if made.returncode != 0:
-        raise Skip(f"there is no SSH client for Windows: {made.stderr.strip()}")
+        raise Failure(f"there is no SSH client for Windows: {made.stderr.strip()}")
     folder = Path(parent) / "program"
     folder.mkdir()
     for name in ("qxterm-probe.exe", "zpt_ssh.exe", "zpt_tnetd.exe", "QXTERM.ttf", "tmspl16.dat", "enu_te.chm"):
         shutil.copy(BUILD / name, folder)
     shutil.copy(made.stdout.strip(), folder / "plink.exe")
     return folder
+
+
+def addressesOf(name):
+    try:
+        return {found[4][0] for found in socket.getaddrinfo(name, None)}
+    except OSError:
+        return set()
 
 
 def freePort(address=HOST):
@@ -42,9 +49,11 @@ class SshServer:
 
     def __init__(self, user, address=HOST):
         self._user, self._address = user, address
+        if HOST not in addressesOf("localhost"):
+            raise Failure(f"localhost, where tunnels begin and end, is not {HOST} here: see /etc/hosts")
         self._program = shutil.which("sshd", path="/usr/sbin:/usr/bin")
         if self._program is None:
-            raise Skip("there is no sshd: tools/setup/install.sh peers")
+            raise Failure("there is no sshd: tools/setup/install.sh peers")
         self._folder = tempfile.TemporaryDirectory(prefix="qxterm-sshd-")
         self.folder = Path(self._folder.name)
         self.folder.chmod(0o755)
