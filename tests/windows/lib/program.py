@@ -262,10 +262,24 @@ class Program:
 
         waitFor(active, "the main window is the active one")
 
+    def settle(self):
+        """Waits until the window that the program takes for the active one has the display's keyboard: between the end of
+        one window and the beginning of the next, what is typed is lost. Not for long: another program's may be in
+        front."""
+
+        def settled():
+            active = [window["title"] for window in self.ask("windows") if window["active"]]
+            return active and active[0] == focusTitle()
+
+        with contextlib.suppress(Failure):
+            waitFor(settled, "the active window has the keyboard", 3)
+
     def key(self, *names):
+        self.settle()
         xdotool("key", "--delay", "15", *names)
 
     def type(self, text):
+        self.settle()
         xdotool("type", "--delay", "15", "--", text)
 
     def click(self, form, control):
