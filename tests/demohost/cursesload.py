@@ -1,9 +1,11 @@
-"""A curses program that changes the screen at random: "n" makes a few changes, "L" draws all anew, "q" ends.
+"""A curses program that changes the screen at random: "n" makes a few changes, "L" draws all anew, "q" ends. It rings the
+bell each time it has drawn.
 
 Run on a pseudo-terminal by test_terminfo.py; its argument is the seed.
 """
 
 import curses
+import os
 import random
 import sys
 
@@ -49,6 +51,7 @@ def main(window):
         window.addstr(row, 0, (f"line {row} " * 20)[:chance.randint(5, 79)])
     while True:
         window.refresh()
+        os.write(1, b"\a")
         key = window.getch()
         if key == ord("q"):
             return
