@@ -2,6 +2,7 @@
 
 import contextlib
 import os
+import shutil
 import signal
 import socket
 import sys
@@ -178,6 +179,23 @@ def helperMissing():
             away.rename(helper)
 
 
+def helpersElsewhere():
+    """Helpers in the current folder and in the path are none of the program's."""
+    helper, away = folder / "zpt_ssh.exe", folder / "away.exe"
+    with Tunnel() as tunnel, tempfile.TemporaryDirectory(prefix="qxterm-path-") as path, \
+            Program("tunnel", folder=folder, environment={"WINEPATH": path}) as program:
+        for name in ("zpt_ssh.exe", "zpt_tnetd.exe", "plink.exe"):
+            for place in (path, program.scratch):
+                shutil.copy(folder / name, place)
+        helper.rename(away)
+        try:
+            logIn(program, tunnel.name, tunnel.word)
+            attemptFails(program)
+        finally:
+            away.rename(helper)
+        checkEqual(tunnel.behind.accepted, 0, "connections through the tunnel")
+
+
 def clientMissing():
     client, away = folder / "plink.exe", folder / "away.exe"
     client.rename(away)
@@ -275,5 +293,5 @@ def slowLoginThatFails():
         checkEqual(tunnel.behind.accepted, 0, "connections through the tunnel")
 
 
-run(session, wrongPassword, serverDown, hostKeyUnknown, helperMissing, clientMissing, forwardPortTaken,
+run(session, wrongPassword, serverDown, hostKeyUnknown, helperMissing, helpersElsewhere, clientMissing, forwardPortTaken,
     portTakenMeanwhile, addressOfVersion6, slowLogin, slowLoginThatFails)
