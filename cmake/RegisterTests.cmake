@@ -56,6 +56,23 @@ qxterm_test(
     "$<TARGET_FILE:qxterm-scenario>"
 )
 
+# Trace logs played back
+
+qxterm_test(replay/round-trip scenario 300 "${Python3_EXECUTABLE}" tests/replay/round_trip.py
+            "$<TARGET_FILE:qxterm-scenario>"
+)
+qxterm_test(
+    replay/pictures
+    scenario
+    120
+    "${CMAKE_COMMAND}"
+    -E
+    env
+    "QXTERM_SCENARIO=$<TARGET_FILE:qxterm-scenario>"
+    "${Python3_EXECUTABLE}"
+    tests/replay/test_pictures.py
+)
+
 # The fuzzers' inputs, without the fuzzers
 
 foreach(source IN LISTS fuzz_targets)

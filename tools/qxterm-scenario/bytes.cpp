@@ -1,5 +1,6 @@
 #include "bytes.h"
 
+#include "platform/hex_text.h"
 #include "script.h"
 
 namespace qxterm::scenario {
@@ -72,6 +73,32 @@ std::string parseBytes(std::string_view text) {
     }
     if (!any) throw ScriptFault{"bytes are missing"};
     return bytes;
+}
+
+std::string bytesText(std::string_view bytes) {
+    std::string text{'"'};
+    for (const char c : bytes) {
+        switch (c) {
+            case '\x1b': text += "\\e"; break;
+            case '\r': text += "\\r"; break;
+            case '\n': text += "\\n"; break;
+            case '\t': text += "\\t"; break;
+            case '\b': text += "\\b"; break;
+            case '\\':
+            case '"':
+                text += '\\';
+                text += c;
+                break;
+            default:
+                if (c >= ' ' && c <= '~') {
+                    text += c;
+                } else {
+                    text += "\\x" + hexText({&c, 1});
+                }
+                break;
+        }
+    }
+    return text + '"';
 }
 
 }  // namespace qxterm::scenario

@@ -1,17 +1,24 @@
-// qxterm-scenario [--lines] [FILE ...]: plays scenarios, from standard input when no file is named.
+// qxterm-scenario: plays scenarios, and turns trace logs into scenarios and pictures.
 
+#include <iostream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "command_line.h"
 #include "player.h"
+#include "replay_run.h"
 
 int main(int argc, char** argv) {
-    std::vector<std::string> files{argv + 1, argv + argc};
-    auto lines = qxterm::scenario::Lines::untold;
-    if (!files.empty() && files.front() == "--lines") {
-        lines = qxterm::scenario::Lines::told;
-        files.erase(files.begin());
+    using qxterm::scenario::CommandLine;
+    CommandLine line = qxterm::scenario::readCommandLine({argv + 1, argv + argc});
+    if (!line.complaint.empty()) {
+        std::cerr << line.complaint << "; qxterm-scenario --help tells what there is\n";
+        return 2;
     }
-    return qxterm::scenario::play(std::move(files), lines);
+    switch (line.task) {
+        case CommandLine::Task::help: std::cout << qxterm::scenario::usage; return 0;
+        case CommandLine::Task::replay: return qxterm::scenario::replay(line.order);
+        default: return qxterm::scenario::play(std::move(line.files), line.lines);
+    }
 }

@@ -3,6 +3,11 @@
 #include <cstdio>
 
 namespace qxterm::scenario {
+namespace {
+
+bool printing = true;
+
+}  // namespace
 
 std::string jsonText(std::string_view bytes) {
     std::string text;
@@ -19,7 +24,10 @@ std::string jsonText(std::string_view bytes) {
     return text;
 }
 
+void setPrinting(bool on) { printing = on; }
+
 void print(const Json& object) {
+    if (!printing) return;
     const std::string line = object.dump() + '\n';
     std::fwrite(line.data(), 1, line.size(), stdout);
 }

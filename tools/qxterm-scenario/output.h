@@ -13,8 +13,9 @@ using Json = nlohmann::ordered_json;
 /// U+0080 to U+00FF.
 [[nodiscard]] std::string jsonText(std::string_view bytes);
 
-/// Prints one object as one line.
+/// Prints one object as one line, unless printing is switched off.
 void print(const Json& object);
+void setPrinting(bool on);
 /// Hands what was printed to the system. False when standard output cannot take it.
 bool flushOutput();
 

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int wrongLine = 2;
 
-Script* script = nullptr;
+LineSource* script = nullptr;
 bool linesAreTold = false;
 
 struct Queued {
@@ -61,6 +61,7 @@ bool runNextLine() {
         throw;
     }
     carryOutAt(command, where);
+    script->carriedOut();
     return true;
 }
 
@@ -85,12 +86,11 @@ void queueForYield(std::string_view line) {
     headless::yieldHook = runQueued;
 }
 
-int play(std::vector<std::string> files, Lines lines) {
-    Script played{std::move(files)};
-    script = &played;
-    linesAreTold = lines == Lines::told;
+namespace {
+
+int playSource(LineSource& source) {
+    script = &source;
     int status = 0;
-    prepareProgram();
     headless::setNextEvent(runNextLineInModal);
     try {
         while (runNextLine()) {
@@ -104,6 +104,24 @@ int play(std::vector<std::string> files, Lines lines) {
     }
     flushOutput();
     script = nullptr;
+    return status;
+}
+
+}  // namespace
+
+int play(std::vector<std::string> files, Lines lines) {
+    Script played{std::move(files)};
+    linesAreTold = lines == Lines::told;
+    prepareProgram();
+    return playSource(played);
+}
+
+int playQuietly(LineSource& source, headless::Sink sink) {
+    linesAreTold = false;
+    setPrinting(false);
+    prepareProgram(sink);
+    const int status = playSource(source);
+    setPrinting(true);
     return status;
 }
 

@@ -15,6 +15,7 @@ namespace qxterm::scenario {
 namespace {
 
 bool started = false;
+headless::Sink sink = nullptr;
 
 struct Fault {
     std::string routine;
@@ -51,9 +52,11 @@ void runStartUp(std::string_view commandLine) {
 
 }  // namespace
 
-void prepareProgram() {
+void prepareProgram(headless::Sink given) {
+    started = false;
+    sink = given != nullptr ? given : printRecord;
     headless::resetAll();
-    headless::setSink(printRecord);
+    headless::setSink(sink);
 }
 
 void startProgram(std::string_view commandLine) {
@@ -78,7 +81,7 @@ void startUnlessStarted() {
     if (started) return;
     headless::setSink(nullptr);
     runStartUp({});
-    headless::setSink(printRecord);
+    headless::setSink(sink);
 }
 
 bool programRuns() { return started && !eventLoop::ending(); }

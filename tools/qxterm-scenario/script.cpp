@@ -52,6 +52,4 @@ bool Script::next(std::string& line) {
     return true;
 }
 
-std::string Script::where() const { return name_ + ":" + std::to_string(line_); }
-
 }  // namespace qxterm::scenario

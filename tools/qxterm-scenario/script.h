@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "line_source.h"
+
 namespace qxterm::scenario {
 
 /// A line of a scenario that cannot be carried out. Not derived from std::exception: nothing but the tool's
@@ -14,19 +16,14 @@ struct ScriptFault {
 };
 
 /// The lines of all files named on the command line, in order; each file is read when its turn comes.
-class Script {
+class Script : public LineSource {
 public:
     /// No file stands for standard input.
     explicit Script(std::vector<std::string> files);
 
-    /// Takes the next line that is neither blank nor a comment. False at the end of the last file.
-    /// ScriptFault when a file cannot be read.
-    bool next(std::string& line);
-    /// Where the line taken last stands; lines count from 1.
-    [[nodiscard]] const std::string& file() const { return name_; }
-    [[nodiscard]] std::size_t line() const { return line_; }
-    /// "FILE:LINE" of the line taken last.
-    [[nodiscard]] std::string where() const;
+    bool next(std::string& line) override;
+    [[nodiscard]] const std::string& file() const override { return name_; }
+    [[nodiscard]] std::size_t line() const override { return line_; }
 
 private:
     bool openNext();
