@@ -12,7 +12,7 @@ if(MINGW)
     target_link_libraries(zpt_common_win32 PUBLIC zpt_common ws2_32 PRIVATE qxterm_options qxterm_whole_program)
 endif()
 
-foreach(helper zpt_ssh zpt_tnetd)
+foreach(helper zpt_ssh zpt_tnetd setup)
     file(GLOB sources CONFIGURE_DEPENDS helpers/${helper}/*.cpp)
     add_library(${helper}_parts OBJECT ${sources})
     target_link_libraries(${helper}_parts PUBLIC zpt_common PRIVATE qxterm_options qxterm_whole_program)

@@ -16,15 +16,28 @@ file(GLOB_RECURSE resource_files CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/resource
      "${CMAKE_SOURCE_DIR}/src/platform/resource_ids.h" "${CMAKE_SOURCE_DIR}/src/platform/program_title.h"
 )
 set(resource_script "${CMAKE_SOURCE_DIR}/resources/qxterm.rc")
+set(helper_script "${CMAKE_SOURCE_DIR}/resources/helper.rc")
 
-set_source_files_properties("${resource_script}" PROPERTIES OBJECT_DEPENDS "${resource_files}")
+# The project's version, and the title as the program itself says it, for version resources and manifest.
+set(QXTERM_VERSION_TEXT "${PROJECT_VERSION}.0")
+file(STRINGS src/platform/program_title.h QXTERM_TITLE REGEX "#define QXTERM_PROGRAM_TITLE")
+string(REGEX REPLACE ".*\"(.*)\"" "\\1" QXTERM_TITLE "${QXTERM_TITLE}")
+set(made_files "${CMAKE_BINARY_DIR}/made")
+foreach(name version.h qxterm.manifest)
+    configure_file(resources/${name}.in "${made_files}/${name}" @ONLY)
+endforeach()
+
+set_source_files_properties(
+    "${resource_script}" "${helper_script}"
+    PROPERTIES OBJECT_DEPENDS "${resource_files};${made_files}/version.h;${made_files}/qxterm.manifest"
+)
 
 # qxterm_program(NAME [FILES file...] [ROOMS room...]): the whole program, and what else stands in files and rooms.
 function(qxterm_program name)
     cmake_parse_arguments(PARSE_ARGV 1 more "" "" "FILES;ROOMS")
     add_executable(${name} WIN32 src/platform/win32/win_main.cpp ${more_FILES} "${resource_script}")
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
-    target_include_directories(${name} PRIVATE resources)
+    target_include_directories(${name} PRIVATE resources "${made_files}")
     qxterm_link(${name} ${more_ROOMS} qxterm_app qxterm_win32)
 endfunction()
 
@@ -48,14 +61,38 @@ endforeach()
 add_custom_target(program_files ALL DEPENDS ${copied_files})
 add_dependencies(program program_files)
 
+# qxterm_helper_version(TARGET): gives a program that stands beside qxterm.exe its version resource.
+function(qxterm_helper_version target)
+    target_sources(${target} PRIVATE "${helper_script}")
+    set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+    target_include_directories(${target} PRIVATE resources "${made_files}")
+    target_compile_definitions(${target} PRIVATE $<$<COMPILE_LANGUAGE:RC>:HELPER_NAME=${target}>)
+endfunction()
+
 # They are started without a console of their own, but are console programs, so that they can be tried from a command
 # line.
 foreach(helper zpt_ssh zpt_tnetd)
     file(GLOB sources CONFIGURE_DEPENDS helpers/${helper}/win32/*.cpp)
     add_executable(${helper} ${sources})
+    qxterm_helper_version(${helper})
     target_link_libraries(${helper} PRIVATE qxterm_options ${helper}_parts zpt_common_win32)
     qxterm_handed_over(${helper})
     add_dependencies(program ${helper})
 endforeach()
 # It asks who listens on a port.
 target_link_libraries(zpt_ssh PRIVATE iphlpapi)
+
+# The installer's own: qxterm-start.exe, which the start menu starts, and the library of the package's actions.
+file(GLOB setup_sources CONFIGURE_DEPENDS helpers/setup/win32/*.cpp)
+list(FILTER setup_sources EXCLUDE REGEX "/(start|actions)\\.cpp$")
+add_executable(qxterm-start WIN32 helpers/setup/win32/start.cpp ${setup_sources})
+add_library(setup-actions MODULE helpers/setup/win32/actions.cpp ${setup_sources})
+target_link_libraries(setup-actions PRIVATE msi)
+set_target_properties(setup-actions PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+target_link_options(qxterm-start PRIVATE -municode)
+foreach(target qxterm-start setup-actions)
+    target_link_libraries(${target} PRIVATE qxterm_options setup_parts zpt_common_win32 advapi32)
+    qxterm_helper_version(${target})
+    qxterm_handed_over(${target})
+    add_dependencies(program ${target})
+endforeach()

@@ -13,7 +13,7 @@ file(GLOB_RECURSE sources CONFIGURE_DEPENDS tests/unit/*.cpp)
 list(REMOVE_ITEM sources ${terminal_sources})
 add_executable(unit-tests ${sources})
 qxterm_link(unit-tests qxterm_scenario_parts)
-target_link_libraries(unit-tests PRIVATE zpt_ssh_parts zpt_tnetd_parts)
+target_link_libraries(unit-tests PRIVATE zpt_ssh_parts zpt_tnetd_parts setup_parts)
 
 # The terminal needs neither connections nor application: its tests do not link them.
 add_executable(terminal-tests ${terminal_sources})

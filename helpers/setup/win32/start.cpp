@@ -1,0 +1,72 @@
+// What the start menu starts. A user who has no profiles gets those that the machine has; then the program
+// follows.
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "common/win32/handle.h"
+#include "common/win32/system.h"
+#include "setup/ini_text.h"
+#include "setup/win32/registry.h"
+#include "setup/win32/small_file.h"
+
+namespace {
+
+constexpr const wchar_t* title = L"Zentora Terminal Emulator";
+
+/// A value that the user has already stays.
+void give(const std::string& key, const std::string& name, const std::string& value) {
+    if (setup::registryText(HKEY_CURRENT_USER, key.c_str(), name.c_str())) return;
+    RegSetKeyValueA(HKEY_CURRENT_USER, key.c_str(), name.c_str(), REG_SZ, value.c_str(),
+                    static_cast<DWORD>(value.size() + 1));
+}
+
+void giveProfiles() {
+    const std::string key = setup::userSettingsKey();
+    if (key.empty()) return;
+    // The program writes other settings at its first start; the list of profiles only when one is saved.
+    if (setup::registryText(HKEY_CURRENT_USER, (key + "\\Settings").c_str(), "Profiles")) return;
+    const std::optional<std::string> text = setup::readSmallFile(setup::settingsFile());
+    if (!text || !setup::namesProfiles(*text)) return;
+    // The list comes last: whoever is interrupted begins anew.
+    for (const bool list : {false, true}) {
+        for (const setup::IniSection& section : setup::readIni(*text)) {
+            for (const auto& [name, value] : section.values) {
+                const bool isList = lstrcmpiA(section.name.c_str(), "Settings") == 0 &&
+                                    lstrcmpiA(name.c_str(), "Profiles") == 0;
+                if (isList == list) give(key + "\\" + section.name, name, value);
+            }
+        }
+    }
+}
+
+std::wstring programPath() {
+    std::array<wchar_t, 32768> path{};
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    const std::wstring own{path.data(), length};
+    return own.substr(0, own.rfind(L'\\') + 1) + L"qxterm.exe";
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int show) {
+    giveProfiles();
+    const std::wstring program = programPath();
+    std::wstring commandLine = L"\"" + program + L"\"";
+    if (*arguments != L'\0') commandLine.append(L" ").append(arguments);
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESHOWWINDOW;
+    start.wShowWindow = static_cast<WORD>(show);
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &start, &process)) {
+        const std::wstring text = program + L" cannot be started. Repair the installation.";
+        MessageBoxW(nullptr, text.c_str(), title, MB_ICONERROR | MB_OK);
+        return 1;
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return 0;
+}
