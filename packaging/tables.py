@@ -5,6 +5,7 @@ import struct
 
 import dialogs
 import identity
+import version_resource
 
 # Column types of the installer's own: s text, l text that may be translated, i number, v binary; capitals may be
 # empty; behind it the length.
@@ -57,11 +58,10 @@ MAPPING_KEY = "Software\\Microsoft\\Windows NT\\CurrentVersion\\IniFileMapping\\
 # a user has none of: so profiles that stood there before are still found.
 MAPPING = "USR:Software\\qxterm"
 
-VERSIONED = (".exe",)
 FONT, ICON, LIBRARY = "Tahoma", "qxterm.ico", "Actions"
 
-# Types of custom actions: a routine of a library in the package; a property set; an error.
-IN_LIBRARY, SET_PROPERTY, ERROR = 1, 51, 19
+# Types of custom actions: a routine of a library in the package; a property set.
+IN_LIBRARY, SET_PROPERTY = 1, 51
 ROLLBACK, COMMIT, DEFERRED, AS_SYSTEM = 256, 512, 1024, 2048
 
 
@@ -87,7 +87,7 @@ class Tables(dict):
         self.setdefault(table, []).append(row)
 
 
-def add_files(t, items, version):
+def add_files(t, items):
     folders = {""}
     for item in items:
         parts = item.path.split("/")[:-1]
@@ -109,10 +109,10 @@ def add_files(t, items, version):
         owners[item.path] = component
         t.add("Component", component, identity.component(item.path), names[folder], IS_64_BIT, "", key)
         t.add("FeatureComponents", "Main", component)
-        versioned = item.path.endswith(VERSIONED)
-        t.add("File", key, component, short_name(number, item.path), len(item.data), f"{version}.0" if versioned else "",
-              "1033" if versioned else "", 512, number)
-        if not versioned:
+        own = version_resource.file_version(item.data) if item.path.endswith(".exe") else None
+        t.add("File", key, component, short_name(number, item.path), len(item.data), own or "", "1033" if own else "",
+              512, number)
+        if own is None:
             t.add("MsiFileHash", key, 0, *hash_parts(item.data))
     # A folder goes when nothing is left in it.
     for folder, name in sorted(names.items()):
@@ -143,13 +143,13 @@ def add_actions(t, items):
             ("SetAside", library, "SetAside"), ("PutBack", library + ROLLBACK, "PutBack"),
             ("ClearAside", library + COMMIT, "ClearAside"), ("BringProfiles", library, "BringProfiles"),
             ("RemoveProfiles", library, "RemoveProfiles"), ("RefreshMapping", library, "RefreshMapping"),
-            ("ReadProfiles", IN_LIBRARY, "ReadProfiles")):
+            ("RefuseOlder", IN_LIBRARY, "RefuseOlder"), ("ReadProfiles", IN_LIBRARY, "ReadProfiles"), ("CheckFilesInUse", IN_LIBRARY, "CheckFilesInUse")):
         t.add("CustomAction", name, kind, LIBRARY, routine)
     for name in ("SetAside", "PutBack", "ClearAside"):
         t.add("CustomAction", f"Tell{name}", SET_PROPERTY, name, files)
+    t.add("CustomAction", "TellFilesToCheck", SET_PROPERTY, "FilesToCheck", files)
+    t.add("CustomAction", "InstallLocation", SET_PROPERTY, "ARPINSTALLLOCATION", "[INSTALLFOLDER]")
     t.add("CustomAction", "EarlierFolder", SET_PROPERTY, "INSTALLFOLDER", "[EARLIERFOLDER]")
-    t.add("CustomAction", "RefuseOlder", ERROR, "", "A newer version of [ProductName] is installed already. Remove it "
-          "first if you want version [ProductVersion].")
 
 
 def add_sequences(t):
@@ -164,7 +164,8 @@ def add_sequences(t):
     # In the transaction from its first step on: when anything fails, also the older version stands there again.
     execute = begin + [
         ("ValidateProductID", "", 700), ("ReadProfiles", 'PROFILES AND NOT REMOVE = "ALL"', 1010),
-        ("InstallValidate", "", 1400), ("InstallInitialize", "", 1500), ("RemoveExistingProducts", "", 1510),
+        ("InstallLocation", "NOT Installed", 1020), ("InstallValidate", "", 1400),
+        ("TellFilesToCheck", ours, 1410), ("CheckFilesInUse", ours, 1411), ("InstallInitialize", "", 1500), ("RemoveExistingProducts", "", 1510),
         ("TellPutBack", ours, 1520), ("PutBack", ours, 1521), ("TellSetAside", ours, 1522), ("SetAside", ours, 1523),
         ("TellClearAside", ours, 1524), ("ClearAside", ours, 1525),
         ("ProcessComponents", "", 1600), ("UnpublishFeatures", "", 1800),
@@ -200,7 +201,7 @@ def build(items, version, title, product_code):
     """All tables but the binary ones: {name: rows}."""
     t = Tables()
     t.add("Feature", "Main", "", title, "", 1, 1, "INSTALLFOLDER", 8)
-    owners = add_files(t, items, version)
+    owners = add_files(t, items)
     add_registry(t, version)
     t.add("Shortcut", "StartMenu", "ProgramMenuFolder", "QXTERM|qxterm", owners["qxterm-start.exe"],
           "[INSTALLFOLDER]qxterm-start.exe", "", title, "", ICON, 0, 1, "STARTFOLDER")
@@ -218,6 +219,8 @@ def build(items, version, title, product_code):
                 ("ARPCOMMENTS", "A character terminal for Windows"),
                 # Nobody's session is ended for an upgrade, and no computer is started anew.
                 ("MSIRESTARTMANAGERCONTROL", "Disable"), ("REBOOT", "ReallySuppress"),
+                # Files of the package count, whatever stands in the folder.
+                ("REINSTALLMODE", "amus"),
                 # Each user's own, where the trace can be written.
                 ("STARTFOLDER", "%USERPROFILE%"),
                 ("SecureCustomProperties", "INSTALLFOLDER;NEWERVERSION;OLDERVERSION;PROFILES"),

@@ -45,6 +45,14 @@ setup::FileList givenFiles(MSIHANDLE install) {
     return setup::readFileList(property(install, L"CustomActionData"));
 }
 
+UINT unlessStuck(MSIHANDLE install, const std::wstring& file) {
+    if (file.empty()) return ERROR_SUCCESS;
+    return refuse(install,
+                  file +
+                      L" is in use, and cannot be replaced meanwhile. Nothing has been changed. Close "
+                      L"the program that uses it, and start the installer again.");
+}
+
 std::wstring wide(const std::string& text) {
     const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
     std::wstring result(static_cast<std::size_t>(length), L'\0');
@@ -69,13 +77,18 @@ bool fullPath(const std::wstring& path) {
 
 extern "C" {
 
+__declspec(dllexport) UINT __stdcall RefuseOlder(MSIHANDLE install) {
+    return refuse(install, L"A newer version is installed already. Remove it first if you want version " +
+                               property(install, L"ProductVersion") + L".");
+}
+
+/// Before anything has been changed.
+__declspec(dllexport) UINT __stdcall CheckFilesInUse(MSIHANDLE install) {
+    return unlessStuck(install, setup::stuckFile(setup::readFileList(property(install, L"FilesToCheck"))));
+}
+
 __declspec(dllexport) UINT __stdcall SetAside(MSIHANDLE install) {
-    const std::wstring stuck = setup::setAside(givenFiles(install));
-    if (stuck.empty()) return ERROR_SUCCESS;
-    return refuse(install,
-                  stuck +
-                      L" is in use, and cannot be replaced meanwhile. Nothing has been changed. Close "
-                      L"the program that uses it, and start the installer again.");
+    return unlessStuck(install, setup::setAside(givenFiles(install)));
 }
 
 __declspec(dllexport) UINT __stdcall PutBack(MSIHANDLE install) {

@@ -67,6 +67,18 @@ bool clearFolder(const std::wstring& folder) {
 
 }  // namespace
 
+std::wstring stuckFile(const FileList& list) {
+    for (const std::wstring& file : list.files) {
+        const std::wstring path = list.folder + file;
+        if (!exists(path)) continue;
+        const zpt::Handle renaming = zpt::validHandle(
+            CreateFileW(path.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, 0, nullptr));
+        if (!renaming && GetLastError() == ERROR_SHARING_VIOLATION) return path;
+    }
+    return {};
+}
+
 std::wstring setAside(const FileList& list) {
     std::vector<std::pair<std::wstring, std::wstring>> moved;
     for (const std::wstring& file : list.files) {

@@ -6,6 +6,10 @@
 
 namespace setup {
 
+/// The path of a file that somebody has open so that it cannot be set aside, or an empty text. Nothing is
+/// changed. Whoever may not rename the files anyway is told of none.
+[[nodiscard]] std::wstring stuckFile(const FileList& list);
+
 /// Gives every file of the list that is in use another name, so that its own name is free. Either all of
 /// them, or none: returns the path of a file that could not be set aside, or an empty text.
 [[nodiscard]] std::wstring setAside(const FileList& list);

@@ -24,6 +24,17 @@ def heldClipboard(seconds=30):
 
 
 @contextlib.contextmanager
+def heldFile(path, seconds=120):
+    """Another program has the file open, and lets nobody replace or rename it."""
+    with _start("hold-file", seconds, path) as holder:
+        try:
+            checkEqual(holder.stdout.readline().strip(), "held", "what holds the file")
+            yield
+        finally:
+            holder.kill()
+
+
+@contextlib.contextmanager
 def windowInFront(seconds=60):
     """A window of another program moves about in front of the main window."""
     with _start("cover", seconds) as other:

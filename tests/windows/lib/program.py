@@ -128,10 +128,7 @@ class Program:
         self._number = 0
         self._log = open(Path(self.scratch) / "log", "w")
         environment = dict(os.environ, QXTERM_PROBE="Z:" + self.scratch.replace("/", "\\"), **self.environment)
-        command = [os.environ["WINE"], str(self.folder / "qxterm-probe.exe")]
-        if self.profile:
-            command.append(self.profile)
-        self.process = subprocess.Popen(command, env=environment, cwd=self.scratch, stdin=subprocess.DEVNULL,
+        self.process = subprocess.Popen(self.command(), env=environment, cwd=self.scratch, stdin=subprocess.DEVNULL,
                                         stdout=self._log, stderr=self._log)
         try:
             if self.waiting:
@@ -147,6 +144,11 @@ class Program:
         self.process.wait()
         self._log.close()
         shutil.rmtree(self.scratch, ignore_errors=True)
+
+    def command(self):
+        """The command line that starts it."""
+        program = [os.environ["WINE"], str(self.folder / "qxterm-probe.exe")]
+        return program + [self.profile] if self.profile else program
 
     def waitStart(self):
         waitFor(lambda: self.ask("places", seconds=60).get("frmterm", {}).get("visible"), "the main window is shown", 60)

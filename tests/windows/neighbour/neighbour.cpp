@@ -1,8 +1,9 @@
 // What other programs and the system do to the program under test.
 //
 //   neighbour hold-clipboard SECONDS    opens the clipboard, prints "held", and lets go of it at the end
-//   neighbour end-session               asks the main window whether the session may end, prints "yes" or
-//   "no",
+//   neighbour hold-file SECONDS FILE    has the file open so that nobody else can replace or rename it,
+//   prints "held" neighbour end-session               asks the main window whether the session may end,
+//   prints "yes" or "no",
 //                                       and tells it what became of that; "silent" when no answer came
 //   neighbour cover SECONDS             has a window in front of the main window, here and there, prints
 //   "over"
@@ -29,6 +30,16 @@ int holdClipboard(int seconds) {
     say("held");
     Sleep(static_cast<DWORD>(seconds) * 1000);
     CloseClipboard();
+    return 0;
+}
+
+int holdFile(int seconds, const char* path) {
+    HANDLE const file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return 1;
+    say("held");
+    Sleep(static_cast<DWORD>(seconds) * 1000);
+    CloseHandle(file);
     return 0;
 }
 
@@ -78,6 +89,7 @@ int cover(int seconds) {
 int main(int count, char** arguments) {
     const std::string_view wish = count > 1 ? arguments[1] : "";
     if (wish == "hold-clipboard" && count > 2) return holdClipboard(std::atoi(arguments[2]));
+    if (wish == "hold-file" && count > 3) return holdFile(std::atoi(arguments[2]), arguments[3]);
     if (wish == "cover" && count > 2) return cover(std::atoi(arguments[2]));
     if (wish == "end-session") return endSession();
     return 2;
