@@ -21,11 +21,17 @@ ERROR_DIALOG = 0x10000
 BACK, NEXT, CANCEL = WIDTH - 3 * BUTTON_W - 20, WIDTH - 2 * BUTTON_W - 20, WIDTH - BUTTON_W - 12
 
 
+# What the last window says of what was done; the property Outcome holds it.
+INSTALLED = "The program is installed. It is in the start menu."
+REPAIRED = "All is again as it was installed."
+REMOVED = "The program has been removed. Users' profiles and settings are kept."
+
+
 class Windows:
     """Collects the rows while the dialogs are described."""
 
     def __init__(self):
-        self.dialogs, self.controls, self.events, self.mappings, self.conditions = [], [], [], [], []
+        self.dialogs, self.controls, self.events, self.mappings = [], [], [], []
 
     def dialog(self, name, first, default, cancel, width=WIDTH, height=HEIGHT, attributes=DIALOG | MINIMIZE):
         self.name = name
@@ -58,8 +64,7 @@ def describe():
     w = Windows()
 
     w.dialog("WelcomeDlg", "Next", "Next", "Cancel")
-    w.heading("[ProductName] [ProductVersion]", "A character terminal for hosts that are reached over the network, through SSH, "
-              "a serial line or a modem.")
+    w.heading("[ProductName] [ProductVersion]", "A character terminal for hosts")
     w.text("Text", 60, "It will be installed for all users of this computer. Each user has profiles and settings of his own.")
     w.text("Running", 95, "An older version is replaced, and may be running meanwhile: its sessions go on, and the new "
            "version counts from the next start.")
@@ -88,10 +93,11 @@ def describe():
 
     w.dialog("MaintenanceDlg", "Repair", "Repair", "Cancel")
     w.heading("[ProductName] [ProductVersion]", "It is installed on this computer.")
-    w.button("Repair", LEFT, "&Repair", "Remove", ("ReinstallMode", "amus"), ("Reinstall", "ALL"),
+    # Properties, as a command line would set them: no features are chosen here.
+    w.button("Repair", LEFT, "&Repair", "Remove", ("[Outcome]", REPAIRED), ("[REINSTALLMODE]", "amus"), ("[REINSTALL]", "ALL"),
              ("EndDialog", "Return"), y=60, width=80)
     w.text("RepairText", 81, "Puts back files, registry entries and the entry in the start menu that are missing or damaged.", 24)
-    w.button("Remove", LEFT, "R&emove", "Cancel", ("Remove", "ALL"), ("EndDialog", "Return"), y=116, width=80)
+    w.button("Remove", LEFT, "R&emove", "Cancel", ("[Outcome]", REMOVED), ("[REMOVE]", "ALL"), ("EndDialog", "Return"), y=116, width=80)
     w.text("RemoveText", 137, "Takes the program off this computer. Users' profiles and settings stay.", 24)
     w.button("Cancel", CANCEL, "Cancel", "Repair", ("SpawnDialog", "CancelDlg"))
 
@@ -103,8 +109,7 @@ def describe():
     w.button("Cancel", CANCEL, "Cancel", "", ("SpawnDialog", "CancelDlg"))
 
     for name, title, text, end in (
-            ("ExitDlg", "Finished", "[ProductName] [ProductVersion]: all was done. The program is in the start menu.", "Return"),
-            ("RemovedDlg", "Finished", "[ProductName] has been removed. Users' profiles and settings are kept.", "Return"),
+            ("ExitDlg", "Finished", "[Outcome]", "Return"),
             ("UserExitDlg", "Cancelled", "Nothing has been changed. You can start the installer again at any time.", "Exit"),
             ("FatalDlg", "Not done", "Something went wrong, and everything is as it was before. For the reason, start the "
              "installer with a log: msiexec /i PACKAGE /l*v setup.log", "Exit")):
@@ -112,14 +117,6 @@ def describe():
         w.heading(title, "[ProductName] [ProductVersion]")
         w.text("Text", 60, text, 60)
         w.button("Finish", CANCEL, "&Finish", "", ("EndDialog", end))
-    # One dialog ends each success; which text it shows depends on what was done.
-    w.dialogs = [row for row in w.dialogs if row[0] != "RemovedDlg"]
-    removed = [row for row in w.controls if row[0] == "RemovedDlg" and row[1] == "Text"][0]
-    w.controls = [row for row in w.controls if row[0] != "RemovedDlg"]
-    w.events = [row for row in w.events if row[0] != "RemovedDlg"]
-    w.controls.append(("ExitDlg", "Removed", *removed[2:7], ENABLED | NO_PREFIX | TRANSPARENT, *removed[8:]))
-    w.conditions += [("ExitDlg", "Removed", "Show", 'REMOVE = "ALL"'), ("ExitDlg", "Text", "Hide", 'REMOVE = "ALL"')]
-
     w.dialog("CancelDlg", "No", "No", "No", 260, 85)
     w.control("Text", "Text", 20, 15, 220, 30, "Do you want to cancel? Nothing will be changed.", SHOWN | NO_PREFIX)
     w.button("Yes", 67, "&Yes", "No", ("EndDialog", "Exit"), y=57)

@@ -16,7 +16,6 @@ COLUMNS = {
     "Component": ("Component:s72", "ComponentId:S38", "Directory_:s72", "Attributes:i2", "Condition:S255", "KeyPath:S72"),
     "Control": ("Dialog_:s72", "Control:s50", "Type:s20", "X:i2", "Y:i2", "Width:i2", "Height:i2", "Attributes:I4",
                 "Property:S50", "Text:L0", "Control_Next:S50", "Help:L50"),
-    "ControlCondition": ("Dialog_:s72", "Control_:s50", "Action:s50", "Condition:s255"),
     "ControlEvent": ("Dialog_:s72", "Control_:s50", "Event:s50", "Argument:s255", "Condition:S255", "Ordering:I2"),
     "CustomAction": ("Action:s72", "Type:i2", "Source:S72", "Target:S0"),
     "Dialog": ("Dialog:s72", "HCentering:i2", "VCentering:i2", "Width:i2", "Height:i2", "Attributes:I4", "Title:L128",
@@ -47,7 +46,7 @@ COLUMNS = {
                 "ActionProperty:s72"),
 }
 # How many of the first columns are the table's key.
-KEYS = {"Control": 2, "ControlCondition": 4, "ControlEvent": 5, "EventMapping": 3, "FeatureComponents": 2, "Upgrade": 5,
+KEYS = {"Control": 2, "ControlEvent": 5, "EventMapping": 3, "FeatureComponents": 2, "Upgrade": 5,
         "AppSearch": 2}
 
 MACHINE = 2  # HKEY_LOCAL_MACHINE
@@ -156,13 +155,14 @@ def add_sequences(t):
     ours = "NOT Installed OR REINSTALL OR REMOVE"
     begin = [("FindRelatedProducts", "", 25), ("AppSearch", "", 50),
              ("EarlierFolder", "EARLIERFOLDER AND NOT INSTALLFOLDER", 60), ("LaunchConditions", "", 100),
-             ("RefuseOlder", "NEWERVERSION AND NOT Installed", 110), ("CostInitialize", "", 800), ("FileCost", "", 900),
-             ("CostFinalize", "", 1000)]
-    ui = begin + [("WelcomeDlg", "NOT Installed", 1230), ("MaintenanceDlg", "Installed AND NOT Preselected", 1240),
+             ("RefuseOlder", "NEWERVERSION AND NOT Installed", 110)]
+    costs = (("CostInitialize", 800), ("FileCost", 900), ("CostFinalize", 1000))
+    # What is installed is repaired or removed as a whole: the windows have no use for its costs then.
+    ui = begin + [(action, "NOT Installed", place) for action, place in costs] + [("WelcomeDlg", "NOT Installed", 1230), ("MaintenanceDlg", "Installed AND NOT Preselected", 1240),
                   ("ProgressDlg", "", 1280), ("ExecuteAction", "", 1300),
                   ("ExitDlg", "", -1), ("UserExitDlg", "", -2), ("FatalDlg", "", -3)]
     # In the transaction from its first step on: when anything fails, also the older version stands there again.
-    execute = begin + [
+    execute = begin + [(action, "", place) for action, place in costs] + [
         ("ValidateProductID", "", 700), ("ReadProfiles", 'PROFILES AND NOT REMOVE = "ALL"', 1010),
         ("InstallLocation", "NOT Installed", 1020), ("InstallValidate", "", 1400),
         ("TellFilesToCheck", ours, 1410), ("CheckFilesInUse", ours, 1411), ("InstallInitialize", "", 1500), ("RemoveExistingProducts", "", 1510),
@@ -183,7 +183,7 @@ def add_sequences(t):
 def add_windows(t):
     w = dialogs.describe()
     for table, rows in (("Dialog", w.dialogs), ("Control", w.controls), ("ControlEvent", w.events),
-                        ("EventMapping", w.mappings), ("ControlCondition", w.conditions)):
+                        ("EventMapping", w.mappings)):
         for row in rows:
             t.add(table, *row)
     t.add("TextStyle", "Body", FONT, 8, "", "")
@@ -224,6 +224,6 @@ def build(items, version, title, product_code):
                 # Each user's own, where the trace can be written.
                 ("STARTFOLDER", "%USERPROFILE%"),
                 ("SecureCustomProperties", "INSTALLFOLDER;NEWERVERSION;OLDERVERSION;PROFILES"),
-                ("DefaultUIFont", "Body"), ("ErrorDialog", "ErrorDlg")):
+                ("DefaultUIFont", "Body"), ("Outcome", dialogs.INSTALLED), ("ErrorDialog", "ErrorDlg")):
         t.add("Property", *row)
     return t

@@ -7,12 +7,18 @@
 //                                       and tells it what became of that; "silent" when no answer came
 //   neighbour cover SECONDS             has a window in front of the main window, here and there, prints
 //   "over"
+//   neighbour texts TITLE               prints the texts in the visible windows with this title, one on a
+//   line neighbour press TITLE CAPTION       presses the button with this caption in the visible window with
+//   this title
 
 #include <windows.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -55,6 +61,57 @@ int endSession() {
     return say(may != 0 ? "yes" : "no");
 }
 
+std::string textOf(HWND window) {
+    std::array<char, 1000> text{};
+    DWORD_PTR length = 0;
+    SendMessageTimeoutA(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_NORMAL,
+                        longestAnswer, &length);
+    return text.data();
+}
+
+/// The visible windows on the desktop with this title.
+std::vector<HWND> windowsWith(const char* title) {
+    std::vector<HWND> found;
+    HWND window = nullptr;
+    while ((window = FindWindowExA(nullptr, window, nullptr, title)) != nullptr) {
+        if (IsWindowVisible(window)) found.push_back(window);
+    }
+    return found;
+}
+
+/// The visible controls of a window.
+std::vector<HWND> controlsOf(HWND window) {
+    std::vector<HWND> found;
+    const WNDENUMPROC collect = [](HWND control, LPARAM list) -> BOOL {
+        if (IsWindowVisible(control)) reinterpret_cast<std::vector<HWND>*>(list)->push_back(control);
+        return TRUE;
+    };
+    EnumChildWindows(window, collect, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+int tellTexts(const char* title) {
+    for (HWND const window : windowsWith(title)) {
+        for (HWND const control : controlsOf(window)) {
+            const std::string text = textOf(control);
+            if (!text.empty()) say(text.c_str());
+        }
+    }
+    return 0;
+}
+
+int press(const char* title, std::string_view caption) {
+    for (HWND const window : windowsWith(title)) {
+        for (HWND const control : controlsOf(window)) {
+            if (textOf(control) != caption || IsWindowEnabled(control) == 0) continue;
+            // What follows may be a window that stays: nobody waits for it here.
+            PostMessageA(control, BM_CLICK, 0, 0);
+            return say("pressed");
+        }
+    }
+    return 1;
+}
+
 /// Moves a window about over the main window, parts of it and all of it.
 int cover(int seconds) {
     HWND const below = FindWindowA(mainWindowClass, nullptr);
@@ -91,6 +148,8 @@ int main(int count, char** arguments) {
     if (wish == "hold-clipboard" && count > 2) return holdClipboard(std::atoi(arguments[2]));
     if (wish == "hold-file" && count > 3) return holdFile(std::atoi(arguments[2]), arguments[3]);
     if (wish == "cover" && count > 2) return cover(std::atoi(arguments[2]));
+    if (wish == "texts" && count > 2) return tellTexts(arguments[2]);
+    if (wish == "press" && count > 3) return press(arguments[2], arguments[3]);
     if (wish == "end-session") return endSession();
     return 2;
 }
