@@ -134,7 +134,7 @@ qxterm_test(
 
 # Checks that keep the house in order
 
-foreach(check includes system-calls words format code-map sequences)
+foreach(check includes system-calls words format code-map sequences version)
     qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
 endforeach()
 qxterm_test(

@@ -25,6 +25,7 @@ includes = load(os.path.join(HERE, "check-includes.py"))
 system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
 sequences = load(os.path.join(HERE, "check-sequences.py"))
+version = load(os.path.join(HERE, "check-version.py"))
 code_map = load(os.path.join(HERE, "check-code-map.py"))
 changes = load(os.path.join(HERE, "check-changes.py"))
 links = load(os.path.join(HERE, "check-links.py"))
@@ -103,6 +104,67 @@ constexpr std::array controlSequences{
 
     def test_tables_that_are_not_found_are_an_error(self):
         self.assertIn("src/terminal/interpreter/sequence_tables.cpp:1: no table was found", self.problems([], "int x;\n"))
+
+
+class Version(SmallTree):
+    GOOD = {"CMakeLists.txt": "project(qxterm VERSION 1.2.3 LANGUAGES CXX)\n",
+            "resources/a.rc": 'FILEVERSION QXTERM_VERSION_NUMBERS\nVALUE "FileVersion", QXTERM_VERSION_TEXT\n',
+            "resources/a.manifest.in": '<assemblyIdentity name="Zentora.qxterm" version="@QXTERM_VERSION_TEXT@"/>\n'
+                                       "<description>@QXTERM_TITLE@</description>\n",
+            "resources/help/welcome.htm": "<p>qxterm 1.2.3; About says Version 9.NC.06</p>\n",
+            "CHANGELOG.md": "# Changes\n\n## Unreleased\n\n- more\n\n## 1.2.2\n",
+            "src/platform/program_title.h": '#define QXTERM_PROGRAM_TITLE "Title"\n',
+            "src/app/dialogs/splash.cpp": 'x(formatMsg("Version %1.%2.%3.%4", "19", "2", "NC", "06"));\n'}
+
+    def problems(self, **changed):
+        """changed: what another text of a file is; the file's name without folder and ending."""
+        for path, text in self.GOOD.items():
+            self.write(path, changed.get(os.path.basename(path).split(".")[0], text))
+        return version.check(self.root)[0]
+
+    def test_agreement_is_in_order(self):
+        self.assertEqual(self.problems(), [])
+        self.assertEqual(self.problems(CHANGELOG="## 1.2.3\n\n## 1.2.2\n"), [])
+        self.assertEqual(self.problems(CHANGELOG="## Unreleased\n\n## 1.2.3 - a date\n\n- all\n"), [])
+
+    def test_resource_with_a_version_of_its_own(self):
+        self.assertIn("resources/a.rc:1: has a version of its own; the build puts it in",
+                      self.problems(a="FILEVERSION 1, 2, 3, 0\n"))
+        self.assertEqual(len(self.problems(a='<x name="Zentora.qxterm" version="1.2.3.0"/>\n')), 2)
+        self.assertEqual(len(self.problems(a="<description>Title</description>\n")), 2)
+
+    def test_help_of_another_version(self):
+        self.assertEqual(self.problems(welcome="<p>qxterm 1.2.2</p>"),
+                         ["resources/help/welcome.htm:1: names the versions ['1.2.2']; it is to say qxterm 1.2.3, once"])
+
+    def test_release_that_is_forgotten_or_too_early(self):
+        self.assertEqual(self.problems(CHANGELOG="## 1.2.2\n"),
+                         ["CHANGELOG.md:1: the newest release is 1.2.2, the version in CMakeLists.txt 1.2.3"])
+        self.assertEqual(len(self.problems(CHANGELOG="## Unreleased\n- more\n## 1.2.3\n")), 1)
+        self.assertEqual(len(self.problems(CHANGELOG="text\n")), 1)
+
+    def test_about_that_is_quoted_wrongly(self):
+        self.assertEqual(self.problems(CHANGELOG="## 1.2.3\nVersion 19.2.NC.07\n"),
+                         ["CHANGELOG.md:1: quotes About as Version 19.2.NC.07; it says Version 19.2.NC.06"])
+
+    def test_programs_and_packages_are_looked_at(self):
+        self.problems()
+        os.makedirs(os.path.join(self.root, "build"))
+        for name in version.PROGRAMS:
+            data = version.version_resource.SIGNATURE + bytes(4) + bytes(16) + "1.2.3.0".encode("utf-16-le")
+            data = version.version_resource.with_version(data, "1.2.3")
+            if name == "qxterm.exe":
+                data += b'name="Zentora.qxterm" version="1.2.3.0"<description>Title</description>'
+            with open(os.path.join(self.root, "build", name), "wb") as file:
+                file.write(data)
+        build = os.path.join(self.root, "build")
+        self.assertEqual(version.check(self.root, build)[0], [])
+        with open(os.path.join(build, "zpt_ssh.exe"), "r+b") as file:
+            older = version.version_resource.with_version(file.read(), "1.2.2")
+            file.seek(0)
+            file.write(older)
+        self.assertEqual([problem.split(": ")[1] for problem in version.check(self.root, build)[0]],
+                         ["its version resource says 1.2.2.0, not 1.2.3.0"])
 
 
 class Includes(SmallTree):
