@@ -174,6 +174,10 @@ endfunction()
 
 qxterm_test(wine/program-files wine 60 "${Python3_EXECUTABLE}" "${checks}/check-program.py" "${windows_build}")
 
+qxterm_test(
+    wine/package-files wine 300 "${Python3_EXECUTABLE}" tests/packaging/package_files.py "${windows_build}"
+)
+
 # For those that watch the clock closely: alone on the machine.
 function(qxterm_run_alone)
     set_tests_properties(${ARGN} PROPERTIES RUN_SERIAL ON)

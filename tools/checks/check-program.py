@@ -12,6 +12,8 @@ from pathlib import Path
 
 # Programs, their largest size in bytes, and the libraries that each may load besides those that all do.
 PROGRAMS = {"qxterm.exe": (1_000_000, {"user32", "gdi32", "comctl32", "ws2_32", "iphlpapi"}),
+            "qxterm-start.exe": (400_000, {"user32", "advapi32"}),
+            "setup-actions.dll": (400_000, {"msi", "advapi32"}),
             "zpt_ssh.exe": (400_000, {"ws2_32", "iphlpapi"}),
             "zpt_tnetd.exe": (400_000, {"ws2_32"})}
 COMMON = {"kernel32", "msvcrt"}
