@@ -15,10 +15,8 @@ BESIDE_PROGRAM = ("QXTERM.ttf", "enu_te.chm", "tmspl16.dat")
 # The library of the installer's actions: in the MSI, never installed.
 ACTIONS = "setup-actions.dll"
 
-# Pages of docs/ for those who use the program, roll it out or set up a host; the others are for its developers. A page
-# that is not there yet is left out.
-MANUAL = ("installing", "profiles", "hosts", "control-sequences", "terminfo", "zpt_ssh", "zpt_tnetd",
-          "accessibility")
+# Pages of docs/ for those who develop the program; the others go along.
+FOR_DEVELOPERS = ("architecture", "benchmarks", "code-map", "scenario-tool")
 # For the hosts, all of each folder.
 HOST_FOLDERS = ("terminfo", "profile.d")
 
@@ -82,10 +80,9 @@ def installed(build, root=ROOT):
     items.append(Item("licences/font.txt", for_notepad(root / "resources" / "font" / "OFL.txt"), "OFL-1.1"))
     for name, package, licence, file in LINKED:
         items.append(Item(f"licences/{file}.txt", debian_copyright(package), licence))
-    for page in MANUAL:
-        source = root / "docs" / f"{page}.md"
-        if source.is_file():
-            items.append(Item(f"manual/{page}.txt", for_notepad(source)))
+    for page in sorted((root / "docs").glob("*.md")):
+        if page.stem not in FOR_DEVELOPERS:
+            items.append(Item(f"manual/{page.stem}.txt", for_notepad(page)))
     # They are for the hosts, and stay byte for byte as they are.
     for folder in HOST_FOLDERS:
         base = root / "packaging" / folder

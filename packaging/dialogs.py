@@ -12,6 +12,7 @@ VISIBLE, ENABLED = 1, 2
 SHOWN = VISIBLE | ENABLED
 SUNKEN, TRANSPARENT, NO_PREFIX = 4, 0x10000, 0x20000
 PROGRESS_95 = 0x10000
+DRIVES = 0x10000 | 0x20000 | 0x40000  # removable, fixed, of the network
 DIALOG = VISIBLE | 2  # modal
 MINIMIZE = 4
 KEEP_MODELESS = 0x10
@@ -35,7 +36,8 @@ class Windows:
 
     def dialog(self, name, first, default, cancel, width=WIDTH, height=HEIGHT, attributes=DIALOG | MINIMIZE):
         self.name = name
-        self.dialogs.append((name, 50, 50, width, height, attributes, "[ProductName] Setup", first, default, cancel))
+        self.dialogs.append(
+            (name, 50, 50, width, height, attributes, "[ProductName] Setup", first, default, cancel))
 
     def control(self, name, kind, x, y, width, height, text="", attributes=SHOWN, prop="", follows=""):
         self.controls.append((self.name, name, kind, x, y, width, height, attributes, prop, text, follows, ""))
@@ -65,7 +67,8 @@ def describe():
 
     w.dialog("WelcomeDlg", "Next", "Next", "Cancel")
     w.heading("[ProductName] [ProductVersion]", "A character terminal for hosts")
-    w.text("Text", 60, "It will be installed for all users of this computer. Each user has profiles and settings of his own.")
+    w.text("Text", 60, "It will be installed for all users of this computer. Each user has profiles and settings of "
+           "his own.")
     w.text("Running", 95, "An older version is replaced, and may be running meanwhile: its sessions go on, and the new "
            "version counts from the next start.")
     w.button("Back", BACK, "< &Back", "Next", enabled=False)
@@ -83,7 +86,7 @@ def describe():
 
     w.dialog("BrowseDlg", "Combo", "OK", "Cancel", attributes=DIALOG | TRACK_SPACE)
     w.heading("Folder", "Choose the folder, or type its path below")
-    w.control("Combo", "DirectoryCombo", LEFT, 54, TEXT_W - 60, 80, "", SHOWN | 0x90000, "INSTALLFOLDER", "Up")
+    w.control("Combo", "DirectoryCombo", LEFT, 54, TEXT_W - 60, 80, "", SHOWN | DRIVES, "INSTALLFOLDER", "Up")
     w.button("Up", LEFT + TEXT_W - 54, "&Up", "List", ("DirectoryListUp", "0"), y=53, width=26)
     w.button("New", LEFT + TEXT_W - 26, "&New", "Path", ("DirectoryListNew", "0"), y=53, width=26)
     w.control("List", "DirectoryList", LEFT, 76, TEXT_W, 112, "", SHOWN | SUNKEN, "INSTALLFOLDER", "New")
@@ -94,10 +97,12 @@ def describe():
     w.dialog("MaintenanceDlg", "Repair", "Repair", "Cancel")
     w.heading("[ProductName] [ProductVersion]", "It is installed on this computer.")
     # Properties, as a command line would set them: no features are chosen here.
-    w.button("Repair", LEFT, "&Repair", "Remove", ("[Outcome]", REPAIRED), ("[REINSTALLMODE]", "amus"), ("[REINSTALL]", "ALL"),
-             ("EndDialog", "Return"), y=60, width=80)
-    w.text("RepairText", 81, "Puts back files, registry entries and the entry in the start menu that are missing or damaged.", 24)
-    w.button("Remove", LEFT, "R&emove", "Cancel", ("[Outcome]", REMOVED), ("[REMOVE]", "ALL"), ("EndDialog", "Return"), y=116, width=80)
+    w.button("Repair", LEFT, "&Repair", "Remove", ("[Outcome]", REPAIRED), ("[REINSTALLMODE]", "amus"),
+             ("[REINSTALL]", "ALL"), ("EndDialog", "Return"), y=60, width=80)
+    w.text("RepairText", 81, "Puts back files, registry entries and the entry in the start menu that are missing or "
+           "damaged.", 24)
+    w.button("Remove", LEFT, "R&emove", "Cancel", ("[Outcome]", REMOVED), ("[REMOVE]", "ALL"),
+             ("EndDialog", "Return"), y=116, width=80)
     w.text("RemoveText", 137, "Takes the program off this computer. Users' profiles and settings stay.", 24)
     w.button("Cancel", CANCEL, "Cancel", "Repair", ("SpawnDialog", "CancelDlg"))
 
@@ -110,9 +115,10 @@ def describe():
 
     for name, title, text, end in (
             ("ExitDlg", "Finished", "[Outcome]", "Return"),
-            ("UserExitDlg", "Cancelled", "Nothing has been changed. You can start the installer again at any time.", "Exit"),
-            ("FatalDlg", "Not done", "Something went wrong, and everything is as it was before. For the reason, start the "
-             "installer with a log: msiexec /i PACKAGE /l*v setup.log", "Exit")):
+            ("UserExitDlg", "Cancelled", "Nothing has been changed. You can start the installer again at any time.",
+             "Exit"),
+            ("FatalDlg", "Not done", "Something went wrong, and everything is as it was before. For the reason, start "
+             "the installer with a log: msiexec /i PACKAGE /l*v setup.log", "Exit")):
         w.dialog(name, "Finish", "Finish", "Finish")
         w.heading(title, "[ProductName] [ProductVersion]")
         w.text("Text", 60, text, 60)

@@ -10,6 +10,9 @@ import version_resource
 # Column types of the installer's own: s text, l text that may be translated, i number, v binary; capitals may be
 # empty; behind it the length.
 COLUMNS = {
+    "AdminExecuteSequence": ("Action:s72", "Condition:S255", "Sequence:I2"),
+    "AdminUISequence": ("Action:s72", "Condition:S255", "Sequence:I2"),
+    "AdvtExecuteSequence": ("Action:s72", "Condition:S255", "Sequence:I2"),
     "ActionText": ("Action:s72", "Description:L64", "Template:L128"),
     "AppSearch": ("Property:s72", "Signature_:s72"),
     "Binary": ("Name:s72", "Data:v0"),
@@ -142,7 +145,8 @@ def add_actions(t, items):
             ("SetAside", library, "SetAside"), ("PutBack", library + ROLLBACK, "PutBack"),
             ("ClearAside", library + COMMIT, "ClearAside"), ("BringProfiles", library, "BringProfiles"),
             ("RemoveProfiles", library, "RemoveProfiles"), ("RefreshMapping", library, "RefreshMapping"),
-            ("RefuseOlder", IN_LIBRARY, "RefuseOlder"), ("ReadProfiles", IN_LIBRARY, "ReadProfiles"), ("CheckFilesInUse", IN_LIBRARY, "CheckFilesInUse")):
+            ("RefuseOlder", IN_LIBRARY, "RefuseOlder"), ("ReadProfiles", IN_LIBRARY, "ReadProfiles"),
+            ("CheckFilesInUse", IN_LIBRARY, "CheckFilesInUse")):
         t.add("CustomAction", name, kind, LIBRARY, routine)
     for name in ("SetAside", "PutBack", "ClearAside"):
         t.add("CustomAction", f"Tell{name}", SET_PROPERTY, name, files)
@@ -158,14 +162,16 @@ def add_sequences(t):
              ("RefuseOlder", "NEWERVERSION AND NOT Installed", 110)]
     costs = (("CostInitialize", 800), ("FileCost", 900), ("CostFinalize", 1000))
     # What is installed is repaired or removed as a whole: the windows have no use for its costs then.
-    ui = begin + [(action, "NOT Installed", place) for action, place in costs] + [("WelcomeDlg", "NOT Installed", 1230), ("MaintenanceDlg", "Installed AND NOT Preselected", 1240),
+    ui = begin + [(action, "NOT Installed", place) for action, place in costs] + [
+        ("WelcomeDlg", "NOT Installed", 1230), ("MaintenanceDlg", "Installed AND NOT Preselected", 1240),
                   ("ProgressDlg", "", 1280), ("ExecuteAction", "", 1300),
                   ("ExitDlg", "", -1), ("UserExitDlg", "", -2), ("FatalDlg", "", -3)]
     # In the transaction from its first step on: when anything fails, also the older version stands there again.
     execute = begin + [(action, "", place) for action, place in costs] + [
         ("ValidateProductID", "", 700), ("ReadProfiles", 'PROFILES AND NOT REMOVE = "ALL"', 1010),
         ("InstallLocation", "NOT Installed", 1020), ("InstallValidate", "", 1400),
-        ("TellFilesToCheck", ours, 1410), ("CheckFilesInUse", ours, 1411), ("InstallInitialize", "", 1500), ("RemoveExistingProducts", "", 1510),
+        ("TellFilesToCheck", ours, 1410), ("CheckFilesInUse", ours, 1411), ("InstallInitialize", "", 1500),
+        ("RemoveExistingProducts", "", 1510),
         ("TellPutBack", ours, 1520), ("PutBack", ours, 1521), ("TellSetAside", ours, 1522), ("SetAside", ours, 1523),
         ("TellClearAside", ours, 1524), ("ClearAside", ours, 1525),
         ("ProcessComponents", "", 1600), ("UnpublishFeatures", "", 1800),
@@ -175,7 +181,15 @@ def add_sequences(t):
         ("RefreshMapping", ours, 5100), ("RegisterUser", "", 6000), ("RegisterProduct", "", 6100),
         ("PublishFeatures", "", 6300), ("PublishProduct", "", 6400),
         ("BringProfiles", 'BringProfiles AND NOT REMOVE = "ALL"', 6500), ("InstallFinalize", "", 6600)]
-    for table, rows in (("InstallUISequence", ui), ("InstallExecuteSequence", execute)):
+    # An unpacked copy on a server (msiexec /a), and what a group policy announces.
+    frame = [(action, "", place) for action, place in (*costs, ("InstallValidate", 1400), ("InstallInitialize", 1500))]
+    admin = [*frame, ("InstallAdminPackage", "", 3900), ("InstallFiles", "", 4000), ("InstallFinalize", "", 6600)]
+    announce = [row for row in frame if row[0] != "FileCost"] + [
+        ("CreateShortcuts", "", 4500), ("PublishFeatures", "", 6300), ("PublishProduct", "", 6400),
+        ("InstallFinalize", "", 6600)]
+    copy_windows = [*frame[:3], ("ExecuteAction", "", 1300)]
+    for table, rows in (("InstallUISequence", ui), ("InstallExecuteSequence", execute), ("AdminExecuteSequence", admin),
+                        ("AdminUISequence", copy_windows), ("AdvtExecuteSequence", announce)):
         for row in rows:
             t.add(table, *row)
 
@@ -190,10 +204,12 @@ def add_windows(t):
     t.add("TextStyle", "Heading", FONT, 9, "", 1)
     for action, text in (("InstallFiles", "Copying files"), ("RemoveFiles", "Removing files"),
                          ("CreateShortcuts", "Making the entry in the start menu"),
-                         ("WriteRegistryValues", "Writing to the registry"), ("RemoveExistingProducts", "Removing the older version"),
+                         ("WriteRegistryValues", "Writing to the registry"),
+                         ("RemoveExistingProducts", "Removing the older version"),
                          ("SetAside", "Setting files in use aside"), ("BringProfiles", "Bringing profiles")):
         t.add("ActionText", action, text, "")
-    for key, text in (("bytes", "bytes"), ("GB", "GB"), ("KB", "KB"), ("MB", "MB"), ("MenuAbsent", ""), ("NewFolder", "Folder|New Folder")):
+    for key, text in (("bytes", "bytes"), ("GB", "GB"), ("KB", "KB"), ("MB", "MB"), ("MenuAbsent", ""),
+                      ("NewFolder", "Folder|New Folder")):
         t.add("UIText", key, text)
 
 
@@ -204,12 +220,13 @@ def build(items, version, title, product_code):
     owners = add_files(t, items)
     add_registry(t, version)
     t.add("Shortcut", "StartMenu", "ProgramMenuFolder", "QXTERM|qxterm", owners["qxterm-start.exe"],
-          "[INSTALLFOLDER]qxterm-start.exe", "", title, "", ICON, 0, 1, "STARTFOLDER")
+          "[INSTALLFOLDER]qxterm-start.exe", "", title, "", ICON, 0, 1, "INSTALLFOLDER")
     add_actions(t, items)
     add_sequences(t)
     add_windows(t)
     t.add("LaunchCondition", "Installed OR VersionNT >= 601", "[ProductName] needs Windows 7 or a later version.")
-    t.add("LaunchCondition", "Privileged", "Only an administrator can install [ProductName]: it is for all users of the computer.")
+    t.add("LaunchCondition", "Privileged", "Only an administrator can install [ProductName]: it is for all users of the "
+          "computer.")
     # Every other package of this or an older version is replaced; a newer one is only found.
     t.add("Upgrade", identity.UPGRADE_CODE, "0.0.0", version, "", 1 | 256 | 512, "", "OLDERVERSION")
     t.add("Upgrade", identity.UPGRADE_CODE, version, "", "", 2, "", "NEWERVERSION")
@@ -221,8 +238,6 @@ def build(items, version, title, product_code):
                 ("MSIRESTARTMANAGERCONTROL", "Disable"), ("REBOOT", "ReallySuppress"),
                 # Files of the package count, whatever stands in the folder.
                 ("REINSTALLMODE", "amus"),
-                # Each user's own, where the trace can be written.
-                ("STARTFOLDER", "%USERPROFILE%"),
                 ("SecureCustomProperties", "INSTALLFOLDER;NEWERVERSION;OLDERVERSION;PROFILES"),
                 ("DefaultUIFont", "Body"), ("Outcome", dialogs.INSTALLED), ("ErrorDialog", "ErrorDlg")):
         t.add("Property", *row)

@@ -8,6 +8,7 @@ import filecmp
 import hashlib
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -110,7 +111,6 @@ class Package(unittest.TestCase):
             pages = {name.rpartition("/")[2]: archive.read(name).decode("utf-8-sig") for name in archive.namelist()
                      if "/manual/" in name}
         for name, text in pages.items():
-            import re
             for link in re.findall(r"\]\(([\w-]+\.txt)\)", text):
                 self.assertIn(link, pages, f"a link of {name}")
 
@@ -119,7 +119,8 @@ class Package(unittest.TestCase):
         self.assertEqual(document["spdxVersion"], "SPDX-2.3")
         with zipfile.ZipFile(self.one(".zip")) as archive:
             sums = {name.partition("/")[2]: hashlib.sha1(archive.read(name)).hexdigest() for name in archive.namelist()}
-        told = {entry["fileName"].removeprefix("./"): entry["checksums"][0]["checksumValue"] for entry in document["files"]}
+        told = {entry["fileName"].removeprefix("./"): entry["checksums"][0]["checksumValue"]
+                for entry in document["files"]}
         self.assertEqual(told, sums)
         # As the standard defines it: the sorted SHA-1 sums in a row, summed once more.
         code = hashlib.sha1("".join(sorted(sums.values())).encode()).hexdigest()

@@ -1,4 +1,4 @@
-"""The installer's windows, by keys: install into another folder, upgrade while the program runs, repair, remove, cancel."""
+"""The installer's windows, by keys: cancel, install into another folder, upgrade, repair, remove."""
 
 import contextlib
 import os

@@ -8,7 +8,6 @@ import re
 import subprocess
 import sys
 import tempfile
-import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
@@ -16,8 +15,8 @@ import installer  # noqa: E402
 from desk import Desk  # noqa: E402
 from installer import FAILED, FOLDER, checkInstalled, msiexec, msiOf, windowsPath, wine  # noqa: E402
 from neighbour import heldFile  # noqa: E402
-from peers import DemonstrationHost  # noqa: E402
-from program import TITLE, check, checkEqual, iniPath, netProfile, run, saveScreen, waitFor, writeIni, xdotool  # noqa: E402
+from peers import DemonstrationHost, Peer  # noqa: E402
+from program import TITLE, check, checkEqual, iniPath, readIni, run, saveScreen, waitFor, writeIni, xdotool  # noqa: E402
 
 # What stood in the machine's file before the program was installed.
 OLD_PROFILES = {"Settings": {"Profiles": "shop ", "timeout": "33"},
@@ -109,7 +108,6 @@ def broughtProfiles(old, port, scratch):
                         "[shop]\r\nhost=wrong.example\r\n")
     msiexec("/i", windowsPath(msiOf(old)), f"PROFILES={windowsPath(profiles)}")
     installed(installer.OLD_VERSION)
-    from program import readIni
     checkEqual(readIni(), {"Settings": {"Profiles": "shop demo ", "timeout": "33"}, "shop": OLD_PROFILES["shop"],
                            "demo": {"connect": "net", "host": "127.0.0.1", "netport": str(port), "Font": "large"}},
                "the machine's profiles")
@@ -216,18 +214,19 @@ def olderIsRefused(old):
     installed(installer.projectVersion())
 
 
-def removed(new, before):
+def removed(new, before, changes=("windows/qxterm.ini",)):
     """Nothing is left but what is the users' or Windows' own."""
     settings = installer.userSettings()
     msiexec("/x", windowsPath(msiOf(new)))
     now = installer.everything()
-    left = sorted(path for path in now[0] if path not in before[0])
-    checkEqual(left, ["windows/Installer"], "files and folders that are left behind")
+    # The folder of Windows' own installer comes with the first package of all.
+    left = sorted(path for path in now[0] if path not in before[0] and path != "windows/Installer")
+    checkEqual(left, [], "files and folders that are left behind")
     gone = sorted(path for path in before[0] if path not in now[0])
     checkEqual(gone, [], "files and folders that are gone")
     changed = sorted(path for path in before[0] if before[0][path] != now[0][path])
     # The profiles that stood there have others beside them, and users may have come to need these.
-    checkEqual(changed, ["windows/qxterm.ini"], "files that have changed")
+    checkEqual(changed, list(changes), "files that have changed")
     entries = [entry for root in now[1] for entry in now[1][root].items() if entry not in before[1][root].items()]
     ours = [entry for entry in entries if "qxterm" in str(entry).lower() and "Software\\qxterm" not in entry[0][0]]
     # Windows' own list of what to delete at its next start may still name files that are gone.
@@ -235,6 +234,41 @@ def removed(new, before):
     checkEqual(ours, [], "entries of the registry that are left behind")
     checkEqual(installer.registry(r"HKLM\Software\qxterm"), {}, "the product's own key")
     checkEqual(installer.userSettings(), settings, "the user's settings")
+
+
+def onAFreshMachine():
+    """No settings of any kind before; profiles come along, reach a user at the first start, and go with the program."""
+    iniPath().unlink(missing_ok=True)
+    with installer.packages() as (new, _), Peer() as peer, tempfile.TemporaryDirectory() as scratch:
+        before = installer.everything()
+        profiles = Path(scratch) / "rollout.ini"
+        for port, timeout in ((1, 20), (peer.port, 25)):
+            # The second time as a repair that brings others: those of the first time are replaced.
+            profiles.write_text(f"[Settings]\r\nProfiles=lab \r\ntimeout={timeout}\r\n"
+                                f"[lab]\r\nconnect=net\r\nhost=127.0.0.1\r\nnetport={port}\r\n")
+            more = ["REINSTALL=ALL", "REINSTALLMODE=omus"] if port != 1 else []
+            msiexec("/i", windowsPath(msiOf(new)), f"PROFILES={windowsPath(profiles)}", *more)
+        checkInstalled(new)
+        checkEqual(readIni()["lab"]["netport"], str(peer.port), "the profile that came last")
+        with startedWithoutProbe("lab") as process:
+            waitFor(lambda: peer.connections, "the profile that came along is connected", 60)
+            # Where the trace would go.
+            checkEqual(Path(os.readlink(f"/proc/{process.pid}/cwd")).parent, installer.DRIVE / "users",
+                       "the start menu's entry starts in the user's own folder; the folder above it")
+        settings = installer.userSettings()
+        checkEqual((settings["Settings"]["Profiles"], settings["Settings"]["timeout"], settings["lab"]["netport"]),
+                   ("lab", "25", str(peer.port)), "the user's own settings")
+        # What the user has changed stays, and what he took out of the list does not come again.
+        wine("reg", "add", rf"{installer.USER}\Settings", "/v", "Profiles", "/d", "", "/f")
+        wine("reg", "add", rf"{installer.USER}\lab", "/v", "netport", "/d", "7", "/f")
+        with startedWithoutProbe("lab"):
+            waitFor(lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE} - "],
+                                           capture_output=True).stdout, "the window stands", 60)
+        settings = installer.userSettings()
+        checkEqual((settings["Settings"]["Profiles"], settings["lab"]["netport"]), ("", "7"), "the user's own settings")
+        removed(new, before, changes=[])
+        check(not iniPath().exists(), "the profiles that came along are gone")
+    wine("reg", "delete", installer.USER, "/f")
 
 
 def throughVersions():
@@ -258,4 +292,4 @@ def throughVersions():
         removed(new, before)
 
 
-run(throughVersions)
+run(onAFreshMachine, throughVersions)

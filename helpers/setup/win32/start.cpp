@@ -41,18 +41,38 @@ void giveProfiles() {
     }
 }
 
-std::wstring programPath() {
+std::wstring ownFolder() {
     std::array<wchar_t, 32768> path{};
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     const std::wstring own{path.data(), length};
-    return own.substr(0, own.rfind(L'\\') + 1) + L"qxterm.exe";
+    return own.substr(0, own.rfind(L'\\'));
+}
+
+/// The folder that the program starts in, where it writes its trace: the current one, but for those of the
+/// program and of the system the user's own, since nobody may write there.
+std::wstring startFolder(const std::wstring& own) {
+    std::array<wchar_t, 32768> buffer{};
+    const auto size = static_cast<DWORD>(buffer.size());
+    DWORD length = GetCurrentDirectoryW(size, buffer.data());
+    std::wstring current{buffer.data(), length};
+    // The installer's entry names the folder with a backslash behind it.
+    if (!current.empty() && current.back() == L'\\') current.pop_back();
+    length = GetSystemDirectoryW(buffer.data(), size);
+    const std::wstring system{buffer.data(), length};
+    if (lstrcmpiW(current.c_str(), own.c_str()) != 0 && lstrcmpiW(current.c_str(), system.c_str()) != 0) {
+        return current;
+    }
+    length = GetEnvironmentVariableW(L"USERPROFILE", buffer.data(), size);
+    return length != 0 && length < size ? std::wstring{buffer.data(), length} : current;
 }
 
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int show) {
     giveProfiles();
-    const std::wstring program = programPath();
+    const std::wstring own = ownFolder();
+    const std::wstring program = own + L"\\qxterm.exe";
+    const std::wstring folder = startFolder(own);
     std::wstring commandLine = L"\"" + program + L"\"";
     if (*arguments != L'\0') commandLine.append(L" ").append(arguments);
     STARTUPINFOW start{};
@@ -60,8 +80,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int show) {
     start.dwFlags = STARTF_USESHOWWINDOW;
     start.wShowWindow = static_cast<WORD>(show);
     PROCESS_INFORMATION process{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &start, &process)) {
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        folder.c_str(), &start, &process)) {
         const std::wstring text = program + L" cannot be started. Repair the installation.";
         MessageBoxW(nullptr, text.c_str(), title, MB_ICONERROR | MB_OK);
         return 1;
