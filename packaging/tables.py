@@ -164,8 +164,8 @@ def add_sequences(t):
     # What is installed is repaired or removed as a whole: the windows have no use for its costs then.
     ui = begin + [(action, "NOT Installed", place) for action, place in costs] + [
         ("WelcomeDlg", "NOT Installed", 1230), ("MaintenanceDlg", "Installed AND NOT Preselected", 1240),
-                  ("ProgressDlg", "", 1280), ("ExecuteAction", "", 1300),
-                  ("ExitDlg", "", -1), ("UserExitDlg", "", -2), ("FatalDlg", "", -3)]
+        ("ProgressDlg", "", 1280), ("ExecuteAction", "", 1300),
+        ("ExitDlg", "", -1), ("UserExitDlg", "", -2), ("FatalDlg", "", -3)]
     # In the transaction from its first step on: when anything fails, also the older version stands there again.
     execute = begin + [(action, "", place) for action, place in costs] + [
         ("ValidateProductID", "", 700), ("ReadProfiles", 'PROFILES AND NOT REMOVE = "ALL"', 1010),

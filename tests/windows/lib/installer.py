@@ -35,12 +35,13 @@ def windowsPath(path):
     return "Z:" + str(path).replace("/", "\\")
 
 
-def wine(*arguments, seconds=120):
-    """Runs a Windows program to its end; returns its exit status and what it printed."""
+def wine(*arguments, seconds=120, folder=None):
+    """Runs a Windows program to its end; returns its exit status and what it printed. folder: where
+    it is started."""
     with tempfile.TemporaryFile() as output:
         # No pipe: Wine's server would inherit it, and hold it open.
         done = subprocess.run([os.environ["WINE"], *map(str, arguments)], stdin=subprocess.DEVNULL, stdout=output,
-                              stderr=subprocess.STDOUT, timeout=seconds)
+                              stderr=subprocess.STDOUT, timeout=seconds, cwd=folder)
         output.seek(0)
         return done.returncode, output.read().decode("latin-1").replace("\r", "")
 
