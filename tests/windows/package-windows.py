@@ -1,7 +1,7 @@
 """The installer's windows, by keys: cancel, install into another folder, upgrade, repair, remove."""
 
-import contextlib
 import os
+import re
 import subprocess
 import sys
 from pathlib import Path
@@ -40,11 +40,27 @@ class Setup:
         if picture:
             saveScreen(f"package-{picture}")
 
-    def key(self, *names):
-        window = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{SETUP}$"], capture_output=True,
-                                text=True).stdout.split()
-        check(window, "the installer's window stands")
-        xdotool("windowactivate", "--sync", window[-1])
+    def key(self, *names, windows=1):
+        """Types into the window that stands in front; windows: how many stand then."""
+
+        def height(window):
+            told = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window], capture_output=True, text=True)
+            return int(re.search(r"HEIGHT=(\d+)", told.stdout + "HEIGHT=0").group(1))
+
+        def front():
+            # A window that was left a moment ago may still stand, and keys would be lost with it.
+            found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{SETUP}$"], capture_output=True,
+                                   text=True).stdout.split()
+            return min(found, key=height) if len(found) == windows else None
+
+        def active():
+            window = front()
+            now = subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True).stdout.strip()
+            if window and window != now:
+                subprocess.run(["xdotool", "windowactivate", window], capture_output=True)
+            return window and window == now
+
+        waitFor(active, f"{windows} of the installer's windows stand, and the front one has the keyboard", pause=0.1)
         xdotool("key", "--delay", "30", *names)
 
     def ends(self, status):
@@ -77,11 +93,11 @@ def cancel(old):
         setup.sees("for all users")
         setup.key("Escape")
         setup.sees("Do you want to cancel", "cancel")
-        setup.key("alt+n")
+        setup.key("alt+n", windows=2)
         setup.sees("for all users")
         setup.key("Escape")
         setup.sees("Do you want to cancel")
-        setup.key("alt+y")
+        setup.key("alt+y", windows=2)
         setup.sees("Nothing has been changed", "cancelled")
         setup.key("Return")
         setup.ends(66)  # 1602, of which a Unix exit status keeps one byte
