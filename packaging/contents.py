@@ -47,11 +47,20 @@ def title(root=ROOT):
     return re.search(r'#define QXTERM_PROGRAM_TITLE "(.*)"', text).group(1)
 
 
-def for_notepad(path):
-    """A text as Windows' own editor shows it; pages name each other by the names that they have in the package."""
+def for_notepad(path, pages=(), folder=""):
+    """A text as Windows' own editor shows it. pages: names of the manual's pages, which it may link to; folder: where
+    they are. Of a link to anything else in the project only its words stay."""
     text = path.read_text(encoding="utf-8")
+
+    def link(match):
+        words, target = match.groups()
+        page = re.fullmatch(r"(?:\.\./)?(?:docs/)?([\w-]+)\.md(?:#[\w-]*)?", target)
+        if page and page.group(1) in pages:
+            return f"[{words}]({folder}{page.group(1)}.txt)"
+        return match.group(0) if "://" in target else words
+
     if path.suffix == ".md":
-        text = re.sub(r"\]\((?:\.\./docs/|docs/)?([\w-]+)\.md(#[\w-]*)?\)", r"](\1.txt)", text)
+        text = re.sub(r"!?\[([^][]*)\]\(([^()\s]+)\)", link, text)
     # The mark at the beginning tells editors of every age that this is UTF-8.
     mark = "" if text.isascii() else "\ufeff"
     return (mark + text.replace("\n", "\r\n")).encode("utf-8")
@@ -75,14 +84,14 @@ def programs(build):
 def installed(build, root=ROOT):
     """All files of the package, sorted by path."""
     items = programs(build)
+    pages = {page.stem: page for page in (root / "docs").glob("*.md") if page.stem not in FOR_DEVELOPERS}
     items.append(Item("LICENSE.txt", for_notepad(root / "LICENSE")))
-    items.append(Item("CHANGELOG.txt", for_notepad(root / "CHANGELOG.md")))
+    items.append(Item("CHANGELOG.txt", for_notepad(root / "CHANGELOG.md", pages, "manual/")))
     items.append(Item("licences/font.txt", for_notepad(root / "resources" / "font" / "OFL.txt"), "OFL-1.1"))
     for name, package, licence, file in LINKED:
         items.append(Item(f"licences/{file}.txt", debian_copyright(package), licence))
-    for page in sorted((root / "docs").glob("*.md")):
-        if page.stem not in FOR_DEVELOPERS:
-            items.append(Item(f"manual/{page.stem}.txt", for_notepad(page)))
+    for name, page in pages.items():
+        items.append(Item(f"manual/{name}.txt", for_notepad(page, pages)))
     # They are for the hosts, and stay byte for byte as they are.
     for folder in HOST_FOLDERS:
         base = root / "packaging" / folder
