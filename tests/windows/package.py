@@ -315,6 +315,24 @@ def fromAZip():
     shutil.rmtree(folder)
 
 
+def removedWhileItRuns():
+    """What is in use goes when Windows starts next; the session goes on till its end."""
+    with tempfile.TemporaryDirectory() as scratch:
+        package = installer.makePackage(scratch, "--build", installer.BUILD, "--only-msi")
+        msiexec("/i", windowsPath(msiOf(package)))
+        with startedWithoutProbe("none") as process:
+            waitFor(lambda: "Settings" in installer.userSettings(), "the program has begun", 60, 0.5)
+            msiexec("/x", installer.productCode())
+            checkEqual(process.poll(), None, "the program's end")
+            checkEqual(sorted(path.name for path in FOLDER.rglob("*") if ".in-use-" not in path.name), [],
+                       "what is not in use")
+            check("qxterm.exe.in-use-1" in installer.setAside(), f"what is set aside: {installer.setAside()}")
+        checkEqual(installer.programsListed(), [], "the list of programs")
+        wine("wineboot")
+        waitFor(lambda: not FOLDER.exists(), "the folder is gone behind the next start of Windows", 30)
+    wine("reg", "delete", installer.USER, "/f")
+
+
 def throughVersions():
     writeIni(OLD_PROFILES)
     before = None
@@ -335,4 +353,4 @@ def throughVersions():
         removed(new, before)
 
 
-run(fromAZip, onAFreshMachine, throughVersions)
+run(fromAZip, onAFreshMachine, removedWhileItRuns, throughVersions)
