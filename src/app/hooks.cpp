@@ -81,6 +81,7 @@ void fillConnectionHooks() {
         mnuconnitem.setEnabled(index, enabled);
     };
     connectionHooks.enableProfileItems = enableProfileItems;
+    connectionHooks.copySelection = copySelection;
 }
 
 void connectTransportEvents() {
