@@ -74,7 +74,6 @@ std::wstring wide(const std::string& text) {
 }
 
 HRESULT give(const std::wstring& text, BSTR* result) {
-    if (text.empty()) return S_FALSE;
     *result = libraries().makeText(text.data(), static_cast<UINT>(text.size()));
     return *result != nullptr ? S_OK : E_OUTOFMEMORY;
 }
@@ -196,7 +195,13 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE get_accDescription(VARIANT child, BSTR* description) override {
-        return text(child, description, describe);
+        if (description == nullptr) return E_POINTER;
+        *description = nullptr;
+        if (const HRESULT wrong = refused(child)) return wrong;
+        return guarded([&] {
+            const std::wstring told = describe(child.lVal);
+            return told.empty() ? S_FALSE : give(told, description);
+        });
     }
     HRESULT STDMETHODCALLTYPE get_accRole(VARIANT child, VARIANT* role) override {
         if (role == nullptr) return E_POINTER;

@@ -74,6 +74,25 @@ void drawLabel(HDC dc, const std::string& caption, RECT area) {
 
 }  // namespace
 
+std::string spokenLabel(const Control& button) {
+    std::string label;
+    bool gap = false;
+    for (const char c : button.caption()) {
+        const bool blank = c == ' ' || c == '\r' || c == '\n';
+        if (!blank) {
+            if (gap && !label.empty()) label += ' ';
+            // A single one would stand for a letter to press.
+            if (c == '&') label += c;
+            label += c;
+        }
+        gap = blank;
+    }
+    // Many hosts put the key into the label themselves.
+    const std::string key = "F" + std::to_string(button.index());
+    if (label.empty() || label == key || label.starts_with(key + ' ')) return label.empty() ? key : label;
+    return key + ' ' + label;
+}
+
 Control::Native* createKeyButton(Control& control, HWND parent) {
     HWND const window =
         CreateWindowExA(0, "BUTTON", "", WS_CHILD | WS_CLIPSIBLINGS | BS_OWNERDRAW, 0, 0, 0, 0, parent,

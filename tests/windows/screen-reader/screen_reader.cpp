@@ -187,6 +187,13 @@ Json textOf(HWND window, int(WINAPI* routine)(HWND, LPSTR, int)) {
     return Json(std::string{text.data()});
 }
 
+/// The label by which the system calls a field: the static text or the frame ahead of it, seen or not.
+Json labelOf(HWND window) {
+    HWND const before = GetWindow(window, GW_HWNDPREV);
+    if (before == nullptr || (SendMessageA(before, WM_GETDLGCODE, 0, 0) & DLGC_STATIC) == 0) return nullptr;
+    return textOf(before, GetWindowTextA);
+}
+
 BOOL CALLBACK addControl(HWND window, LPARAM where) {
     auto& all = *reinterpret_cast<Json*>(where);
     if (IsWindowVisible(window) == 0) return TRUE;
@@ -194,6 +201,7 @@ BOOL CALLBACK addControl(HWND window, LPARAM where) {
     Json one = object != nullptr ? told(*object, CHILDID_SELF) : Json{{"name", nullptr}};
     if (object != nullptr) object->Release();
     one["id"] = GetDlgCtrlID(window);
+    one["label"] = labelOf(window);
     one["class"] = textOf(window, GetClassNameA);
     one["tabStop"] = (GetWindowLongA(window, GWL_STYLE) & WS_TABSTOP) != 0;
     one["enabled"] = IsWindowEnabled(window) != 0;
@@ -219,8 +227,6 @@ int readControls() {
 struct Heard {
     std::map<std::string, int> counts;
     std::map<LONG, int> rows;
-    int strangers = 0;  ///< changes of a value in other windows
-    Json places = Json::array();
 };
 Heard heard;
 
