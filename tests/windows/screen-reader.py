@@ -52,7 +52,7 @@ def structure(desk):
     screen = readScreen()
     checkEqual((screen["name"], screen["role"]), ("Terminal screen", TEXT), "the screen's object")
     checkEqual(screen["state"] & (READ_ONLY | FOCUSABLE | FOCUSED), READ_ONLY | FOCUSABLE | FOCUSED, "its state")
-    checkEqual([row["name"] for row in screen["rows"]], [f"Row {n}" for n in ROWS[:-1]] + ["Status row"], "the rows' names")
+    checkEqual([row["name"] for row in screen["rows"]], [f"Row {n}" for n in ROWS[:-1]] + ["Status line"], "the rows' names")
     checkEqual({row["role"] for row in screen["rows"]}, {STATIC_TEXT}, "the rows' roles")
     checkEqual(screen["value"], "".join(f"{row['value']}\r\n" for row in screen["rows"]), "the screen's value")
     for way in ("forward", "children", "hits"):

@@ -182,7 +182,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_accName(VARIANT child, BSTR* name) override {
         return text(child, name, [](LONG row) -> std::wstring {
             if (row == CHILDID_SELF) return L"Terminal screen";
-            return row == pictureRows ? L"Status row" : L"Row " + std::to_wstring(row);
+            return row == pictureRows ? L"Status line" : L"Row " + std::to_wstring(row);
         });
     }
     HRESULT STDMETHODCALLTYPE get_accValue(VARIANT child, BSTR* value) override {

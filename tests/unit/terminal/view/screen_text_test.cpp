@@ -34,10 +34,9 @@ TEST_F(ScreenText, RowsEndWithTheirLastCharacter) {
 }
 
 TEST_F(ScreenText, TheStatusRowIsTheLast) {
-    host("\x1b[0;1y\x1b[1;1Hpage");
-    const ScreenReading reading = readScreen();
-    EXPECT_EQ(reading.rows[0], "page");
-    EXPECT_EQ(reading.rows.size(), 25U);
+    host("\x1b[1;5xstatus\x1b[1;1Hpage");
+    EXPECT_EQ(row(0), "page");
+    EXPECT_EQ(row(24), "    status");
 }
 
 TEST_F(ScreenText, LineDrawingIsBlank) {
