@@ -20,10 +20,9 @@ constexpr char blank = ' ';
 
 bool readable(char c) { return static_cast<unsigned char>(c) > static_cast<unsigned char>(blank); }
 
-/// What the picture shows in a cell.
+/// What the picture shows in a cell. The codes of line-drawing glyphs are none of readable characters.
 char shownCharacter(const PictureCell& cell) {
-    if (cell.terminalFont() || cell.fg() == cell.bg() || !readable(cell.code())) return blank;
-    return cell.code();
+    return cell.fg() != cell.bg() && readable(cell.code()) ? cell.code() : blank;
 }
 
 /// What a cell would show in the other phase of blinking text; a blank where no text blinks.
