@@ -214,17 +214,19 @@ public:
         if (state == nullptr) return E_POINTER;
         state->vt = VT_EMPTY;
         if (const HRESULT wrong = refused(child)) return wrong;
-        LONG bits = STATE_SYSTEM_READONLY;
-        if (child.lVal == CHILDID_SELF) {
-            bits |= STATE_SYSTEM_FOCUSABLE;
-            if (GetFocus() == screen_->window) bits |= STATE_SYSTEM_FOCUSED;
-        } else {
-            bits |= STATE_SYSTEM_SELECTABLE;
-            if (!screenReader.read().selected[index(child.lVal)].none()) bits |= STATE_SYSTEM_SELECTED;
-        }
-        if (IsWindowVisible(screen_->window) == 0) bits |= STATE_SYSTEM_INVISIBLE;
-        giveNumber(*state, bits);
-        return S_OK;
+        return guarded([&] {
+            LONG bits = STATE_SYSTEM_READONLY;
+            if (child.lVal == CHILDID_SELF) {
+                bits |= STATE_SYSTEM_FOCUSABLE;
+                if (GetFocus() == screen_->window) bits |= STATE_SYSTEM_FOCUSED;
+            } else {
+                bits |= STATE_SYSTEM_SELECTABLE;
+                if (!screenReader.read().selected[index(child.lVal)].none()) bits |= STATE_SYSTEM_SELECTED;
+            }
+            if (IsWindowVisible(screen_->window) == 0) bits |= STATE_SYSTEM_INVISIBLE;
+            giveNumber(*state, bits);
+            return S_OK;
+        });
     }
     HRESULT STDMETHODCALLTYPE get_accHelp(VARIANT child, BSTR* help) override { return nothing(child, help); }
     HRESULT STDMETHODCALLTYPE get_accHelpTopic(BSTR* file, VARIANT child, LONG* topic) override {
