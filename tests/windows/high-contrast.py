@@ -111,10 +111,6 @@ def inScheme(scheme, peer):
         for page in ("modem", "time-out", "font-sizes"):
             desk.key("ctrl+Tab")
             readable(desk, scheme, page)
-        desk.key("Escape")
-        desk.gone("frmOptions")
-        desk.close()
-        desk.answer("A connection is active", "Yes", ends=True)
 
 
 def schemes():

@@ -190,7 +190,7 @@ def readingAFlood(desk, peer):
     feeder = threading.Thread(target=flow)
     feeder.start()
     try:
-        for _ in range(4):
+        for _ in range(2):
             checkEqual(len(rowsRead()), 25, "rows that are read while output flows")
     finally:
         stop.set()
