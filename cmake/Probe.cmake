@@ -1,7 +1,8 @@
 # What the tests of the window need besides the program.
 #
 # qxterm-probe.exe: the program with ears (tests/windows/probe). neighbour.exe: what others do to it. glyphs.exe: how
-# the system draws the terminal font. reader.exe: the least that a client has to do.
+# the system draws the terminal font. reader.exe: the least that a client has to do. screen-reader.exe: what readers of
+# the screen learn.
 
 file(GLOB sources CONFIGURE_DEPENDS tests/windows/probe/*.cpp)
 qxterm_program(qxterm-probe FILES ${sources} ROOMS qxterm_dumps)
@@ -22,3 +23,10 @@ add_dependencies(glyphs program_files)
 file(GLOB reader_sources CONFIGURE_DEPENDS tests/windows/reader/*.cpp)
 add_executable(reader ${reader_sources})
 target_link_libraries(reader PRIVATE qxterm_options ws2_32)
+
+# What a program learns that reads the screen to its user.
+file(GLOB screen_reader_sources CONFIGURE_DEPENDS tests/windows/screen-reader/*.cpp)
+add_executable(screen-reader ${screen_reader_sources})
+target_link_libraries(
+    screen-reader PRIVATE qxterm_options qxterm_json uuid user32 ole32 oleaut32 oleacc
+)

@@ -65,6 +65,6 @@ if(MINGW)
         NEEDS qxterm_platform
     )
     target_link_libraries(
-        qxterm_win32 PUBLIC zpt_common_win32 user32 gdi32 comctl32 ws2_32 iphlpapi
+        qxterm_win32 PUBLIC zpt_common_win32 user32 gdi32 comctl32 ws2_32 iphlpapi uuid
     )
 endif()

@@ -23,6 +23,10 @@ void mnuedit_Click() {
     });
 }
 
+void copySelection() {
+    if (hasSelection()) mnueditItem_Click(editItem::copy);
+}
+
 void mnueditItem_Click(std::int16_t index) {
     trapped("mnueditItem_Click", [&] {
         switch (index) {

@@ -17,6 +17,8 @@ void enableAllEditItems(bool enabled);
 
 /// The Edit menu opens: its entries are enabled as far as they can do something.
 void mnuedit_Click();
+/// What Copy does, when something is selected; nothing otherwise.
+void copySelection();
 /// Copy, Paste or Clear.
 void mnueditItem_Click(std::int16_t index);
 

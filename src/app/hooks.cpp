@@ -21,6 +21,7 @@
 #include "connection/transport_controls.h"
 #include "diag/report_error.h"
 #include "platform/main_form.h"
+#include "platform/screen_reading.h"
 #include "terminal/commands/reset.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/cursor.h"
@@ -29,6 +30,7 @@
 #include "terminal/interpreter/telnet.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/view/screen_events.h"
+#include "terminal/view/screen_text.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_marks.h"
 #include "timers/timer_registry.h"
@@ -67,11 +69,14 @@ void fillProfileHooks() {
 
 void fillTerminalHooks() {
     paintLocalPrompt = paintLocalText;
+    localPromptShown = localTextUp;
     lineDrawn = invertRedrawnCells;
     windowScrolled = keepDragInPlace;
     endSelection = removeSelection;
     answerHost = sendTelnetAnswer;
     enableEditItems = [] { enableAllEditItems(true); };
+    screenReader.read = readScreen;
+    screenReader.place = placeOnScreen;
 }
 
 void fillConnectionHooks() {
@@ -81,6 +86,7 @@ void fillConnectionHooks() {
         mnuconnitem.setEnabled(index, enabled);
     };
     connectionHooks.enableProfileItems = enableProfileItems;
+    connectionHooks.copySelection = copySelection;
 }
 
 void connectTransportEvents() {

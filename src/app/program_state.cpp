@@ -22,6 +22,7 @@
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/view/scrollback_view.h"
 #include "terminal/view/selection.h"
+#include "terminal/view/view_keys.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm {
@@ -64,6 +65,7 @@ void resetApplication() {
 void resetProgram() {
     connectModules();
     resetSelection();
+    resetViewKeys();
     resetDiagnostics();
     clearTimers();
     resetConfiguration();

@@ -13,6 +13,8 @@ struct ConnectionHooks {
     void (*enableConnectionItem)(std::int16_t index, bool enabled) = [](std::int16_t, bool) {};
     /// The Profile menu's entries that must not be used during a session.
     void (*enableProfileItems)(bool enabled) = [](bool) {};
+    /// What Copy of the Edit menu does, when something is selected.
+    void (*copySelection)() = [] {};
 };
 inline ConnectionHooks connectionHooks;
 

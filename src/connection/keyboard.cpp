@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "connection/connection_hooks.h"
 #include "connection/session.h"
 #include "connection/ssh_prompt.h"
 #include "connection/transport.h"
@@ -10,6 +11,7 @@
 #include "terminal/commands/function_keys.h"
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/model/screen_store.h"
+#include "terminal/view/view_keys.h"
 
 namespace qxterm {
 
@@ -21,6 +23,7 @@ constexpr std::int16_t left = 37;
 constexpr std::int16_t up = 38;
 constexpr std::int16_t right = 39;
 constexpr std::int16_t down = 40;
+constexpr std::int16_t insert = 45;
 constexpr std::int16_t del = 46;
 constexpr std::int16_t f1 = 112;
 constexpr std::int16_t f5 = 116;
@@ -51,7 +54,13 @@ void Form_KeyDown(std::int16_t code, std::int16_t shift) {
             return;
         }
         const std::string text = translated(code);
-        if (!text.empty()) sendTyped(text);
+        if (!text.empty()) {
+            sendTyped(text);
+        } else if (code == key::insert && shift == shiftState::control) {
+            connectionHooks.copySelection();
+        } else {
+            viewKey(code, shift);
+        }
     });
 }
 

@@ -4,8 +4,9 @@
 
 namespace qxterm {
 
-/// A key of the main window: virtual-key code and shift mask. Cursor keys, Delete, F1 to F8 and Control+F5
-/// act; nothing without a session. Reports as "Form_KeyDown".
+/// A key of the main window: virtual-key code and shift mask. Cursor keys, Delete, F1 to F8 and Control+F5 go
+/// to the host, keys that move the view or mark text (viewKey) and Control+Insert, which copies, stay here;
+/// nothing without a session. Reports as "Form_KeyDown".
 void Form_KeyDown(std::int16_t code, std::int16_t shift);
 /// A character typed into the main window, 0 to 255; sent as it is. Reports as "Form_KeyPress".
 void Form_KeyPress(std::int16_t character);

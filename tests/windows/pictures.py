@@ -7,12 +7,13 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
-from desk import Desk, silentHost  # noqa: E402
+from desk import Desk, setColours, silentHost  # noqa: E402
 from peers import DemonstrationHost  # noqa: E402
 from program import ROOT, netProfile, waitFor, writeIni, writeProfiles, xdotool  # noqa: E402
 
 DPI = int(sys.argv[1])
-FOLDER = ROOT / "build" / "shots" / "desk" / str(DPI)
+SCHEME = os.environ.get("QXTERM_COLOURS", "")
+FOLDER = ROOT / "build" / "shots" / "desk" / (f"{DPI}-{SCHEME}" if SCHEME else str(DPI))
 # What Wine's window manager puts around a window.
 BORDER, CAPTION = 4, 26
 
@@ -189,6 +190,8 @@ def failure():
 
 FOLDER.mkdir(parents=True, exist_ok=True)
 setResolution()
+if SCHEME:
+    setColours(SCHEME)
 splash()
 with DemonstrationHost() as host, silentHost() as silent:
     dialogs(host.port, silent)

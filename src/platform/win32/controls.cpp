@@ -2,6 +2,7 @@
 
 #include "platform/backend.h"
 #include "platform/win32/dialog.h"
+#include "platform/win32/key_buttons.h"
 #include "platform/win32/native.h"
 #include "platform/win32/twips.h"
 
@@ -87,7 +88,9 @@ void backend::visibleChanged(Control& control) {
 }
 
 void backend::captionChanged(Control& control) {
-    SetWindowTextA(control.native->window, control.caption().c_str());
+    const bool keyButton =
+        control.kind() == ControlKind::button && control.form().kind() == FormKind::mainWindow;
+    SetWindowTextA(control.native->window, (keyButton ? spokenLabel(control) : control.caption()).c_str());
     if (control.kind() == ControlKind::label && seeThrough(static_cast<const Label&>(control))) {
         repaintBelow(control);
     } else if (control.form().kind() == FormKind::mainWindow) {

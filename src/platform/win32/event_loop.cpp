@@ -30,7 +30,10 @@ void sendKeysToMain(MSG& message, HWND main) {
 void returnFocusToMain(UINT message, HWND main) {
     if (message != WM_LBUTTONUP) return;
     HWND const focus = GetFocus();
-    if (focus != nullptr && IsChild(main, focus) != 0) SetFocus(main);
+    if (focus == nullptr || IsChild(main, focus) == 0) return;
+    const Form* const form = formOf(main);
+    const Control* const control = form != nullptr ? controlOf(*form, focus) : nullptr;
+    if (control == nullptr || control->kind() != ControlKind::pictureBox) SetFocus(main);
 }
 
 bool dialogTakes(MSG& message) {

@@ -7,6 +7,7 @@
 #include "platform/win32/clock.h"
 #include "platform/win32/message_window.h"
 #include "platform/win32/picture_native.h"
+#include "platform/win32/screen_watchers.h"
 
 // When pictures are shown. The program's own loop shows them when it is about to wait and, while output
 // flows, between two blocks. But menus, message boxes and dragged scroll bars run loops of the system's, in
@@ -48,6 +49,7 @@ void showAll() {
             // The paint may have unloaded the form, and the list of forms with it.
             if (box.native == nullptr) return;
             nativeOf(box)->presenter.show(box);
+            screenShown(box);
         }
     }
 }

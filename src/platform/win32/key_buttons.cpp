@@ -42,11 +42,20 @@ COLORREF mix(COLORREF a, COLORREF b, int percentOfB) {
     return channel(0) | channel(8) | channel(16);
 }
 
+int brightness(COLORREF colour) { return GetRValue(colour) + GetGValue(colour) + GetBValue(colour); }
+
+/// A little away from the face of other buttons, but never towards the text: in a scheme of light text on a
+/// dark ground a button that is not pressed has the plain face.
+COLORREF faceColour(bool pressed) {
+    const COLORREF face = GetSysColor(COLOR_BTNFACE);
+    if (pressed) return mix(face, GetSysColor(COLOR_BTNSHADOW), 45);
+    const bool darkText = brightness(GetSysColor(COLOR_BTNTEXT)) < brightness(face);
+    return darkText ? mix(face, GetSysColor(COLOR_BTNHIGHLIGHT), 60) : face;
+}
+
 void drawFace(HDC dc, const RECT& area, bool pressed) {
     FillRect(dc, &area, GetSysColorBrush(COLOR_BTNFACE));
-    const COLORREF face = GetSysColor(COLOR_BTNFACE);
-    const Brush fill{CreateSolidBrush(pressed ? mix(face, GetSysColor(COLOR_BTNSHADOW), 45)
-                                              : mix(face, GetSysColor(COLOR_BTNHIGHLIGHT), 60))};
+    const Brush fill{CreateSolidBrush(faceColour(pressed))};
     const Pen border{
         CreatePen(PS_SOLID, 1, mix(GetSysColor(COLOR_BTNSHADOW), GetSysColor(COLOR_BTNTEXT), 15))};
     const Selected selectedBrush{dc, fill.get()};
@@ -73,6 +82,25 @@ void drawLabel(HDC dc, const std::string& caption, RECT area) {
 }
 
 }  // namespace
+
+std::string spokenLabel(const Control& button) {
+    std::string label;
+    bool gap = false;
+    for (const char c : button.caption()) {
+        const bool blank = c == ' ' || c == '\r' || c == '\n';
+        if (!blank) {
+            if (gap && !label.empty()) label += ' ';
+            // A single one would stand for a letter to press.
+            if (c == '&') label += c;
+            label += c;
+        }
+        gap = blank;
+    }
+    // Many hosts put the key into the label themselves.
+    const std::string key = "F" + std::to_string(button.index());
+    if (label.empty() || label == key || label.starts_with(key + ' ')) return label.empty() ? key : label;
+    return key + ' ' + label;
+}
 
 Control::Native* createKeyButton(Control& control, HWND parent) {
     HWND const window =

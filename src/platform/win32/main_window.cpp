@@ -93,7 +93,10 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
             activated(*form, wParam);
             if (lowWord(wParam) != WA_INACTIVE && IsIconic(window) == 0) SetFocus(window);
             return 0;
-        case WM_SETFOCUS: form->onGotFocus.raise(); return 0;
+        case WM_SETFOCUS:
+            form->onGotFocus.raise();
+            focusScreen(*form);
+            return 0;
         case WM_SIZE: showTitle(*form); return 0;
         case WM_NCHITTEST: return hitTest(*form, standard());
         case WM_GETMINMAXINFO: holdSize(*form, *reinterpret_cast<MINMAXINFO*>(lParam)); return 0;

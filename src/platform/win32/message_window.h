@@ -27,6 +27,7 @@ inline constexpr UINT wmSocketLast = WM_APP + 0x10FF;
 inline constexpr UINT_PTR timerCarrier = 1;
 inline constexpr UINT_PTR timerBreak = 2;
 inline constexpr UINT_PTR timerFrames = 3;
+inline constexpr UINT_PTR timerNews = 4;
 inline constexpr UINT_PTR timerReceiveFirst = 0x100;
 inline constexpr UINT_PTR timerReceiveLast = 0x1FF;
 inline constexpr UINT_PTR timerObjects = 0x1000;

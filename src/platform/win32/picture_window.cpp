@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "platform/win32/accessible_screen.h"
 #include "platform/win32/frames.h"
 #include "platform/win32/keyboard.h"
 #include "platform/win32/picture_native.h"
+#include "platform/win32/screen_watchers.h"
 #include "platform/win32/twips.h"
 
 namespace qxterm::win32 {
@@ -42,8 +44,7 @@ void paint(PictureBox& box, HWND window) {
 
 void buttonDown(PictureBox& box, HWND window, POINT at) {
     PictureNative& native = *nativeOf(box);
-    HWND const parent = GetParent(window);
-    if (GetFocus() != parent) SetFocus(parent);
+    if (GetFocus() != window) SetFocus(window);
     native.dragging = true;
     native.lastMouse = at;
     SetCapture(window);
@@ -64,6 +65,9 @@ void mouseMoved(PictureBox& box, POINT at) {
     raiseMouse(box.onMouseMove, native.dragging ? leftButton : std::int16_t{0}, at);
 }
 
+/// The window has the keyboard, so that readers of the screen find it; the keys are its form's.
+bool isKey(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
+
 LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const auto standard = [&] { return DefWindowProcA(window, message, wParam, lParam); };
     const LONG_PTR stored = GetWindowLongPtrA(window, GWLP_USERDATA);
@@ -78,7 +82,14 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         case WM_MOUSEMOVE: mouseMoved(box, pointOf(lParam)); return 0;
         // Another window took the mouse, a message box perhaps: the drag ends where it was.
         case WM_CAPTURECHANGED: buttonUp(box, nativeOf(box)->lastMouse); return 0;
-        default: return standard();
+        case WM_SETFOCUS: screenGotFocus(box); return 0;
+        case WM_KILLFOCUS: screenLostFocus(); return 0;
+        case WM_GETOBJECT:
+            if (static_cast<LONG>(lParam) != OBJID_CLIENT) return standard();
+            return accessibleScreen(box, wParam);
+        case WM_DESTROY: endAccessibleScreen(window); return standard();
+        default:
+            return isKey(message) ? SendMessageA(GetParent(window), message, wParam, lParam) : standard();
     }
 }
 
@@ -118,6 +129,12 @@ Control::Native* createPictureWindow(PictureBox& box, HWND parent) {
     box.resetPicture();
     SetWindowLongPtrA(native->window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&box));
     return native;
+}
+
+void focusScreen(const Form& form) {
+    const Control* const control = firstOf(form, ControlKind::pictureBox);
+    if (control != nullptr && control->native != nullptr && control->visible())
+        SetFocus(control->native->window);
 }
 
 void wheel(const Form& form, WPARAM wParam) {

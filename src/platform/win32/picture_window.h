@@ -6,6 +6,8 @@
 namespace qxterm::win32 {
 
 [[nodiscard]] Control::Native* createPictureWindow(PictureBox& box, HWND parent);
+/// The main window has got the keyboard: its picture box gets it, when it is shown.
+void focusScreen(const Form& form);
 /// WM_MOUSEWHEEL, which the window with the keyboard gets: turns the form's picture box.
 void wheel(const Form& form, WPARAM wParam);
 

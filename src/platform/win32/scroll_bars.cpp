@@ -73,9 +73,10 @@ void moveTo(ScrollBar& bar, int value, bool dragging) {
 Control::Native* createScrollBar(ScrollBar& bar, HWND parent) {
     static const bool subscribed = (handleMessages(wmScrollBars, wmScrollBars, tellAll), true);
     (void)subscribed;
-    HWND const window = CreateWindowExA(
-        0, "SCROLLBAR", "", WS_CHILD | WS_CLIPSIBLINGS | SBS_VERT, 0, 0, GetSystemMetrics(SM_CXVSCROLL), 0,
-        parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(bar.id())), instance(), nullptr);
+    HWND const window =
+        CreateWindowExA(0, "SCROLLBAR", "Scrollback", WS_CHILD | WS_CLIPSIBLINGS | SBS_VERT, 0, 0,
+                        GetSystemMetrics(SM_CXVSCROLL), 0, parent,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(bar.id())), instance(), nullptr);
     return new ScrollBarNative{window};
 }
 

@@ -15,6 +15,7 @@ namespace qxterm {
 
 std::int16_t scrollInProgress = 0;
 bool (*paintLocalPrompt)() = [] { return false; };
+bool (*localPromptShown)() = [] { return false; };
 void (*windowScrolled)() = [] {};
 
 namespace {

@@ -10,6 +10,8 @@ extern std::int16_t scrollInProgress;
 /// Paints the rows of the local login prompt instead of the records and returns true; returns false while
 /// there is no prompt. Filled at start-up.
 extern bool (*paintLocalPrompt)();
+/// True while the window shows that prompt. Filled at start-up.
+extern bool (*localPromptShown)();
 
 /// Told when the window was scrolled, and painted behind that, while drawingWatched; filled at start-up.
 extern void (*windowScrolled)();

@@ -75,6 +75,14 @@ void orderSel(std::int32_t& firstCol, std::int32_t& firstRow, std::int32_t& last
     lastCol = std::clamp(end.second, 0, screenColumns);
 }
 
+void selectBetween(std::int32_t startCol, std::int32_t startRow, std::int32_t endCol, std::int32_t endRow) {
+    selStartCol = startCol;
+    selStartRow = startRow;
+    selEndCol = endCol;
+    selEndRow = endRow;
+    markSelection();
+}
+
 bool hasSelection() { return selEndCol != -1 && !dragging(); }
 
 void removeSelection() {

@@ -42,6 +42,9 @@ void picterm_MouseUp(std::int16_t button, std::int16_t shift, std::int32_t x, st
 /// One step of scrolling while the mouse is held outside the page.
 void tmrSelect_Timer();
 
+/// The selection becomes what lies between two end points, in either order: marks its lines and enables Copy.
+/// There must be none, and the end points must not be the same. Shows nothing yet.
+void selectBetween(std::int32_t startCol, std::int32_t startRow, std::int32_t endCol, std::int32_t endRow);
 /// True when lines are marked.
 [[nodiscard]] bool hasSelection();
 /// Marks cleared, nothing shown, selEndCol -1.

@@ -113,12 +113,7 @@ void picterm_MouseUp(std::int16_t button, std::int16_t /*shift*/, std::int32_t x
         if (none) {
             selEndCol = -1;
         } else {
-            if (--lastCol < 0) {
-                lastCol = screenColumns;
-                --lastRow;
-            }
-            markLines(firstCol, firstRow, lastCol, lastRow);
-            enableEditItems();
+            markSelection();
         }
         showSel();
     });

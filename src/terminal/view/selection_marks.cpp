@@ -103,6 +103,20 @@ void markLines(std::int32_t firstCol, std::int32_t firstRow, std::int32_t lastCo
     }
 }
 
+void markSelection() {
+    std::int32_t firstCol = 0;
+    std::int32_t firstRow = 0;
+    std::int32_t lastCol = 0;
+    std::int32_t lastRow = 0;
+    orderSel(firstCol, firstRow, lastCol, lastRow);
+    if (--lastCol < 0) {
+        lastCol = screenColumns;
+        --lastRow;
+    }
+    markLines(firstCol, firstRow, lastCol, lastRow);
+    enableEditItems();
+}
+
 void clearMarks() {
     std::string unused;
     for (std::int16_t line = scrollbackTop; line <= lastVirtualLine; ++line) {

@@ -6,6 +6,8 @@ namespace qxterm {
 
 /// Marks the lines between two ordered end points, the last column inclusive (80 for the end of a line).
 void markLines(std::int32_t firstCol, std::int32_t firstRow, std::int32_t lastCol, std::int32_t lastRow);
+/// Marks what lies between the end points, which are not the same, and enables Copy.
+void markSelection();
 /// Clears the mark of every line.
 void clearMarks();
 

@@ -21,6 +21,7 @@
 #include "terminal/view/scrollback_view.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_marks.h"
+#include "terminal/view/view_keys.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::testing {
@@ -49,6 +50,7 @@ void resetTerminalAlone() {
     headless::reset();
     connectTerminal();
     resetSelection();
+    resetViewKeys();
     clearPlannedFaults();
     resetErrorReports();
     setVerboseErrors(true);

@@ -1,8 +1,10 @@
 """The desk around the screen: menus, dialogs, message boxes, the clipboard."""
 
 import contextlib
+import os
 import socket
 import subprocess
+import tempfile
 import time
 
 from program import TITLE, Failure, Program, checkEqual, focusTitle, waitFor, xdotool
@@ -147,6 +149,37 @@ def clipboard():
 def setClipboard(text):
     subprocess.run(["xclip", "-selection", "clipboard", "-in"], input=text.replace("\r\n", "\n").encode(), check=True,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=10)
+
+
+# The system's colours in schemes of high contrast, as Windows has them: (red, green, blue) by the names of the registry.
+BLACK, WHITE, GREY, SILVER = (0, 0, 0), (255, 255, 255), (128, 128, 128), (192, 192, 192)
+GREEN, DARK_GREEN, YELLOW, BLUE, PURPLE = (0, 255, 0), (0, 128, 0), (255, 255, 0), (0, 0, 255), (128, 0, 128)
+
+
+def _scheme(ground, text, disabled, chosen, chosenText, captions):
+    return {"ActiveTitle": captions, "AppWorkspace": ground, "Background": ground, "ButtonAlternateFace": SILVER,
+            "ButtonDkShadow": text, "ButtonFace": ground, "ButtonHilight": SILVER, "ButtonLight": text,
+            "ButtonShadow": GREY, "ButtonText": text, "GrayText": disabled, "Hilight": chosen,
+            "HilightText": chosenText, "HotTrackingColor": text, "InfoText": text, "InfoWindow": ground,
+            "Menu": ground, "MenuBar": ground, "MenuHilight": chosen, "MenuText": text, "Scrollbar": ground,
+            "TitleText": chosenText, "Window": ground, "WindowFrame": text, "WindowText": text}
+
+
+HIGH_CONTRAST = {"black": _scheme(BLACK, WHITE, GREEN, PURPLE, WHITE, PURPLE),
+                 "white": _scheme(WHITE, BLACK, DARK_GREEN, BLACK, WHITE, BLACK),
+                 "yellow": _scheme(BLACK, YELLOW, GREEN, BLUE, WHITE, BLUE)}
+
+
+def setColours(scheme):
+    """For the programs that are started from now on. The visual style, which has colours of its own, is switched off."""
+    lines = ["REGEDIT4", r"[HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\ThemeManager]",
+             '"ThemeActive"="0"', r"[HKEY_CURRENT_USER\Control Panel\Colors]"]
+    lines += [f'"{name}"="{red} {green} {blue}"' for name, (red, green, blue) in HIGH_CONTRAST[scheme].items()]
+    with tempfile.NamedTemporaryFile("w", suffix=".reg") as file:
+        file.write("\r\n".join(lines) + "\r\n")
+        file.flush()
+        subprocess.run([os.environ["WINE"], "regedit", "/S", file.name], check=True, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 @contextlib.contextmanager
