@@ -209,6 +209,16 @@ TEST_F(ScreenOperations, InsertModeStoresTheRunByInsertion) {
     EXPECT_EQ(lineOnRow(0).lineFlags, 0);
 }
 
+TEST_F(ScreenOperations, InsertBehindTheLineIsAnError) {
+    fillRow(0);
+    cursorTo(80, 0);
+    insChars("X", 1, special);
+    EXPECT_EQ(faults(), "9 insChars;");
+    EXPECT_EQ(line(0), pattern());
+    EXPECT_TRUE(shiftedWords(0, 0, 79, 0));
+    EXPECT_EQ(lineOnRow(0).usedLength, 79);
+}
+
 TEST_F(ScreenOperations, InsertOfNothingOnlyMarksTheLine) {
     fillRow(0);
     cursorTo(80, 0);
