@@ -28,7 +28,10 @@ def moment():
     """Seconds since 1970 that all time stamps have: those of the last commit."""
     if "SOURCE_DATE_EPOCH" in os.environ:
         return int(os.environ["SOURCE_DATE_EPOCH"])
-    done = subprocess.run(["git", "log", "-1", "--format=%ct"], cwd=contents.ROOT, capture_output=True, text=True)
+    try:
+        done = subprocess.run(["git", "log", "-1", "--format=%ct"], cwd=contents.ROOT, capture_output=True, text=True)
+    except FileNotFoundError:
+        return NO_HISTORY
     return int(done.stdout) if done.returncode == 0 and done.stdout.strip() else NO_HISTORY
 
 

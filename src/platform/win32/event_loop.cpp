@@ -52,6 +52,29 @@ void dispatch(MSG& message) {
     if (main != nullptr && main == mainWindow()) returnFocusToMain(message.message, main);
 }
 
+/// What may open a menu, a dialog or a loop of the system's.
+bool mayStartLoop(UINT message) {
+    switch (message) {
+        case WM_CLOSE:
+        case WM_COMMAND:
+        case WM_SYSCOMMAND:
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK: return true;
+        default:
+            return (message >= WM_NCLBUTTONDOWN && message <= WM_NCMBUTTONDBLCLK) ||
+                   (message >= WM_SYSKEYDOWN && message <= WM_SYSDEADCHAR);
+    }
+}
+
+/// Takes the next message that an interpreter in the middle of a block may carry out. Behind one that may
+/// start a loop all wait for the block's end: the rest of the block, and all output behind it, would stand
+/// for as long as the loop runs.
+bool takeHarmless(MSG& message) {
+    if (PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE) == 0 || mayStartLoop(message.message))
+        return false;
+    return PeekMessageA(&message, nullptr, message.message, message.message, PM_REMOVE) != 0;
+}
+
 /// False at the message that ends the program.
 bool carryOut(MSG& message) {
     if (message.message == WM_QUIT) {
@@ -104,7 +127,7 @@ void doEvents() {
     // Its messages are served as soon as the block has ended.
     const bool left = win32::systemLoopRuns();
     MSG message{};
-    while (!left && !ending() && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    while (!left && !ending() && win32::takeHarmless(message)) {
         if (!win32::carryOut(message)) return;
     }
     win32::showPicturesIfDue(true);

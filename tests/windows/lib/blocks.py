@@ -3,10 +3,7 @@
 import random
 
 PRINTABLE = bytes(range(32, 127))
-# The fractions are wider than a cell in some sizes: of such a character pixels may stand beside it or not, as the text
-# was drawn in one piece or in several.
-WIDE = b"\xbc\xbd\xbe"
-ACCENTED = bytes(code for code in range(0xA1, 0xFF) if code not in WIDE)
+ACCENTED = bytes(range(0xA1, 0xFF))
 STEP = 10  # cells of the status row that count the blocks
 FLAGS = ("0", "0", "0", "1", "4", "5", "7", "8", "22", "24", "25", "27", "28", "39", "49")
 
@@ -18,8 +15,10 @@ class Blocks:
     repaint.
     """
 
-    def __init__(self, seed):
+    def __init__(self, seed, without=()):
+        """without: codes of characters that are left out."""
         self._random = random.Random(seed)
+        self._accented = bytes(code for code in ACCENTED if code not in without)
         self._suspended = False
 
     def block(self, number):
@@ -57,7 +56,7 @@ class Blocks:
         if kind < 0.1:
             return bytes(self._random.choices(b"jklmnopqrstuvwx ", k=length))
         if kind < 0.15:
-            return bytes(self._random.choices(ACCENTED, k=length))
+            return bytes(self._random.choices(self._accented, k=length))
         if kind < 0.25:
             return b" " * length
         return bytes(self._random.choices(PRINTABLE, k=length))
