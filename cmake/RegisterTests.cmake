@@ -11,22 +11,30 @@ function(qxterm_test name label seconds)
     add_test(NAME "${name}" COMMAND "${checks}/named-test.sh" "${name}" ${ARGN}
              WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
     )
-    set_tests_properties("${name}" PROPERTIES LABELS "${label}" TIMEOUT ${seconds} SKIP_RETURN_CODE 77)
+    # What runs here computes; what runs under Wine mostly waits. ./test lets three times as many of those run as there
+    # are processors, and counts two for each of these.
+    set_tests_properties(
+        "${name}" PROPERTIES LABELS "${label}" TIMEOUT ${seconds} SKIP_RETURN_CODE 77 PROCESSORS 2
+    )
 endfunction()
 
-# Unit tests
+# Unit tests: one test a suite
 
-include(GoogleTest)
 foreach(program unit-tests terminal-tests)
-    set_target_properties(${program} PROPERTIES CROSSCOMPILING_EMULATOR "${checks}/named-test.sh;--gtest")
-    gtest_discover_tests(
-        ${program}
-        TEST_PREFIX "unit/"
-        NO_PRETTY_VALUES
-        DISCOVERY_MODE PRE_TEST
-        WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
-        PROPERTIES LABELS unit TIMEOUT 120
+    set(suites "${CMAKE_BINARY_DIR}/${program}-suites.cmake")
+    if(NOT EXISTS "${suites}")
+        file(WRITE "${suites}" "add_test([[unit/${program}]] [[${program} is not built]])\n")
+    endif()
+    add_custom_command(
+        TARGET ${program}
+        POST_BUILD
+        COMMAND
+            "${CMAKE_COMMAND}" "-DPROGRAM=$<TARGET_FILE:${program}>" "-DTESTS=${suites}"
+            "-DRUNNER=${checks}/named-test.sh" "-DFOLDER=${CMAKE_SOURCE_DIR}" -P
+            "${CMAKE_SOURCE_DIR}/cmake/RegisterSuites.cmake"
+        VERBATIM
     )
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${suites}")
 endforeach()
 
 # Scenarios: one test a file
@@ -168,7 +176,7 @@ function(qxterm_wine_test name seconds)
     qxterm_test("${name}" wine ${seconds} ${ARGN})
     set_tests_properties(
         "${name}" PROPERTIES ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED wine_prefix COST
-                             100
+                             100 PROCESSORS 1
     )
 endfunction()
 
@@ -192,7 +200,6 @@ foreach(program unit-tests terminal-tests)
         wine/${program} 600 "${with_prefix}" "${checks}/wine-run.sh" "${windows_build}/${program}.exe"
         --gtest_brief=1
     )
-    qxterm_run_alone(wine/${program})
 endforeach()
 # One program after the other: two that start at the same moment are now and then one too many for Wine.
 qxterm_wine_test(
@@ -209,20 +216,25 @@ qxterm_wine_test(
     --all
     tests/scenarios
 )
-# Hundreds of short programs: Wine's server would come and go among other work.
-qxterm_run_alone(wine/scenarios)
 
 # Scripts whose name begins with "_" are there to be sourced by the others; pictures.sh takes pictures to be looked at.
 file(GLOB_RECURSE window_tests CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests/windows"
      "${CMAKE_SOURCE_DIR}/tests/windows/*.sh"
 )
 list(FILTER window_tests EXCLUDE REGEX "(^|/)(_[^/]*|lib/.*|pictures\\.sh)$")
+# Those that listen at the telnet port, behind their tunnels, and look through the tables of ports.
+set(in_a_network_of_their_own ssh-sessions reconnections-ssh)
 foreach(script IN LISTS window_tests)
     string(REGEX REPLACE "\\.sh$" "" name "${script}")
-    qxterm_wine_test(
-        "wine/${name}" 600 "${with_display}" "${with_prefix}" bash "${CMAKE_SOURCE_DIR}/tests/windows/${script}"
-    )
+    set(around "${with_display}" "${with_prefix}")
+    if(name IN_LIST in_a_network_of_their_own)
+        list(PREPEND around "${CMAKE_SOURCE_DIR}/tools/setup/with-network.sh")
+    endif()
+    qxterm_wine_test("wine/${name}" 600 ${around} bash "${CMAKE_SOURCE_DIR}/tests/windows/${script}")
 endforeach()
-qxterm_run_alone(wine/bad-connections wine/flood wine/modem-calls)
-# Both listen at the telnet port, behind their tunnels.
-set_tests_properties(wine/ssh-sessions wine/reconnections PROPERTIES RESOURCE_LOCK telnet_port COST 200)
+# The longest first.
+set_tests_properties(
+    wine/glass wine/ssh-sessions wine/reconnections-ssh wine/modem-calls wine/bad-connections wine/telnet-synch
+    wine/package PROPERTIES COST 200
+)
+qxterm_run_alone(wine/flood-answers)

@@ -16,6 +16,15 @@ function(qxterm_room name)
     set_property(TARGET ${name} PROPERTY QXTERM_NEEDS "${room_NEEDS}")
 endfunction()
 
+# qxterm_unity(TARGET N): compiles up to N of its files in one go. For files whose headers cost more than they do
+# themselves. What stands at file scope in one of them is seen by those behind it: each keeps to a namespace of its own.
+option(QXTERM_UNITY "Compile tests and tools several files in one go" ON)
+function(qxterm_unity target files)
+    set_target_properties(
+        ${target} PROPERTIES UNITY_BUILD ${QXTERM_UNITY} UNITY_BUILD_BATCH_SIZE ${files}
+    )
+endfunction()
+
 # qxterm_link(PROGRAM ROOM...): links the rooms and all that they need.
 function(qxterm_link program)
     set(waiting ${ARGN})

@@ -30,6 +30,7 @@ add_library(qxterm_dumps OBJECT ${dumps})
 target_include_directories(qxterm_dumps PUBLIC "${scenario_folder}")
 target_link_libraries(qxterm_dumps PUBLIC qxterm_json PRIVATE qxterm_options)
 set_property(TARGET qxterm_dumps PROPERTY QXTERM_NEEDS qxterm_app)
+qxterm_unity(qxterm_dumps 6)
 
 # qxterm-scenario, driven by a text file. All of it but main() is a library of its own, so that unit tests can link it.
 file(GLOB parts CONFIGURE_DEPENDS "${scenario_folder}/*.cpp")
@@ -38,6 +39,7 @@ add_library(qxterm_scenario_parts OBJECT ${parts})
 target_include_directories(qxterm_scenario_parts PUBLIC "${scenario_folder}" PRIVATE tools)
 target_link_libraries(qxterm_scenario_parts PUBLIC qxterm_json PRIVATE qxterm_options)
 set_property(TARGET qxterm_scenario_parts PROPERTY QXTERM_NEEDS qxterm_dumps qxterm_headless_session)
+qxterm_unity(qxterm_scenario_parts 8)
 
 add_executable(qxterm-scenario "${scenario_folder}/main.cpp")
 qxterm_link(qxterm-scenario qxterm_scenario_parts)

@@ -20,6 +20,7 @@ add_executable(terminal-tests ${terminal_sources})
 qxterm_link(terminal-tests qxterm_terminal qxterm_headless)
 
 foreach(program unit-tests terminal-tests)
+    qxterm_unity(${program} 7)
     target_include_directories(${program} PRIVATE tests/unit)
     target_link_libraries(${program} PRIVATE GTest::gmock_main)
     if(CMAKE_CROSSCOMPILING)

@@ -12,7 +12,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
 from cells import SHIFT_OUT  # noqa: E402
 from peers import TelnetDaemon  # noqa: E402
-from program import ROOT, Program, Skip, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
+from program import ROOT, Failure, Program, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
 
 SETUP = ROOT / "packaging" / "profile.d" / "qxterm.sh"
 BOLD, NORMAL, FOLDER = 2, 7 * 256, 2 + 3 * 256
@@ -156,7 +156,7 @@ def with_(name, word, home):
 def setup():
     missing = [one for one in ("mc", "localedef", "tic", "dircolors") if shutil.which(one) is None]
     if missing:
-        raise Skip(f"{', '.join(missing)} cannot be found: tools/setup/install.sh peers")
+        raise Failure(f"{', '.join(missing)} cannot be found: tools/setup/install.sh peers")
     with testUser(furnish) as (name, word, home), TelnetDaemon() as daemon:
         writeProfiles({"host": netProfile(daemon.port)})
         without(name, word)

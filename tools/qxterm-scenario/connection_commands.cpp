@@ -66,7 +66,7 @@ Action serialEvent(Arguments& arguments) {
     return happening([=] { headless::serialEvent(comser, static_cast<std::int16_t>(event)); });
 }
 
-constexpr std::array<Command, 9> commands{{
+constexpr std::array<Command, 9> connectionTable{{
     {"host", false, host},
     {"socket connect", false, socketConnect},
     {"socket close", false, socketClose},
@@ -80,6 +80,6 @@ constexpr std::array<Command, 9> commands{{
 
 }  // namespace
 
-std::span<const Command> connectionCommands() { return commands; }
+std::span<const Command> connectionCommands() { return connectionTable; }
 
 }  // namespace qxterm::scenario

@@ -104,7 +104,7 @@ Action press(Arguments& arguments) {
     };
 }
 
-constexpr std::array<Command, 5> commands{{
+constexpr std::array<Command, 5> controlTable{{
     {"click", false, click},
     {"set", false, set},
     {"choose", false, choose},
@@ -114,6 +114,6 @@ constexpr std::array<Command, 5> commands{{
 
 }  // namespace
 
-std::span<const Command> controlCommands() { return commands; }
+std::span<const Command> controlCommands() { return controlTable; }
 
 }  // namespace qxterm::scenario

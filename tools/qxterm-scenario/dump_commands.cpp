@@ -28,7 +28,7 @@ Action row(Arguments& arguments) {
     return [=] { print(dumpRow(number)); };
 }
 
-constexpr std::array<Command, 17> commands{{
+constexpr std::array<Command, 17> dumpTable{{
     {"dump screen", false, dumped<dumpScreen>},
     {"dump terminal", false, dumped<dumpTerminal>},
     {"dump page", false, dumped<dumpPage>},
@@ -50,6 +50,6 @@ constexpr std::array<Command, 17> commands{{
 
 }  // namespace
 
-std::span<const Command> dumpCommands() { return commands; }
+std::span<const Command> dumpCommands() { return dumpTable; }
 
 }  // namespace qxterm::scenario

@@ -51,7 +51,7 @@ Action paint(Arguments& /*arguments*/) {
     return [] { headless::uncover(picterm); };
 }
 
-constexpr std::array<Command, 6> commands{{
+constexpr std::array<Command, 6> programTable{{
     {"start", true, start},
     {"close", false, close},
     {"activate", false, activate},
@@ -62,6 +62,6 @@ constexpr std::array<Command, 6> commands{{
 
 }  // namespace
 
-std::span<const Command> programCommands() { return commands; }
+std::span<const Command> programCommands() { return programTable; }
 
 }  // namespace qxterm::scenario

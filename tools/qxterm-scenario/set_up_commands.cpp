@@ -160,7 +160,7 @@ Action onYield(Arguments& arguments) {
     return [=] { queueForYield(line); };
 }
 
-constexpr std::array<Command, 15> commands{{
+constexpr std::array<Command, 15> setUpTable{{
     {"ini", true, ini},
     {"screen", true, screen},
     {"language", true, language},
@@ -180,6 +180,6 @@ constexpr std::array<Command, 15> commands{{
 
 }  // namespace
 
-std::span<const Command> setUpCommands() { return commands; }
+std::span<const Command> setUpCommands() { return setUpTable; }
 
 }  // namespace qxterm::scenario

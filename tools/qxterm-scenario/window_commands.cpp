@@ -98,7 +98,7 @@ Action menu(Arguments& arguments) {
     };
 }
 
-constexpr std::array<Command, 11> commands{{
+constexpr std::array<Command, 11> windowTable{{
     {"key", false, key},
     {"type", false, type},
     {"fkey", false, functionKey},
@@ -114,6 +114,6 @@ constexpr std::array<Command, 11> commands{{
 
 }  // namespace
 
-std::span<const Command> windowCommands() { return commands; }
+std::span<const Command> windowCommands() { return windowTable; }
 
 }  // namespace qxterm::scenario

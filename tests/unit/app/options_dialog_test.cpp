@@ -8,7 +8,7 @@
 #include "connection/session.h"
 #include "terminal/drawing/cell_size.h"
 
-namespace qxterm::testing {
+namespace qxterm::testing::options_dialog_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -275,4 +275,4 @@ TEST_F(OptionsDialog, HelpIsCalledWithItsTopic) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing
+}  // namespace qxterm::testing::options_dialog_test

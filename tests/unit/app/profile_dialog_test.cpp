@@ -11,7 +11,7 @@
 #include "connection/session.h"
 #include "platform/main_form.h"
 
-namespace qxterm::testing {
+namespace qxterm::testing::profile_dialog_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -180,4 +180,4 @@ TEST_F(ProfileDialog, TheCloseBoxCountsAsCancel) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing
+}  // namespace qxterm::testing::profile_dialog_test

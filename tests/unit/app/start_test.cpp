@@ -17,7 +17,7 @@
 #include "terminal/drawing/screen_controls.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing {
+namespace qxterm::testing::start_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -201,4 +201,4 @@ TEST_F(Closing, OpenHelpIsClosed) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing
+}  // namespace qxterm::testing::start_test

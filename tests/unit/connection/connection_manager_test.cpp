@@ -20,7 +20,7 @@
 #include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing {
+namespace qxterm::testing::connection_manager_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -290,4 +290,4 @@ TEST_F(ConnectionManager, TheProfileMenuIsRestrictedDuringASession) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing
+}  // namespace qxterm::testing::connection_manager_test

@@ -16,7 +16,7 @@
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
 
-namespace qxterm::testing {
+namespace qxterm::testing::ssh_connect_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -311,4 +311,4 @@ TEST_F(SshConnect, TheTunnelsClientFindsTheLoginNameInItsEnvironment) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing
+}  // namespace qxterm::testing::ssh_connect_test

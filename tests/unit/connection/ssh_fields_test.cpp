@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace qxterm::testing {
+namespace qxterm::testing::ssh_fields_test {
 namespace {
 
 TEST(SshFields, OrdinaryOnesAreFine) {
@@ -55,4 +55,4 @@ TEST(SshFields, APercentSignInATextIsNoPlaceholder) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing
+}  // namespace qxterm::testing::ssh_fields_test

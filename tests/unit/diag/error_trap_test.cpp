@@ -7,7 +7,7 @@
 #include "diag/recorded.h"
 #include "platform/headless/message_box.h"
 
-namespace qxterm {
+namespace qxterm::error_trap_test {
 namespace {
 
 using testing::countOf;
@@ -243,4 +243,4 @@ TEST_F(ErrorTrapTest, RunsWhatComesBeforeTheReport) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::error_trap_test

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace qxterm {
+namespace qxterm::format_msg_test {
 namespace {
 
 TEST(FormatMsg, PutsArgumentsInPlaceOfTheirNumbers) {
@@ -63,4 +63,4 @@ TEST(FormatMsg, KeepsAtMost9999CharactersBehindAPlaceholder) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::format_msg_test

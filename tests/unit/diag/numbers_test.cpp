@@ -6,7 +6,7 @@
 
 #include "diag/checked.h"
 
-namespace qxterm {
+namespace qxterm::numbers_test {
 namespace {
 
 /// Number of the run-time error that an operation raises, 0 for none.
@@ -96,4 +96,4 @@ TEST(Numbers, TypedNumbersBeyond64BitsStayBeyond32Bits) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::numbers_test

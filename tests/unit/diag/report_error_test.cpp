@@ -4,7 +4,7 @@
 #include "diag/recorded.h"
 #include "platform/headless/message_box.h"
 
-namespace qxterm {
+namespace qxterm::report_error_test {
 namespace {
 
 using testing::countOf;
@@ -190,4 +190,4 @@ TEST_F(ReportError, WouldBlockCountNeverWraps) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::report_error_test

@@ -4,7 +4,7 @@
 
 #include "diag/recorded.h"
 
-namespace qxterm {
+namespace qxterm::trace_log_test {
 namespace {
 
 using testing::recorded;
@@ -72,4 +72,4 @@ TEST_F(TraceLog, SixtyFourBytesMakeTwoFullLines) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::trace_log_test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace setup {
+namespace setup::aside_test {
 namespace {
 
 using testing::ElementsAre;
@@ -35,4 +35,4 @@ TEST(FileList, WhatIsMissingIsLeftOut) {
 }
 
 }  // namespace
-}  // namespace setup
+}  // namespace setup::aside_test

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace zpt {
+namespace zpt::client_arguments_test {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -77,4 +77,4 @@ TEST(ClientArguments, UnknownVersionAndEmptyLoginAreLeftToTheClient) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::client_arguments_test

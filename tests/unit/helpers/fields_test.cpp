@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace zpt {
+namespace zpt::fields_test {
 namespace {
 
 TEST(HelperFields, PortsAreNumbersFrom1To65535) {
@@ -47,4 +47,4 @@ TEST(HelperFields, LoginNamesHoldNoBlanksQuotesOrControlCharacters) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::fields_test

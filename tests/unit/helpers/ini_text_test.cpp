@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace setup {
+namespace setup::ini_text_test {
 namespace {
 
 using testing::IsEmpty;
@@ -64,4 +64,4 @@ TEST(NamesProfiles, WantsANameInTheList) {
 }
 
 }  // namespace
-}  // namespace setup
+}  // namespace setup::ini_text_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zpt {
+namespace zpt::last_words_test {
 namespace {
 
 TEST(LastWordsTest, TheLastLineThatIsNotBlank) {
@@ -35,4 +35,4 @@ TEST(LastWordsTest, OfALongLineTheBeginningIsKept) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::last_words_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zpt {
+namespace zpt::quoting_test {
 namespace {
 
 TEST(HelperQuoting, PlainTextStaysAsItIs) {
@@ -34,4 +34,4 @@ TEST(HelperQuoting, ACommandLineHasSingleBlanks) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::quoting_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zpt {
+namespace zpt::relay_request_test {
 namespace {
 
 using Words = std::vector<std::string_view>;
@@ -34,4 +34,4 @@ TEST(RelayRequestLine, WhatDoesNotFitIsRefused) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::relay_request_test

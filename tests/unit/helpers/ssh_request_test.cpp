@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zpt {
+namespace zpt::ssh_request_test {
 namespace {
 
 using Words = std::vector<std::string_view>;
@@ -71,4 +71,4 @@ TEST(SshRequestLine, HostAndLoginAreChecked) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::ssh_request_test

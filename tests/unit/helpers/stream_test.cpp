@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace zpt {
+namespace zpt::stream_test {
 namespace {
 
 class StreamTest : public testing::Test {
@@ -92,4 +92,4 @@ TEST_F(StreamTest, ItIsOpenUntilTheSenderEnds) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::stream_test

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace zpt {
+namespace zpt::telnet_answers_test {
 namespace {
 
 using namespace std::string_literals;
@@ -136,4 +136,4 @@ TEST(TelnetAnswers, RepliesStayWithinTheirBound) {
 }
 
 }  // namespace
-}  // namespace zpt
+}  // namespace zpt::telnet_answers_test

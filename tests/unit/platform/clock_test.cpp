@@ -4,7 +4,7 @@
 #include "platform/headless_fixture.h"
 #include "platform/timer.h"
 
-namespace qxterm::test {
+namespace qxterm::test::clock_test {
 namespace {
 
 constinit Form form{"frmClock", FormKind::dialog, 1, ""};
@@ -125,4 +125,4 @@ TEST_F(ClockTest, ATimerOfAnUnloadedFormWaitsForTheFormsLoad) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::clock_test

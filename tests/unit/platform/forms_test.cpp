@@ -7,7 +7,7 @@
 #include "platform/headless_fixture.h"
 #include "platform/menu.h"
 
-namespace qxterm::test {
+namespace qxterm::test::forms_test {
 namespace {
 
 constinit Form mainForm{"frmMain", FormKind::mainWindow, 1, "designed"};
@@ -230,4 +230,4 @@ TEST_F(FormsTest, TheActivationMessageFollowsTheEventThatAttachesItsHook) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::forms_test

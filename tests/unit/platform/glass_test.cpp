@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace qxterm::test {
+namespace qxterm::test::glass_test {
 namespace {
 
 /// Glass that shows what the calls say and nothing else: a cell's code, colours, and how often it was
@@ -311,4 +311,4 @@ TEST_F(GlassTest, ShowsAnyPictureAfterAnyOther) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::glass_test

@@ -2,7 +2,7 @@
 
 #include "platform/headless_fixture.h"
 
-namespace qxterm::test {
+namespace qxterm::test::message_box_test {
 namespace {
 
 class MessageBoxTest : public HeadlessTest {};
@@ -45,4 +45,4 @@ TEST_F(MessageBoxTest, AnAnswerWithoutItsButtonGivesTheUsualOne) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::message_box_test

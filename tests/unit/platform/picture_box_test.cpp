@@ -5,7 +5,7 @@
 #include "platform/headless/picture_box.h"
 #include "platform/headless_fixture.h"
 
-namespace qxterm::test {
+namespace qxterm::test::picture_box_test {
 namespace {
 
 constinit Form form{"frmPicture", FormKind::dialog, 1, ""};
@@ -191,4 +191,4 @@ TEST_F(PictureBoxTest, NothingIsDrawnWhileTheFormIsNotLoaded) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::picture_box_test

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace qxterm::test {
+namespace qxterm::test::picture_test {
 namespace {
 
 constexpr TextLook look{.fg = 3, .bg = 4};
@@ -243,4 +243,4 @@ TEST(CellAreaTest, Within) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::picture_test

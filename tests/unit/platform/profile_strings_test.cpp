@@ -3,7 +3,7 @@
 #include "platform/headless/profile_strings.h"
 #include "platform/headless_fixture.h"
 
-namespace qxterm::test {
+namespace qxterm::test::profile_strings_test {
 namespace {
 
 class ProfileStringsTest : public HeadlessTest {};
@@ -52,4 +52,4 @@ TEST_F(ProfileStringsTest, TheLanguageIsTheUsers) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::profile_strings_test

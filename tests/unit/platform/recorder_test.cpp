@@ -1,7 +1,7 @@
 #include "platform/headless_fixture.h"
 #include "platform/hex_text.h"
 
-namespace qxterm::test {
+namespace qxterm::test::recorder_test {
 namespace {
 
 class RecorderTest : public HeadlessTest {};
@@ -44,4 +44,4 @@ TEST_F(RecorderTest, HexTextIsLowerCaseWithoutBlanks) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::recorder_test

@@ -4,7 +4,7 @@
 #include "platform/headless/serial.h"
 #include "platform/headless_fixture.h"
 
-namespace qxterm::test {
+namespace qxterm::test::serial_test {
 namespace {
 
 constinit Form form{"frmSerial", FormKind::dialog, 1, ""};
@@ -88,4 +88,4 @@ TEST_F(SerialTest, ACarrierChangeIsEvent5) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::serial_test

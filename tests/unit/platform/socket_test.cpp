@@ -4,7 +4,7 @@
 #include "platform/headless/socket.h"
 #include "platform/headless_fixture.h"
 
-namespace qxterm::test {
+namespace qxterm::test::socket_test {
 namespace {
 
 constinit Form form{"frmSocket", FormKind::dialog, 1, ""};
@@ -136,4 +136,4 @@ TEST_F(SocketTest, TheAddressFamilyIs4UntilItIsSet) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::socket_test

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace qxterm {
+namespace qxterm::synch_filter_test {
 namespace {
 
 // Streams are written with I for IAC, D for DM, C for the command NOP, and all else for itself; i, d and u
@@ -247,4 +247,4 @@ TEST(SynchFilter, KnowsWhichBlocksMayHoldASynch) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::synch_filter_test

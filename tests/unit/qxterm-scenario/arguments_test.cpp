@@ -4,7 +4,7 @@
 
 #include "script.h"
 
-namespace qxterm::test {
+namespace qxterm::test::arguments_test {
 namespace {
 
 using scenario::Arguments;
@@ -56,4 +56,4 @@ TEST(Arguments, RefusesWhatIsTooMuch) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::arguments_test

@@ -4,7 +4,7 @@
 
 #include "script.h"
 
-namespace qxterm::test {
+namespace qxterm::test::bytes_test {
 namespace {
 
 using scenario::parseBytes;
@@ -36,4 +36,4 @@ INSTANTIATE_TEST_SUITE_P(Bytes, MalformedBytes,
                                          "\"\\q\"", "\"\\x4\"", "\"\\x4", "\"a\"41", "41\"a\"", "41 x"));
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::bytes_test

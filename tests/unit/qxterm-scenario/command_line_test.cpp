@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace qxterm::test {
+namespace qxterm::test::command_line_test {
 namespace {
 
 using scenario::CommandLine;
@@ -72,4 +72,4 @@ INSTANTIATE_TEST_SUITE_P(
                     std::pair{Words{"--replay", "log", "other", "x"}, "unknown option"}));
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::command_line_test

@@ -3,7 +3,7 @@
 #include "picture_svg.h"
 #include "picture_text.h"
 
-namespace qxterm::test {
+namespace qxterm::test::picture_files_test {
 namespace {
 
 using scenario::pictureAsSvg;
@@ -89,4 +89,4 @@ TEST(PictureAsSvg, ShowsTheBackgroundWhereNothingWasDrawn) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::picture_files_test

@@ -9,7 +9,7 @@
 #include "commands.h"
 #include "trace_log_samples.h"
 
-namespace qxterm::test {
+namespace qxterm::test::replay_test {
 namespace {
 
 using scenario::Replay;
@@ -215,4 +215,4 @@ TEST(Bytes, AreWrittenAsTheyAreRead) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::replay_test

@@ -7,7 +7,7 @@
 
 #include "trace_log_samples.h"
 
-namespace qxterm::test {
+namespace qxterm::test::trace_reader_test {
 namespace {
 
 using scenario::TraceEntry;
@@ -190,4 +190,4 @@ TEST(TraceReader, ALogCutAtAnyByteTellsTheBeginning) {
 }
 
 }  // namespace
-}  // namespace qxterm::test
+}  // namespace qxterm::test::trace_reader_test

@@ -2,7 +2,7 @@
 
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::attributes_test {
 namespace {
 
 using Attributes = testing::TerminalTest;
@@ -103,4 +103,4 @@ TEST_F(Attributes, InvisibleTextIsStoredAsBlanksAndCannotComeBack) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::attributes_test

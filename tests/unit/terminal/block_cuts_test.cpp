@@ -6,7 +6,7 @@
 #include "terminal/random_output.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::block_cuts_test {
 namespace {
 
 /// All that the host's output leaves behind in the terminal's memory, as text, so that a difference can be
@@ -115,4 +115,4 @@ TEST_F(BlockCuts, TextBeforeTheAlignmentFillIsCovered) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::block_cuts_test

@@ -10,7 +10,7 @@
 #include "terminal/terminal_fixture.h"
 #include "terminal/view/selection.h"
 
-namespace qxterm {
+namespace qxterm::hostile_output_test {
 namespace {
 
 /// Host output that means harm: whatever it is and however it is cut, the program goes on, nothing is sent,
@@ -324,4 +324,4 @@ TEST_P(HostileOutput, BeepsReverseScreenAndBarByTheThousand) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::hostile_output_test

@@ -3,7 +3,7 @@
 #include "platform/headless/event_loop.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::long_blocks_test {
 namespace {
 
 int yields = 0;
@@ -63,4 +63,4 @@ TEST_F(LongBlocks, ARepaintAskedForBeforeDrawingIsSuspendedIsCarriedOut) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::long_blocks_test

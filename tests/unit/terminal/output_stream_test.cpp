@@ -4,7 +4,7 @@
 #include "terminal/drawing/cursor.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::output_stream_test {
 namespace {
 
 class OutputStream : public testing::TerminalTest {
@@ -100,4 +100,4 @@ TEST_F(OutputStream, WhatIsLeftOfABlockIsShownWhenItsSessionEnds) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::output_stream_test

@@ -6,7 +6,7 @@
 
 #include "terminal/interpreter/printable_scan.h"
 
-namespace qxterm {
+namespace qxterm::printable_run_test {
 namespace {
 
 TEST(PrintableRun, Counts32To254) {
@@ -55,4 +55,4 @@ TEST(PrintableRun, EmptyTextHasNone) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::printable_run_test

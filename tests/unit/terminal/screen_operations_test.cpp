@@ -4,7 +4,7 @@
 #include "terminal/drawing/cell_size.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::screen_operations_test {
 namespace {
 
 constexpr std::int16_t plain = 1792;    // flags 0, foreground 7, background 0
@@ -474,4 +474,4 @@ TEST_F(ScreenOperations, ScrollRectFollowsTheRegion) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::screen_operations_test

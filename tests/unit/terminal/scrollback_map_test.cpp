@@ -6,7 +6,7 @@
 #include "terminal/model/attributes.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::scrollback_map_test {
 namespace {
 
 /// The ring as it is defined: a table of 500 positions, shifted by one for each stored line.
@@ -120,4 +120,4 @@ TEST(StartOfTheTerminal, TheScrollbackIsBlankBeforeAnythingElseHasRun) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::scrollback_map_test

@@ -7,7 +7,7 @@
 
 #include "platform/run_time_error.h"
 
-namespace qxterm {
+namespace qxterm::sequence_parser_test {
 namespace {
 
 /// What one sequence came to: parameters, private marker and final character, or the error and the place of
@@ -143,4 +143,4 @@ TEST(Parameters, HaveDefaults) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::sequence_parser_test

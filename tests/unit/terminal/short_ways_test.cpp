@@ -10,7 +10,7 @@
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_marks.h"
 
-namespace qxterm {
+namespace qxterm::short_ways_test {
 namespace {
 
 using Play = void (*)();
@@ -377,4 +377,4 @@ TEST_F(ShortWays, PlannedFailuresAreMetByName) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::short_ways_test

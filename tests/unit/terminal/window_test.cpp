@@ -8,7 +8,7 @@
 #include "terminal/drawing/paint.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::window_test {
 namespace {
 
 /// What is seen against what is stored. The window is a record of the drawing calls alone, so a line that was
@@ -173,4 +173,4 @@ TEST_F(Window, ScrolledViewShowsTheStoredLines) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::window_test

@@ -5,7 +5,7 @@
 #include "diag/error_trap.h"
 #include "diag/recorded.h"
 
-namespace qxterm {
+namespace qxterm::timer_registry_test {
 namespace {
 
 using testing::countOf;
@@ -271,4 +271,4 @@ TEST_F(TimerRegistry, ActionWithoutAPlaceIsASubscriptError) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::timer_registry_test
