@@ -454,7 +454,7 @@ LRESULT accessibleScreen(PictureBox& box, WPARAM wParam) {
     HWND const window = box.native->window;
     if (one.screen == nullptr || one.screen->window != window) {
         endAccessibleScreen(one.screen != nullptr ? one.screen->window : nullptr);
-        one.screen = std::make_shared<Screen>(&box, window);
+        one.screen = std::make_shared<Screen>(Screen{&box, window});
         one.object = new AccessibleScreen{one.screen, 0};
         one.object->AddRef();
     }
