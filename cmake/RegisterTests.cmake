@@ -149,6 +149,12 @@ qxterm_test(
     check/self-test check 120 "${Python3_EXECUTABLE}" -m unittest discover -s tools/checks -p "test_*.py"
 )
 
+# Static analysis. clang-tidy is the longest of the checks, and works on every processor.
+foreach(check clang-tidy cppcheck)
+    qxterm_test("check/${check}" check 900 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")
+endforeach()
+set_tests_properties(check/clang-tidy PROPERTIES COST 150)
+
 # What the pages say
 foreach(check links changes)
     qxterm_test("check/${check}" check 120 "${Python3_EXECUTABLE}" "${checks}/check-${check}.py")

@@ -25,7 +25,7 @@ extern bool g_bConnectActive;
 
 /// An attempt is under way: from now on the session keeps this row, and what was received before is not its
 /// output. Called by the rows.
-void startSession(const Transport& row);
+void startSession(const Transport& transport);
 /// The session has come up. Called by the transports.
 void sessionIsUp();
 /// Ends the session or attempt: its transport is stopped, then all that belonged to it is forgotten. Called

@@ -31,7 +31,7 @@ void setFormClientSize(Form& form, std::int32_t width, std::int32_t height);
 void focusForm(Form& form);
 void formHookChanged(Form& form, bool attached);
 /// May be called before any form is loaded.
-void applicationTitleChanged(std::string_view title);
+void applicationTitleChanged(std::string_view text);
 
 void enabledChanged(Control& control);
 void visibleChanged(Control& control);

@@ -100,7 +100,7 @@ int Glass::rowsSavedBy(const Move& move) const {
 
 /// The widest scroll of this frame, if it is worth being carried out.
 bool Glass::findMove(const Picture& picture, Move& move) const {
-    std::array<int, 2 * pictureRows> followers{};  // rows by the distance that they have come
+    std::array<int, std::size_t{2} * pictureRows> followers{};  // rows by the distance that they have come
     const auto distanceOf = [&](int row) { return row - picture.origins()[static_cast<std::size_t>(row)]; };
     const auto cameAlong = [&](int row) {
         return picture.origins()[static_cast<std::size_t>(row)] != Picture::noOrigin && distanceOf(row) != 0;

@@ -37,7 +37,7 @@ public:
     void setCarrierTimeout(std::int16_t seconds);
     /// Opens or closes the port. Opening: error 68 when the port is missing or in use, 5 when the settings
     /// cannot be set. Closing a closed port and opening an open one do nothing.
-    void setPortOpen(bool open);
+    void setPortOpen(bool wanted);
     [[nodiscard]] bool portOpen() const;
     /// Break state of the line; nothing on a closed port. Once begun, a break stays on the line for 250 ms at
     /// least; closing the port ends it.

@@ -37,6 +37,16 @@ def asText(dump):
     return rows + [f"[cursor: column {column + 1}, row {row + 1}]" if dump["cursor"] else "[no cursor]"]
 
 
+class Output(unittest.TestCase):
+    def test_what_cannot_be_written_is_told(self):
+        """More than fits into the buffer, so that it is a write in between that fails."""
+        with open("/dev/full", "wb") as full:
+            for script in (b"dump state\n", b"dump window\n" * 200):
+                done = subprocess.run([TOOL], input=script, stdout=full, stderr=subprocess.PIPE)
+                self.assertEqual((done.returncode, done.stderr.decode()),
+                                 (2, "standard output cannot take what is printed\n"))
+
+
 class Pictures(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()

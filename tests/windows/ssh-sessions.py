@@ -90,6 +90,23 @@ class Tunnel:
         self._stack.close()
 
 
+def memoryHolds(process, word):
+    """Whether the bytes stand anywhere in what the process can write to."""
+    with open(f"/proc/{process.pid}/maps", encoding="utf-8") as maps, open(f"/proc/{process.pid}/mem", "rb") as memory:
+        for line in maps:
+            place, rights = line.split()[:2]
+            first, last = (int(number, 16) for number in place.split("-"))
+            if not rights.startswith("rw"):
+                continue
+            try:
+                memory.seek(first)
+                if word in memory.read(last - first):
+                    return True
+            except (OSError, ValueError, OverflowError):
+                pass  # what a driver has mapped cannot be read in this way
+    return False
+
+
 def session():
     """From the prompt to Disconnect; a second session that ends with the shell, a third with the program."""
     with Tunnel() as tunnel, atThePrompt() as program:
@@ -98,6 +115,8 @@ def session():
         logIn(program, "", tunnel.word)
         atTheShell(program)
         check(tunnel.word not in program.page(), f"the password is shown:\n{program.page()}")
+        check(memoryHolds(program.process, tunnel.name.encode()), "the login name is not found in the program's memory")
+        check(not memoryHolds(program.process, tunnel.word.encode()), "the password is left in the program's memory")
         lines = sorted(helpers().values())
         check(any("zpt_ssh -no-antispoof" in text and f"-P {tunnel.server.port} -4 -ssh -L" in text for text in lines)
               and any("zpt_tnetd 2 " in text and f" 4 {tunnel.name}" in text for text in lines)

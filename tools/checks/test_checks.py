@@ -3,6 +3,7 @@
 import importlib.util
 import json
 import os
+import shutil
 import sys
 import tempfile
 import unittest
@@ -31,6 +32,8 @@ changes = load(os.path.join(HERE, "check-changes.py"))
 links = load(os.path.join(HERE, "check-links.py"))
 pages = load(os.path.join(HERE, "check-help.py"))
 examples = load(os.path.join(HERE, "check-examples.py"))
+clang_tidy = load(os.path.join(HERE, "check-clang-tidy.py"))
+cppcheck = load(os.path.join(HERE, "check-cppcheck.py"))
 scenarios = load(os.path.join(HERE, "run-scenario.py"))
 scenario_file = load(os.path.join(HERE, "scenario_file.py"))
 manual = load(os.path.join(HERE, "../make-help/manual.py"))
@@ -60,6 +63,53 @@ class SmallTree(unittest.TestCase):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
+
+
+class StaticAnalysis(SmallTree):
+    CLEAN = "int twice(int n) { return 2 * n; }\n"
+    NULL = "\n\nint first(const int* p) {\n    if (p == nullptr) return *p;\n    return 1;\n}\n"
+
+    def setUp(self):
+        super().setUp()
+        shutil.copy(os.path.join(HERE, "../../.clang-tidy"), self.root)
+
+    def found(self):
+        return sorted({problem.split(": ")[0] for problem in clang_tidy.check(self.root, 1)[0]})
+
+    def test_finding_in_a_joined_file_is_told_at_its_own_line(self):
+        self.write("src/a.cpp", self.CLEAN)
+        self.write("src/b.cpp", self.NULL)
+        self.assertEqual(self.found(), ["src/b.cpp:4"])
+        self.assertEqual([line.split(":")[:2] for line in cppcheck.check(self.root)[0]], [["src/b.cpp", "4"]])
+
+    def test_finding_in_a_header(self):
+        self.write("src/a.h", self.CLEAN + "\nint first(int* p) { return *p; }\n")
+        self.write("src/a.cpp", '#include "a.h"\n')
+        self.assertEqual(self.found(), ["src/a.h:1", "src/a.h:3"])
+
+    def test_what_does_not_compile_together_is_looked_at_alone(self):
+        self.write("src/a.cpp", "struct One {};\n")
+        self.write("src/b.cpp", "struct One { int n; };\n" + self.NULL)
+        self.assertEqual(self.found(), ["src/b.cpp:5"])
+
+    def test_file_that_does_not_compile(self):
+        self.write("src/a.cpp", "int twice(int n) { return 2 * m; }\n")
+        self.assertEqual(self.found(), ["src/a.cpp:1"])
+
+    def test_names_that_two_files_keep_for_themselves_part_them(self):
+        own = ["namespace {", "void start() {}", "}  // namespace"]
+        files = {"a": own, "b": own, "c": ["void start();"], "d": ["namespace {", "int other() {", "}  // namespace"]}
+        self.assertEqual(clang_tidy.joined(files, set()), [["a", "c", "d"], ["b"]])
+        self.assertEqual(clang_tidy.joined(files, {"other"}), [["a", "c"], ["b"], ["d"]])
+
+    def test_clean_unit_is_looked_at_again_after_a_change_only(self):
+        self.write("src/a.h", "inline " + self.CLEAN)
+        self.write("src/a.cpp", '#include "a.h"\n')
+        self.assertEqual(self.found(), [])
+        with unittest.mock.patch.object(clang_tidy.Unit, "place", return_value="met"):
+            self.assertEqual(self.found(), [])
+            self.write("src/a.h", "inline int first(int* p) { return *p; }\n")
+            self.assertEqual(self.found(), ["met"])
 
 
 class Sequences(SmallTree):
@@ -244,6 +294,20 @@ class SystemCalls(SmallTree):
         self.write("tests/unit/c.cpp", "#include <windows.h>\n")
         self.write("tests/unit/d.cpp", "#include <unistd.h>\n")
         self.assertEqual(self.places(), ["helpers/common/e.cpp:1", "src/app/a.cpp:2", "src/platform/headless/b.cpp:1", "tests/unit/c.cpp:1"])
+
+    def test_calls_that_others_could_come_between(self):
+        self.write("helpers/zpt_ssh/win32/a.cpp", "\n".join([
+            "CreateProcessA(file.c_str(), line.data(), nullptr, nullptr,",
+            "               TRUE, flags(1, 2), nullptr, nullptr, &info, &made);",
+            "CreateProcessA(nullptr, line.data(), nullptr);",
+            'LoadLibraryExA("a.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);', 'LoadLibraryA("a.dll");',
+            'LoadLibraryExA("a.dll", nullptr, 0);', "CreateEventA(&attributes, TRUE, FALSE, nullptr);",
+            'CreateEventA(&attributes, TRUE, FALSE, "ready");', "Handle job{CreateJobObjectA(nullptr, nullptr)};",
+            "CreateJobObjectA(nullptr, name.c_str());", "CreateNamedPipeA(nullptr);", "// WinExec(line, 0)",
+            "WinExec(line, 0);", "system (line);", "_popen(line)"]))
+        self.write("tests/windows/b.cpp", "system(line);")
+        self.assertEqual(sorted(int(place.split(":")[1]) for place in self.places()),
+                         [3, 5, 6, 8, 10, 11, 13, 14, 15])
 
     def test_module_that_asks_for_the_system(self):
         self.write("src/app/a.cpp", "#if defined(_WIN32) && 1\n#endif\n// #ifdef _WIN32\n")

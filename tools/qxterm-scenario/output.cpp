@@ -6,6 +6,8 @@ namespace qxterm::scenario {
 namespace {
 
 bool printing = true;
+/// Something that was printed could not be written.
+bool lost = false;
 
 }  // namespace
 
@@ -29,9 +31,9 @@ void setPrinting(bool on) { printing = on; }
 void print(const Json& object) {
     if (!printing) return;
     const std::string line = object.dump() + '\n';
-    std::fwrite(line.data(), 1, line.size(), stdout);
+    if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size()) lost = true;
 }
 
-bool flushOutput() { return std::fflush(stdout) == 0; }
+bool flushOutput() { return std::fflush(stdout) == 0 && !lost; }
 
 }  // namespace qxterm::scenario

@@ -16,7 +16,7 @@ using Json = nlohmann::ordered_json;
 /// Prints one object as one line, unless printing is switched off.
 void print(const Json& object);
 void setPrinting(bool on);
-/// Hands what was printed to the system. False when standard output cannot take it.
-bool flushOutput();
+/// Hands what was printed to the system. False when standard output could not take all of it.
+[[nodiscard]] bool flushOutput();
 
 }  // namespace qxterm::scenario

@@ -16,6 +16,7 @@ namespace qxterm::scenario {
 namespace {
 
 constexpr int wrongLine = 2;
+constexpr int outputLost = 2;
 
 LineSource* script = nullptr;
 bool linesAreTold = false;
@@ -98,11 +99,14 @@ int playSource(LineSource& source) {
     } catch (const headless::EndOfScript&) {
         // the open windows have been told
     } catch (const ScriptFault& fault) {
-        flushOutput();
+        (void)flushOutput();
         std::cerr << fault.where << ": " << fault.message << '\n';
         status = wrongLine;
     }
-    flushOutput();
+    if (!flushOutput() && status == 0) {
+        std::cerr << "standard output cannot take what is printed\n";
+        status = outputLost;
+    }
     script = nullptr;
     return status;
 }

@@ -9,8 +9,8 @@
 namespace qxterm::scenario {
 
 /// Brings program and platform to their start state; called once before the first command. What the program
-/// does is printed, or goes to the sink.
-void prepareProgram(headless::Sink sink = nullptr);
+/// does is printed, or goes to the sink given.
+void prepareProgram(headless::Sink given = nullptr);
 /// Runs start-up with a command line. A program that is running already is killed first; what it wrote to
 /// "qxterm.ini" stays. ScriptFault inside a modal window or a yield, where it cannot be.
 void startProgram(std::string_view commandLine);

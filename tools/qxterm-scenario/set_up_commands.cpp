@@ -123,7 +123,7 @@ Action udpPorts(Arguments& arguments) {
 }
 
 std::string helperName(Arguments& arguments) {
-    const std::string name = arguments.word("NAME");
+    std::string name = arguments.word("NAME");
     if (name != "zpt_ssh" && name != "zpt_tnetd") {
         throw ScriptFault{"a helper is zpt_ssh or zpt_tnetd, not " + name};
     }

@@ -15,7 +15,7 @@ Handle endingJob() {
 }
 
 bool runInJob(HANDLE job, HANDLE process, HANDLE thread) {
-    constexpr DWORD failed = static_cast<DWORD>(-1);
+    constexpr auto failed = static_cast<DWORD>(-1);
     if (AssignProcessToJobObject(job, process) != 0 && ResumeThread(thread) != failed) return true;
     TerminateProcess(process, exitCodeOfTerminated);
     return false;

@@ -36,8 +36,8 @@ bool writeFrom(Direction& way) {
 class Pump {
 public:
     Pump(SOCKET terminal, SOCKET host, const HostFilter& filter)
-        : outward_{std::make_unique<Direction>(terminal, host)},
-          inward_{std::make_unique<Direction>(host, terminal)},
+        : outward_{std::make_unique<Direction>(Direction{terminal, host, {}})},
+          inward_{std::make_unique<Direction>(Direction{host, terminal, {}})},
           filter_{filter} {}
 
     void run() {

@@ -22,10 +22,10 @@ using Socket = Owner<SocketTraits>;
 enum class Loopback : std::uint8_t { four, six };
 
 /// No socket when nothing answers there.
-[[nodiscard]] Socket connectLoopback(Loopback address, std::uint16_t port);
+[[nodiscard]] Socket connectLoopback(Loopback loopback, std::uint16_t port);
 
 /// A port that nothing has at this moment, chosen by the system; 0 when there is none.
-[[nodiscard]] std::uint16_t freeLoopbackPort(Loopback address);
+[[nodiscard]] std::uint16_t freeLoopbackPort(Loopback loopback);
 
 /// True when what can be read from the socket is its end: the other side has closed it. For a side that sends
 /// nothing before it is spoken to.

@@ -69,7 +69,7 @@ bool clearFolder(const std::wstring& folder) {
 
 std::wstring stuckFile(const FileList& list) {
     for (const std::wstring& file : list.files) {
-        const std::wstring path = list.folder + file;
+        std::wstring path = list.folder + file;
         if (!exists(path)) continue;
         const zpt::Handle renaming = zpt::validHandle(
             CreateFileW(path.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -82,7 +82,7 @@ std::wstring stuckFile(const FileList& list) {
 std::wstring setAside(const FileList& list) {
     std::vector<std::pair<std::wstring, std::wstring>> moved;
     for (const std::wstring& file : list.files) {
-        const std::wstring path = list.folder + file;
+        std::wstring path = list.folder + file;
         if (!exists(path) || !inUse(path)) continue;
         std::wstring aside = setOneAside(path);
         if (aside.empty()) {

@@ -68,17 +68,17 @@ std::wstring startFolder(const std::wstring& own) {
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int show) {
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* lpCmdLine, int nShowCmd) {
     giveProfiles();
     const std::wstring own = ownFolder();
     const std::wstring program = own + L"\\qxterm.exe";
     const std::wstring folder = startFolder(own);
     std::wstring commandLine = L"\"" + program + L"\"";
-    if (*arguments != L'\0') commandLine.append(L" ").append(arguments);
+    if (*lpCmdLine != L'\0') commandLine.append(L" ").append(lpCmdLine);
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESHOWWINDOW;
-    start.wShowWindow = static_cast<WORD>(show);
+    start.wShowWindow = static_cast<WORD>(nShowCmd);
     PROCESS_INFORMATION process{};
     if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
                         folder.c_str(), &start, &process)) {

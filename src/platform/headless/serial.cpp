@@ -83,10 +83,10 @@ void SerialPort::setInputLength(std::int16_t length) { stateOf(*this).inputLengt
 
 void SerialPort::setCarrierTimeout(std::int16_t /*seconds*/) {}  // event 1007 comes from the script
 
-void SerialPort::setPortOpen(bool open) {
+void SerialPort::setPortOpen(bool wanted) {
     Native& state = stateOf(*this);
-    if (state.open == open) return;
-    if (!open) {
+    if (state.open == wanted) return;
+    if (!wanted) {
         state.open = false;
         state.received.clear();
         headless::record("serial", {{"op", "close"}});

@@ -120,7 +120,7 @@ void focusForm(Form& form) { headless::giveFocus(form, nullptr); }
 
 void formHookChanged(Form& /*form*/, bool /*attached*/) {}
 
-void applicationTitleChanged(std::string_view title) { record("apptitle", {{"text", std::string{title}}}); }
+void applicationTitleChanged(std::string_view text) { record("apptitle", {{"text", std::string{text}}}); }
 
 TwipsRect controlPlace(const Control& control) { return control.native->place; }
 

@@ -20,7 +20,7 @@ namespace qxterm::win32 {
 namespace {
 
 /// The libraries of COM and of accessibility, from the system's folder; loaded when somebody first reads the
-/// screen.
+/// screen. Without any one of them no object is made, so that whatever an object calls is there.
 struct Libraries {
     decltype(&::CoInitializeEx) coInitialize = nullptr;
     decltype(&::CoDisconnectObject) coDisconnect = nullptr;
@@ -74,6 +74,7 @@ std::wstring wide(const std::string& text) {
 }
 
 HRESULT give(const std::wstring& text, BSTR* result) {
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see Libraries
     *result = libraries().makeText(text.data(), static_cast<UINT>(text.size()));
     return *result != nullptr ? S_OK : E_OUTOFMEMORY;
 }
@@ -140,6 +141,7 @@ public:
         if (!connected()) return CO_E_OBJNOTCONNECTED;
         void* found = nullptr;
         const HRESULT result =
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see Libraries
             libraries().objectOf(screen_->window, static_cast<DWORD>(OBJID_WINDOW), IID_IDispatch, &found);
         if (SUCCEEDED(result)) *parent = static_cast<IDispatch*>(found);
         return result;
@@ -419,6 +421,7 @@ private:
         if (direction == NAVDIR_FIRSTCHILD || direction == NAVDIR_LASTCHILD) return S_FALSE;
         void* found = nullptr;
         const HRESULT made =
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see Libraries
             libraries().standardObject(screen_->window, OBJID_CLIENT, IID_IAccessible, &found);
         if (FAILED(made)) return S_FALSE;
         auto* const standard = static_cast<IAccessible*>(found);
@@ -454,7 +457,7 @@ LRESULT accessibleScreen(PictureBox& box, WPARAM wParam) {
     HWND const window = box.native->window;
     if (one.screen == nullptr || one.screen->window != window) {
         endAccessibleScreen(one.screen != nullptr ? one.screen->window : nullptr);
-        one.screen = std::make_shared<Screen>(&box, window);
+        one.screen = std::make_shared<Screen>(Screen{&box, window});
         one.object = new AccessibleScreen{one.screen, 0};
         one.object->AddRef();
     }

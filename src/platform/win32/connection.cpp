@@ -31,6 +31,13 @@ constexpr long socketEvents = FD_CONNECT | FD_READ | FD_OOB | FD_WRITE | FD_CLOS
 /// In a row, without a byte read: then the handlers are left in peace until more arrives.
 constexpr int idleRunsAllowed = 2;
 
+/// What has been sent may have been a password.
+void forgetUnsent(Connection& connection) {
+    SecureZeroMemory(connection.unsent.data(), connection.unsent.size());
+    connection.unsent.clear();
+    connection.sent = 0;
+}
+
 void closeHandle(Connection& connection) {
     if (connection.handle == INVALID_SOCKET) return;
     WSAAsyncSelect(connection.handle, messageWindow(), 0, 0);
@@ -206,8 +213,7 @@ void closeConnection(Connection& connection) {
     connection.taken = 0;
     connection.held = false;
     connection.systemEmpty = false;
-    connection.unsent.clear();
-    connection.sent = 0;
+    forgetUnsent(connection);
 }
 
 void tryNextAddress(Connection& connection) {
@@ -265,8 +271,7 @@ void sendRest(Connection& connection) {
         connection.state = State::ending;
         post(connection, FD_READ);
     }
-    connection.unsent.clear();
-    connection.sent = 0;
+    forgetUnsent(connection);
 }
 
 }  // namespace qxterm::win32

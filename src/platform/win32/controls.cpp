@@ -100,9 +100,9 @@ void backend::captionChanged(Control& control) {
 
 TwipsRect backend::controlPlace(const Control& control) { return toTwips(areaInForm(control)); }
 
-void backend::moveControl(Control& control, const TwipsRect& to) {
-    MoveWindow(control.native->window, pixelsX(to.left), pixelsY(to.top), pixelsX(to.width),
-               pixelsY(to.height), TRUE);
+void backend::moveControl(Control& control, const TwipsRect& place) {
+    MoveWindow(control.native->window, pixelsX(place.left), pixelsY(place.top), pixelsX(place.width),
+               pixelsY(place.height), TRUE);
 }
 
 void backend::focusControl(Control& control) {

@@ -23,7 +23,7 @@ std::string& title() {
     return text;
 }
 
-void place(HWND window, const TwipsRect& to) {
+void moveWindow(HWND window, const TwipsRect& to) {
     SetWindowPos(window, nullptr, pixelsX(to.left), pixelsY(to.top), pixelsX(to.width), pixelsY(to.height),
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -122,7 +122,7 @@ TwipsRect backend::formPlace(const Form& form) {
     return toTwips(area);
 }
 
-void backend::moveForm(Form& form, const TwipsRect& to) { place(windowOf(form), to); }
+void backend::moveForm(Form& form, const TwipsRect& place) { moveWindow(windowOf(form), place); }
 
 void backend::setFormClientSize(Form& form, std::int32_t width, std::int32_t height) {
     HWND const window = windowOf(form);

@@ -58,7 +58,7 @@ void detachControls(const Form& form);
 /// A form laid out by a dialog resource, and its controls. Null when there is no such resource.
 [[nodiscard]] HWND createDialog(Form& form);
 /// Carries out WM_COMMAND and WM_NOTIFY of a form's controls.
-void controlCommand(const Form& form, HWND control, int id, int code);
+void controlCommand(const Form& form, HWND window, int id, int code);
 void controlNotify(const Form& form, const NMHDR& header);
 
 // --- modal windows -----------------------------------------------------------------------------------------

@@ -1,21 +1,36 @@
 #include "platform/win32/resolver.h"
 
 #include <cstring>
+#include <list>
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "platform/win32/message_window.h"
 
 namespace qxterm::win32 {
 namespace {
 
-/// All that the worker needs: it shares nothing with the window's thread.
+/// All that the worker needs.
 struct Question {
     std::string host;
     std::string port;
     HWND receiver = nullptr;
-    std::unique_ptr<LookUp> answer;
+    /// One, which becomes that of the window's thread as it is: handing it over needs no memory.
+    std::list<LookUp> answer = std::list<LookUp>(1);
+};
+
+/// What has been answered, and the window's thread has not yet taken.
+std::list<LookUp> answers;
+SRWLOCK answersLock = SRWLOCK_INIT;
+
+class Locked {
+public:
+    Locked() { AcquireSRWLockExclusive(&answersLock); }
+    ~Locked() { ReleaseSRWLockExclusive(&answersLock); }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
 };
 
 void ask(const Question& question, LookUp& answer) {
@@ -38,20 +53,23 @@ void ask(const Question& question, LookUp& answer) {
     if (answer.addresses.empty()) answer.error = WSANO_DATA;
 }
 
-void send(HWND receiver, std::unique_ptr<LookUp> answer) {
-    if (PostMessageA(receiver, wmResolved, 0, reinterpret_cast<LPARAM>(answer.get())) != 0)
-        (void)answer.release();
+void send(Question& question) {
+    {
+        const Locked locked;
+        answers.splice(answers.end(), question.answer);
+    }
+    PostMessageA(question.receiver, wmResolved, 0, 0);
 }
 
 DWORD WINAPI worker(void* data) {
     const std::unique_ptr<Question> question{static_cast<Question*>(data)};
     try {
-        ask(*question, *question->answer);
+        ask(*question, question->answer.front());
     } catch (const std::bad_alloc&) {
-        question->answer->addresses.clear();
-        question->answer->error = WSAENOBUFS;
+        question->answer.front().addresses.clear();
+        question->answer.front().error = WSAENOBUFS;
     }
-    send(question->receiver, std::move(question->answer));
+    send(*question);
     return 0;
 }
 
@@ -62,20 +80,25 @@ void lookUp(std::string_view host, std::uint16_t port, std::uint32_t token) {
     question->host = host;
     question->port = std::to_string(port);
     question->receiver = messageWindow();
-    question->answer = std::make_unique<LookUp>();
-    question->answer->token = token;
+    LookUp& answer = question->answer.front();
+    answer.token = token;
     // The system's call would read a name only up to a zero byte, and an empty one as this computer.
     if (host.empty() || host.find('\0') != std::string_view::npos) {
-        question->answer->error = WSAHOST_NOT_FOUND;
-        send(question->receiver, std::move(question->answer));
+        answer.error = WSAHOST_NOT_FOUND;
+        send(*question);
         return;
     }
     if (QueueUserWorkItem(worker, question.get(), WT_EXECUTELONGFUNCTION) != 0) {
         (void)question.release();  // the worker's now
         return;
     }
-    question->answer->error = WSAENOBUFS;
-    send(question->receiver, std::move(question->answer));
+    answer.error = WSAENOBUFS;
+    send(*question);
+}
+
+std::list<LookUp> takeLookUps() {
+    const Locked locked;
+    return std::exchange(answers, {});
 }
 
 }  // namespace qxterm::win32

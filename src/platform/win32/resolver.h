@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 #include <string_view>
 #include <vector>
 
@@ -22,9 +23,10 @@ struct LookUp {
     std::vector<HostAddress> addresses;
 };
 
-/// Looks the host up (names and numbers, IPv4 and IPv6) and returns at once. The answer arrives at the hidden
-/// window as wmResolved, whose lParam is a LookUp that the receiver deletes; it carries the token, by which
-/// an answer that nobody waits for any more is told.
+/// Looks the host up (names and numbers, IPv4 and IPv6) and returns at once. wmResolved tells the hidden
+/// window that there is an answer; it carries the token, by which one that nobody waits for any more is told.
 void lookUp(std::string_view host, std::uint16_t port, std::uint32_t token);
+/// The answers that have come. They are not in the message, which any program of the desktop can send.
+[[nodiscard]] std::list<LookUp> takeLookUps();
 
 }  // namespace qxterm::win32

@@ -69,7 +69,7 @@ void announceInTime(HWND window) {
 void makeCaret(HWND window, const SIZE& size) {
     screenLostFocus();
     const ScreenDc screen;
-    caret.emplace(Bitmap{CreateCompatibleBitmap(screen.get(), size.cx, size.cy)}, size, std::nullopt);
+    caret = Caret{Bitmap{CreateCompatibleBitmap(screen.get(), size.cx, size.cy)}, size, std::nullopt};
     {
         const MemoryDc memory{CreateCompatibleDC(screen.get())};
         const Selected selected{memory.get(), caret->form.get()};

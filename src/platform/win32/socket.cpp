@@ -21,16 +21,19 @@ std::vector<std::unique_ptr<Connection>>& connections() {
     return all;
 }
 
-void resolved(UINT /*message*/, WPARAM /*wParam*/, LPARAM lParam) {
-    const std::unique_ptr<LookUp> answer{reinterpret_cast<LookUp*>(lParam)};
+void takeAnswer(LookUp& answer) {
     for (const auto& connection : connections()) {
-        if (connection->state != State::resolving || connection->attempt != answer->token) continue;
-        connection->addresses = std::move(answer->addresses);
+        if (connection->state != State::resolving || connection->attempt != answer.token) continue;
+        connection->addresses = std::move(answer.addresses);
         connection->nextAddress = 0;
-        connection->lastError = answer->error;
+        connection->lastError = answer.error;
         tryNextAddress(*connection);
         return;
     }
+}
+
+void resolved(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    for (LookUp& answer : takeLookUps()) takeAnswer(answer);
 }
 
 void connectAnswered(Connection& connection, int error) {

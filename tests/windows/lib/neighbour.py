@@ -34,6 +34,14 @@ def heldFile(path, seconds=120):
             holder.kill()
 
 
+def forgeMessages():
+    """Another program posts what the windows of the program send each other, with addresses of nothing in it. All has
+    been carried out when the routine returns."""
+    with _start("forge") as other:
+        said, _ = other.communicate(timeout=60)
+        checkEqual(said.strip(), "forged", "what forges messages")
+
+
 @contextlib.contextmanager
 def windowInFront(seconds=60):
     """A window of another program moves about in front of the main window."""

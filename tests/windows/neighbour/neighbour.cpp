@@ -1,15 +1,17 @@
 // What other programs and the system do to the program under test.
 //
-//   neighbour hold-clipboard SECONDS    opens the clipboard, prints "held", and lets go of it at the end
-//   neighbour hold-file SECONDS FILE    has the file open so that nobody else can replace or rename it,
-//   prints "held" neighbour end-session               asks the main window whether the session may end,
-//   prints "yes" or "no",
-//                                       and tells it what became of that; "silent" when no answer came
-//   neighbour cover SECONDS             has a window in front of the main window, here and there, prints
-//   "over"
-//   neighbour texts TITLE               prints the texts in the visible windows with this title, one on a
-//   line neighbour press TITLE CAPTION       presses the button with this caption in the visible window with
-//   this title
+//   neighbour hold-clipboard SECONDS   opens the clipboard, prints "held", and lets go of it at the end
+//   neighbour hold-file SECONDS FILE   has the file open so that nobody else can replace or rename it, prints
+//                                      "held"
+//   neighbour end-session              asks the main window whether the session may end, prints "yes" or
+//                                      "no", and tells it what became of that; "silent" without an answer
+//   neighbour cover SECONDS            has a window in front of the main window, here and there, prints
+//                                      "over"
+//   neighbour texts TITLE              prints the texts in the visible windows with this title, one a line
+//   neighbour press TITLE CAPTION      presses the button with this caption in the visible window with this
+//                                      title
+//   neighbour forge                    posts the messages that the program's windows send each other, with
+//                                      addresses of nothing in them, and prints "forged"
 
 #include <windows.h>
 
@@ -112,6 +114,37 @@ int press(const char* title, std::string_view caption) {
     return 1;
 }
 
+/// Every private message, what the sockets send, and timers that name a routine to be called.
+void forgeAt(HWND window) {
+    constexpr UINT privateMessages = 0x20;
+    constexpr UINT socketMessages = 0x110;
+    for (const LPARAM address : {LPARAM{0}, LPARAM{1}, LPARAM{0x12345678}, LPARAM{-1}}) {
+        for (const WPARAM number : {WPARAM{0}, WPARAM{1}, WPARAM{0x1001}}) {
+            for (UINT n = 0; n < socketMessages; ++n) {
+                if (n < privateMessages || n >= 0x100) PostMessageA(window, WM_APP + n, number, address);
+            }
+            if (address != 1) PostMessageA(window, WM_TIMER, number, address);
+        }
+    }
+}
+
+int forge() {
+    HWND const main = FindWindowA(mainWindowClass, nullptr);
+    HWND const hidden = FindWindowA("QxtermApplication", nullptr);
+    if (main == nullptr || hidden == nullptr) return 1;
+    forgeAt(hidden);
+    forgeAt(main);
+    for (HWND const control : controlsOf(main)) forgeAt(control);
+    std::array<char, 64> bytes{};
+    COPYDATASTRUCT data{1, static_cast<DWORD>(bytes.size()), bytes.data()};
+    DWORD_PTR ignored = 0;
+    for (HWND const window : {hidden, main}) {
+        SendMessageTimeoutA(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL,
+                            longestAnswer, &ignored);
+    }
+    return say("forged");
+}
+
 /// Moves a window about over the main window, parts of it and all of it.
 int cover(int seconds) {
     HWND const below = FindWindowA(mainWindowClass, nullptr);
@@ -151,5 +184,6 @@ int main(int count, char** arguments) {
     if (wish == "texts" && count > 2) return tellTexts(arguments[2]);
     if (wish == "press" && count > 3) return press(arguments[2], arguments[3]);
     if (wish == "end-session") return endSession();
+    if (wish == "forge") return forge();
     return 2;
 }
