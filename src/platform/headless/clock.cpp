@@ -91,6 +91,8 @@ void disarmTimers(const Form& form) {
     }
 }
 
+std::size_t runningTimers() { return armedTimers.size() + refusedTimers.size(); }
+
 void resetClock() {
     for (Timer* timer : std::vector<Timer*>{knownTimers}) timer->setEnabled(false);
     virtualTime = 0;

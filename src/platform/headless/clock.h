@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 
@@ -28,6 +29,9 @@ void happenNext(std::function<void()> event);
 /// disabled.
 void armTimers(const Form& form);
 void disarmTimers(const Form& form);
+
+/// Timers that run, or wait for the system to have one for them.
+[[nodiscard]] std::size_t runningTimers();
 
 /// Time 0, no timer armed, nothing about to happen.
 void resetClock();
