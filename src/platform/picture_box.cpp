@@ -153,6 +153,23 @@ void PictureBox::resetPicture() {
     changed_ = false;
 }
 
+namespace {
+
+/// Of a fixed-pitch font: the height of a line, and the width of a character, in hundredths of its size.
+constexpr float lineShare = 120;
+constexpr float widthShare = 60;
+constexpr float twipsPerPoint = 20;
+
+std::int32_t shareOf(float points, float hundredths) {
+    return static_cast<std::int32_t>(points * twipsPerPoint * hundredths / 100);
+}
+
+}  // namespace
+
+std::int32_t usualHeight(float points) { return shareOf(points, lineShare); }
+
+std::int32_t usualWidth(float points) { return shareOf(points, widthShare); }
+
 std::int32_t underlineTop(std::int32_t row, std::int32_t cellHeight, std::int32_t twipsPerPixel) {
     const std::int32_t height = cellHeight * twipsPerPixel;
     return ((row + 1) * height - height / 8) / twipsPerPixel;

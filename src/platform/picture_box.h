@@ -42,7 +42,8 @@ public:
     void setFontName(std::string_view face);
     /// 9, 10 or 11 points.
     void setFontSize(float points);
-    /// Height and width of a text in twips in the picture box's (not bold) font.
+    /// Height and width of a text in twips in the picture box's (not bold) font; about that when the system
+    /// cannot measure it.
     [[nodiscard]] std::int32_t textHeight(std::string_view text) const;
     [[nodiscard]] std::int32_t textWidth(std::string_view text) const;
     /// The terminal font "QXTERM": cell height and character width in pixels. Deletes the one before.
@@ -146,6 +147,10 @@ private:
     std::int32_t cellWidth_ = 0;
     std::int32_t cellHeight_ = 0;
 };
+
+/// What is taken for the size of a character, in twips, when the system cannot measure it.
+[[nodiscard]] std::int32_t usualHeight(float points);
+[[nodiscard]] std::int32_t usualWidth(float points);
 
 /// The pixel row of the line under a cell row: an eighth of the cell above its lower edge, reckoned in twips.
 [[nodiscard]] std::int32_t underlineTop(std::int32_t row, std::int32_t cellHeight,

@@ -5,6 +5,7 @@
 #include "platform/backend.h"
 #include "platform/display.h"
 #include "platform/headless/display.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/forms.h"
 #include "platform/headless/native.h"
 #include "platform/headless/recorder.h"
@@ -136,12 +137,15 @@ void PictureBox::setFontSize(float points) {
 }
 
 std::int32_t PictureBox::textHeight(std::string_view /*text*/) const {
-    return native == nullptr ? 0 : headless::toTwips(headless::measuresAt(native->points).height);
+    if (native == nullptr) return 0;
+    if (headless::fails(headless::Point::pictureMeasure)) return usualHeight(native->points);
+    return headless::toTwips(headless::measuresAt(native->points).height);
 }
 
 std::int32_t PictureBox::textWidth(std::string_view text) const {
     if (native == nullptr) return 0;
     const auto length = static_cast<std::int32_t>(text.size());
+    if (headless::fails(headless::Point::pictureMeasure)) return usualWidth(native->points) * length;
     return headless::toTwips(headless::measuresAt(native->points).width * length);
 }
 

@@ -100,11 +100,15 @@ void PictureBox::setFontSize(float points) {
 }
 
 std::int32_t PictureBox::textHeight(std::string_view text) const {
-    return win32::twipsY(win32::measure(*this, text).cy);
+    const std::int32_t height = win32::twipsY(win32::measure(*this, text).cy);
+    return height > 0 ? height : usualHeight(win32::stateOf(*this).points);
 }
 
 std::int32_t PictureBox::textWidth(std::string_view text) const {
-    return win32::twipsX(win32::measure(*this, text).cx);
+    const std::int32_t width = win32::twipsX(win32::measure(*this, text).cx);
+    return width > 0 || text.empty()
+               ? width
+               : usualWidth(win32::stateOf(*this).points) * static_cast<std::int32_t>(text.size());
 }
 
 void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {

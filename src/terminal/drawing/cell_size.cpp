@@ -97,8 +97,9 @@ void calcSize(PictureBox& picture, ScrollBar& bar) {
         charWidth = picture.textWidth("M");
         picture.move({0, 0, screenColumns * charWidth, screenRows * lineHeight});
         bar.move({screenColumns * charWidth, 0, bar.place().width, screenRows * lineHeight});
-        lineHeight = toPixels(lineHeight, g_iTwipsY);
-        charWidth = toPixels(charWidth, g_iTwipsX);
+        // The mouse's place is divided by a cell's size.
+        lineHeight = std::max(toPixels(lineHeight, g_iTwipsY), 1);
+        charWidth = std::max(toPixels(charWidth, g_iTwipsX), 1);
         layOutWindow();
         charAdvances.fill(charWidth);
         picture.setCellSize(charWidth, lineHeight, advancesFromFirst());
