@@ -5,12 +5,13 @@
 
 file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
-set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp)
+set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp ${support}/whole_program.cpp)
 
 function(qxterm_fuzz_program name)
     add_executable(${name} ${ARGN} ${support_sources})
     target_include_directories(${name} PRIVATE fuzz)
     qxterm_link(${name} qxterm_scenario_parts)
+    target_link_libraries(${name} PRIVATE zpt_ssh_parts zpt_tnetd_parts)
 endfunction()
 
 if(QXTERM_FUZZERS)
