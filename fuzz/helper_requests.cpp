@@ -112,8 +112,8 @@ void checkClient(const Arguments& arguments, const zpt::SshRequest& request, std
             require(arguments[at + 1] == std::to_string(request.sshPort), "the SSH port");
             ++at;
         } else if (option == "-L") {
-            require(arguments[at + 1].ends_with(":" + std::to_string(request.forwardPort) + ":localhost:" +
-                                                std::to_string(request.remotePort)),
+            require(arguments[at + 1].ends_with(":" + std::to_string(request.forwardPort) +
+                                                ":localhost:" + std::to_string(request.remotePort)),
                     "the forward");
             ++at;
         } else if (option == "-o") {

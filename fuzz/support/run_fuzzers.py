@@ -60,14 +60,13 @@ class Fuzzer:
                 cwd=self.found,
                 preexec_fn=lambda: os.nice(19),
             )
-            while process.poll() is None and processor_seconds(process.pid) < seconds:
+            while processor_seconds(process.pid) < seconds:
                 time.sleep(1)
-            if process.poll() is None:
-                process.send_signal(signal.SIGINT)
-            _, status, usage = wait(process)
+            process.send_signal(signal.SIGINT)
+            usage = wait(process)
         self.seconds += usage
         self.read(log)
-        return not self.findings() and status is not None
+        return not self.findings()
 
     def read(self, log):
         with open(log, encoding="latin-1") as file:
@@ -108,20 +107,19 @@ class Fuzzer:
 
 
 def processor_seconds(pid):
-    """What a process has used of the processor so far."""
-    try:
-        with open(f"/proc/{pid}/stat", encoding="ascii") as file:
-            fields = file.read().rsplit(")", 1)[1].split()
-    except OSError:
+    """What a process has used of the processor so far; without end for one that has ended and is not waited for."""
+    with open(f"/proc/{pid}/stat", encoding="ascii") as file:
+        fields = file.read().rsplit(")", 1)[1].split()
+    if fields[0] == "Z":
         return float("inf")
     return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
 
 def wait(process):
-    """Exit status and processor seconds of a process that ends."""
-    pid, status, usage = os.wait4(process.pid, 0)
+    """The processor seconds of a process that ends."""
+    _, status, usage = os.wait4(process.pid, 0)
     process.returncode = os.waitstatus_to_exitcode(status)
-    return pid, process.returncode, usage.ru_utime + usage.ru_stime
+    return usage.ru_utime + usage.ru_stime
 
 
 def fuzz(fuzzer, minutes):

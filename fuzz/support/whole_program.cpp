@@ -37,8 +37,8 @@ std::string textOf(const headless::Record& record, std::string_view name) {
 }
 
 constexpr std::array<std::string_view, 17> knownKinds{
-    "window", "caption", "apptitle", "label", "box",  "refused", "send", "socket", "serial",
-    "process", "ini", "trace", "clipboard", "beep", "help", "draw", "exit"};
+    "window",  "caption", "apptitle", "label",     "box",  "refused", "send", "socket", "serial",
+    "process", "ini",     "trace",    "clipboard", "beep", "help",    "draw", "exit"};
 
 void keepSend(const headless::Record& record) {
     const std::string to = textOf(record, "to");
