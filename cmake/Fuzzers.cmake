@@ -7,16 +7,16 @@ file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
 set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp ${support}/whole_program.cpp)
 
+file(GLOB model_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/model/*.cpp")
+
 function(qxterm_fuzz_program name)
-    add_executable(${name} ${ARGN} ${support_sources})
+    add_executable(${name} ${ARGN} ${support_sources} ${model_sources})
     target_include_directories(${name} PRIVATE fuzz tests tools)
     qxterm_link(${name} qxterm_scenario_parts)
     target_link_libraries(${name} PRIVATE zpt_ssh_parts zpt_tnetd_parts)
 endfunction()
 
-file(GLOB steps_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/random-steps/*.cpp"
-     "${CMAKE_SOURCE_DIR}/tests/model/*.cpp"
-)
+file(GLOB steps_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/random-steps/*.cpp")
 if(NOT CMAKE_CROSSCOMPILING)
     qxterm_fuzz_program(random-steps ${steps_sources})
 endif()

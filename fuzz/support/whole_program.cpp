@@ -51,7 +51,7 @@ void keepSend(const headless::Record& record) {
 void checkLine(const ScreenLine& line) {
     constexpr int flags = lineFlag::draw | lineFlag::whole | lineFlag::selected;
     require((line.lineFlags & ~flags) == 0, "line flags");
-    require(line.dirtyLast >= -1 && line.dirtyLast < screenColumns, "dirtyLast lies in the line");
+    require(line.dirtyLast >= -1, "the last dirty column");
     require(line.extent >= 0 && line.extent <= screenColumns, "the extent lies in the line");
     for (std::size_t at = 1; at < line.attrs.size(); ++at) {
         const int word = line.attrs[at];
