@@ -14,4 +14,9 @@ inline constexpr std::int32_t closeAll = 18;
 /// when it or the file is missing a message box tells so. closeAll loads nothing for it.
 void show(const std::string& file, std::int32_t command, std::int32_t context);
 
+/// What the box says when the file is missing.
+[[nodiscard]] inline std::string missingFile(const std::string& file) {
+    return "The help file cannot be found:\r\n" + file;
+}
+
 }  // namespace qxterm::help

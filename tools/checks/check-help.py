@@ -475,6 +475,8 @@ def check_numbers(root, _program):
 
 SCENARIO_PAGE = "docs/scenario-tool.md"
 SCENARIO_SOURCES = "tools/qxterm-scenario/"
+FAILURES_HEADING = "Calls that fail"
+FAILURES_SOURCE = "src/platform/headless/failures.cpp"
 
 
 def markdown_cells(root, path):
@@ -488,6 +490,17 @@ def markdown_cells(root, path):
     return cells
 
 
+def check_failures(root, _program):
+    """Each call of the system that can be made to fail stands in the page's table, and the reverse."""
+    text = "\n".join(house.read_lines(FAILURES_SOURCE, root))
+    known = set(re.findall(r'\{Point::\w+, "([a-z.]+)"', text))
+    told = {cell.strip("`") for heading, cell in markdown_cells(root, SCENARIO_PAGE)
+            if heading == FAILURES_HEADING and cell.startswith("`")}
+    problems = [f"{SCENARIO_PAGE}:1: no call fails under the name {name}" for name in sorted(told - known)]
+    problems += [f"{SCENARIO_PAGE}:1: lacks the call {name}" for name in sorted(known - told)]
+    return problems if known else [f"{FAILURES_SOURCE}:1: no table of calls was found"]
+
+
 def check_commands(root, _program):
     """Each command of the scenario tool has its place in the tables of the page, and the reverse."""
     known = set()
@@ -496,6 +509,8 @@ def check_commands(root, _program):
         known |= set(re.findall(r'^ +\{"([a-z ]+)", (?:true|false), [^}]+\},$', text, re.M))
     told, problems = set(), []
     for heading, cell in markdown_cells(root, SCENARIO_PAGE):
+        if heading == FAILURES_HEADING:
+            continue
         for text in re.findall(r"`([a-z][^`]*)`", cell):
             words = f"dump {text}" if heading == "Dumps" else text
             fitting = [name for name in known if f"{words} ".startswith(f"{name} ")]
@@ -519,7 +534,7 @@ def check_exit_codes(root, _program):
     return problems
 
 
-CHECKS = [check_ini, check_keys, check_menus, check_options, check_messages, check_numbers, check_commands,
+CHECKS = [check_ini, check_keys, check_menus, check_options, check_messages, check_numbers, check_failures, check_commands,
           check_exit_codes]
 
 

@@ -446,6 +446,17 @@ class Pages(SmallTree):
             "docs/scenario-tool.md:1: the tool has no command serial carrier on",
             "docs/scenario-tool.md:1: lacks the command serial busy"])
 
+    def test_calls_that_fail_of_the_scenario_tool(self):
+        self.write("src/platform/headless/failures.cpp",
+                   '{{\n    {Point::clipboardSet, "clipboard.set", 0, "x"},\n    {Point::boxShow, "box.show", 0, "x"},\n}};\n')
+        page = "## Calls that fail\n| POINT | |\n|---|---|\n| `clipboard.set` | x |\n| `box.show` | x |\n"
+        self.write("docs/scenario-tool.md", page)
+        self.assertEqual(pages.check_failures(self.root, None), [])
+        self.write("docs/scenario-tool.md", page.replace("box.show", "box.hide"))
+        self.assertEqual(pages.check_failures(self.root, None), [
+            "docs/scenario-tool.md:1: no call fails under the name box.hide",
+            "docs/scenario-tool.md:1: lacks the call box.show"])
+
     def test_exit_codes_of_the_helpers(self):
         for helper, codes in (("zpt_ssh", "23"), ("zpt_tnetd", "24")):
             self.write(f"helpers/{helper}/win32/main.cpp", "constexpr int one = 2;\nconstexpr int two = 3;\n")

@@ -28,7 +28,7 @@ Action row(Arguments& arguments) {
     return [=] { print(dumpRow(number)); };
 }
 
-constexpr std::array<Command, 17> commands{{
+constexpr std::array<Command, 18> commands{{
     {"dump screen", false, dumped<dumpScreen>},
     {"dump terminal", false, dumped<dumpTerminal>},
     {"dump page", false, dumped<dumpPage>},
@@ -46,6 +46,7 @@ constexpr std::array<Command, 17> commands{{
     {"dump state", false, dumped<dumpState>},
     {"dump selection", false, dumped<dumpSelection>},
     {"dump clipboard", false, dumped<dumpClipboard>},
+    {"dump failures", true, dumped<dumpFailures>},
 }};
 
 }  // namespace

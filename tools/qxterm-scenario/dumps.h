@@ -29,5 +29,7 @@ namespace qxterm::scenario {
 [[nodiscard]] Json dumpState();
 [[nodiscard]] Json dumpSelection();
 [[nodiscard]] Json dumpClipboard();
+/// The calls of the system that can fail: how often they were called and failed, and what is planned.
+[[nodiscard]] Json dumpFailures();
 
 }  // namespace qxterm::scenario

@@ -9,6 +9,7 @@
 #include "commands.h"
 #include "platform/headless/clipboard.h"
 #include "platform/headless/display.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/message_box.h"
 #include "platform/headless/port_table.h"
 #include "platform/headless/process.h"
@@ -79,6 +80,38 @@ Action fault(Arguments& arguments) {
     const std::string routine = arguments.word("ROUTINE");
     const std::int32_t number = arguments.number("NUMBER", 1, INT16_MAX);
     return [=] { planRoutineFault(routine, static_cast<std::int16_t>(number)); };
+}
+
+/// The words behind POINT: [ERROR] [after N] [times N | always | never].
+headless::FailurePlan failurePlan(Arguments& arguments, const headless::PointInfo& point) {
+    headless::FailurePlan plan;
+    const std::string_view first = arguments.peek();
+    if (!first.empty() && first.front() >= '0' && first.front() <= '9') {
+        plan.error = static_cast<std::int16_t>(arguments.number("ERROR", 1, INT16_MAX));
+        if (point.error == 0) throw ScriptFault{std::string{point.name} + " fails without an error number"};
+    }
+    while (arguments.more()) {
+        const std::string word = arguments.word("");
+        if (word == "after") {
+            plan.after = static_cast<std::uint32_t>(arguments.number("N", 0, INT32_MAX));
+        } else if (word == "times") {
+            plan.times = static_cast<std::uint32_t>(arguments.number("N", 1, INT32_MAX));
+        } else if (word == "always") {
+            plan.times = headless::FailurePlan::always;
+        } else if (word == "never") {
+            plan.times = 0;
+        } else {
+            throw ScriptFault{"a failure is planned with after N, times N, always or never, not " + word};
+        }
+    }
+    return plan;
+}
+
+Action fail(Arguments& arguments) {
+    const std::string name = arguments.word("POINT");
+    const headless::PointInfo* point = headless::pointNamed(name);
+    if (point == nullptr) throw ScriptFault{"no call that can fail has this name: " + name};
+    return [point, plan = failurePlan(arguments, *point)] { headless::planFailure(point->point, plan); };
 }
 
 Action socketFamily(Arguments& arguments) {
@@ -160,13 +193,14 @@ Action onYield(Arguments& arguments) {
     return [=] { queueForYield(line); };
 }
 
-constexpr std::array<Command, 15> commands{{
+constexpr std::array<Command, 16> commands{{
     {"ini", true, ini},
     {"screen", true, screen},
     {"language", true, language},
     {"clipboard", true, clipboard},
     {"answer", true, answer},
     {"fault", true, fault},
+    {"fail", true, fail},
     {"socket family", true, socketFamily},
     {"serial busy", true, serialBusy},
     {"ports tcp", true, tcpPorts},

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "platform/headless/clipboard.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/recorder.h"
 
 namespace qxterm::headless {
@@ -25,14 +26,19 @@ void resetClipboard() { content().reset(); }
 
 namespace qxterm::clipboard {
 
-std::string text() { return headless::clipboardText(); }
+std::string text() {
+    if (headless::fails(headless::Point::clipboardRead)) return {};
+    return headless::clipboardText();
+}
 
 void setText(std::string_view text) {
+    headless::raiseIfPlanned(headless::Point::clipboardSet);
     headless::content() = text;
     headless::record("clipboard", {{"text", std::string{text}}});
 }
 
 void clear() {
+    headless::raiseIfPlanned(headless::Point::clipboardClear);
     headless::content().reset();
     headless::record("clipboard", {{"text", std::string{}}});
 }

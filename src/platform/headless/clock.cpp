@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <string_view>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "platform/backend.h"
 #include "platform/event_loop.h"
 #include "platform/form.h"
+#include "platform/headless/failures.h"
 #include "platform/timer.h"
 
 namespace qxterm::headless {
@@ -24,10 +26,18 @@ std::int64_t virtualTime = 0;
 std::int64_t armings = 0;
 std::vector<Armed> armedTimers;
 std::vector<Timer*> knownTimers;
+/// Those that the system had no timer for; it is asked again when time passes.
+std::vector<Timer*> refusedTimers;
+std::vector<std::function<void()>> nextEvents;
 
 void arm(Timer& timer) {
     std::erase_if(armedTimers, [&](const Armed& armed) { return armed.timer == &timer; });
+    std::erase(refusedTimers, &timer);
     if (!timer.enabled() || timer.interval() <= 0) return;
+    if (fails(Point::timerStart)) {
+        refusedTimers.push_back(&timer);
+        return;
+    }
     armedTimers.push_back(
         {&timer, virtualTime + timer.interval(), ++armings, std::string_view{timer.name()} == "tmrGen"});
 }
@@ -43,6 +53,11 @@ Armed* nextDue(std::int64_t limit) {
     return next;
 }
 
+void runNextEvents() {
+    for (const auto& event : std::exchange(nextEvents, {})) event();
+    for (Timer* timer : std::vector<Timer*>{refusedTimers}) arm(*timer);
+}
+
 }  // namespace
 
 std::int64_t now() { return virtualTime; }
@@ -51,6 +66,7 @@ void passTime(std::int64_t milliseconds) { virtualTime += std::max<std::int64_t>
 
 void advance(std::int64_t milliseconds) {
     const std::int64_t end = virtualTime + std::max<std::int64_t>(milliseconds, 0);
+    runNextEvents();
     while (!eventLoop::ending()) {
         Armed* next = nextDue(end);
         if (next == nullptr) break;
@@ -60,6 +76,8 @@ void advance(std::int64_t milliseconds) {
     }
     virtualTime = std::max(virtualTime, end);
 }
+
+void happenNext(std::function<void()> event) { nextEvents.push_back(std::move(event)); }
 
 void armTimers(const Form& form) {
     for (Timer* timer : knownTimers) {
@@ -79,6 +97,8 @@ void resetClock() {
     armings = 0;
     armedTimers.clear();
     knownTimers.clear();
+    refusedTimers.clear();
+    nextEvents.clear();
 }
 
 }  // namespace qxterm::headless

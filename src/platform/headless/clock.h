@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace qxterm {
 class Form;
@@ -19,12 +20,16 @@ void advance(std::int64_t milliseconds);
 /// Lets milliseconds pass without firing anything.
 void passTime(std::int64_t milliseconds);
 
+/// Something that the system does by itself: it happens when time passes next, before any timer, also when no
+/// time passes at all.
+void happenNext(std::function<void()> event);
+
 /// The timers of a form that has just been loaded start their periods; those of one that was unloaded are
 /// disabled.
 void armTimers(const Form& form);
 void disarmTimers(const Form& form);
 
-/// Time 0, no timer armed.
+/// Time 0, no timer armed, nothing about to happen.
 void resetClock();
 
 }  // namespace qxterm::headless

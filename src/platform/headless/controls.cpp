@@ -2,6 +2,7 @@
 
 #include "platform/backend.h"
 #include "platform/headless/display.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/native.h"
 #include "platform/headless/recorder.h"
 #include "platform/program.h"
@@ -49,6 +50,7 @@ void tabsChanged(TabStrip& /*strip*/) {}
 void menuChanged(Menu& /*menu*/) {}
 
 void loadPicture(Image& image, const std::string& path) {
+    headless::raiseIfPlanned(headless::Point::pictureLoad);
     if (path != program::fileIn(program::folder(), headless::splashFile)) {
         throw RunTimeError{errors::fileNotFound};
     }

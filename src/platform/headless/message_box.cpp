@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/event_loop.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/recorder.h"
 
 namespace qxterm::headless {
@@ -81,7 +82,8 @@ void resetAnswers() { answers().clear(); }
 namespace qxterm {
 
 Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
-    if (eventLoop::ending()) return headless::usualAnswer(buttons);
+    if (eventLoop::ending() || headless::fails(headless::Point::boxShow))
+        return headless::usualAnswer(buttons);
     const Answer answer = headless::nextAnswer(buttons);
     headless::record("box", {{"title", std::string{title}},
                              {"text", std::string{text}},

@@ -5,6 +5,7 @@
 #include "platform/backend.h"
 #include "platform/display.h"
 #include "platform/headless/display.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/forms.h"
 #include "platform/headless/native.h"
 #include "platform/headless/recorder.h"
@@ -136,11 +137,12 @@ void PictureBox::setFontSize(float points) {
 }
 
 std::int32_t PictureBox::textHeight(std::string_view /*text*/) const {
-    return native == nullptr ? 0 : headless::toTwips(headless::measuresAt(native->points).height);
+    if (native == nullptr || headless::fails(headless::Point::pictureMeasure)) return 0;
+    return headless::toTwips(headless::measuresAt(native->points).height);
 }
 
 std::int32_t PictureBox::textWidth(std::string_view text) const {
-    if (native == nullptr) return 0;
+    if (native == nullptr || headless::fails(headless::Point::pictureMeasure)) return 0;
     const auto length = static_cast<std::int32_t>(text.size());
     return headless::toTwips(headless::measuresAt(native->points).width * length);
 }

@@ -1,5 +1,7 @@
 #include "platform/headless/port_table.h"
 
+#include "platform/headless/failures.h"
+
 namespace qxterm {
 namespace headless {
 namespace {
@@ -19,6 +21,10 @@ void resetPortTables() { listed() = {}; }
 
 }  // namespace headless
 
-void readPortTables(PortTables& tables) { tables = headless::listed(); }
+void readPortTables(PortTables& tables) {
+    tables = headless::listed();
+    if (headless::fails(headless::Point::portsTcp)) tables.tcp.reset();
+    if (headless::fails(headless::Point::portsUdp)) tables.udp.reset();
+}
 
 }  // namespace qxterm

@@ -7,6 +7,7 @@
 
 #include "platform/event_loop.h"
 #include "platform/headless/clock.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/recorder.h"
 
 namespace qxterm {
@@ -100,8 +101,10 @@ void resetHelpers() {
 
 namespace qxterm {
 
-bool HelperProcess::start(std::string_view commandLine, StandardHandles /*handles*/,
+bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
                           std::span<const EnvironmentValue> environment) {
+    if (handles == StandardHandles::pipes) headless::raiseIfPlanned(headless::Point::processPipe);
+    if (headless::fails(headless::Point::processStart)) return false;
     if (headless::failing().contains(name_)) return false;
     headless::recordOf(*this, "start", {{"command", std::string{commandLine}}});
     auto started = std::make_unique<Native>();
@@ -116,7 +119,8 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles /*handle
 bool HelperProcess::ended() const { return native == nullptr || native->ended; }
 
 bool HelperProcess::ready() const {
-    return recorded() && readyVariable_ != nullptr && headless::forwardOpen();
+    if (!recorded() || readyVariable_ == nullptr) return false;
+    return !headless::fails(headless::Point::processReady) && headless::forwardOpen();
 }
 
 void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {
@@ -126,7 +130,7 @@ void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {
 }
 
 std::uint32_t HelperProcess::terminate() {
-    if (ended()) return headless::errorAccessDenied;
+    if (ended() || headless::fails(headless::Point::processTerminate)) return headless::errorAccessDenied;
     native->ended = true;
     headless::recordOf(*this, "terminate");
     return 0;

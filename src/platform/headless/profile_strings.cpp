@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/headless/failures.h"
 #include "platform/headless/profile_strings.h"
 #include "platform/headless/recorder.h"
 
@@ -84,22 +85,26 @@ namespace qxterm {
 
 std::string getPrivateProfileString(std::string_view section, std::string_view key,
                                     std::string_view fallback) {
+    if (headless::fails(headless::Point::iniRead)) return headless::cut(fallback);
     const std::string* value = headless::findValue(section, key);
     return headless::cut(value != nullptr ? headless::asRead(*value) : fallback);
 }
 
 std::string getWholePrivateProfileString(std::string_view section, std::string_view key) {
+    if (headless::fails(headless::Point::iniRead)) return {};
     const std::string* value = headless::findValue(section, key);
     return value != nullptr ? std::string{headless::asRead(*value)} : std::string{};
 }
 
 void writePrivateProfileString(std::string_view section, std::string_view key, std::string_view value) {
+    if (headless::fails(headless::Point::iniWrite)) return;
     headless::putIni(section, key, value);
     headless::record(
         "ini", {{"section", std::string{section}}, {"key", std::string{key}}, {"value", std::string{value}}});
 }
 
 std::string getProfileString(std::string_view section, std::string_view key, std::string_view fallback) {
+    if (headless::fails(headless::Point::languageRead)) return headless::cut(fallback);
     const bool languageAsked = headless::sameName(section, "intl") && headless::sameName(key, "sLanguage");
     return headless::cut(languageAsked ? std::string_view{headless::language()} : fallback);
 }

@@ -1,6 +1,7 @@
 #include "platform/program.h"
 
 #include "platform/headless/event_loop.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/program.h"
 #include "platform/headless/recorder.h"
 
@@ -28,6 +29,9 @@ std::string commandLine() { return headless::commandLineText(); }
 
 void end() { headless::endProgram(); }
 
-void appendTrace(std::string_view line) { headless::record("trace", {{"line", std::string{line}}}); }
+void appendTrace(std::string_view line) {
+    headless::raiseIfPlanned(headless::Point::traceWrite);
+    headless::record("trace", {{"line", std::string{line}}});
+}
 
 }  // namespace qxterm::program

@@ -7,6 +7,7 @@
 #include "platform/headless/clock.h"
 #include "platform/headless/display.h"
 #include "platform/headless/event_loop.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/forms.h"
 #include "platform/headless/message_box.h"
 #include "platform/headless/modal.h"
@@ -51,6 +52,7 @@ void endRun() {
 
 void reset() {
     endRun();
+    clearFailures();
     setAddressFamily(usualFamily);
     setPortsBusy(false);
     resetModal();

@@ -3,6 +3,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/headless/clock.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/recorder.h"
 #include "platform/headless/serial.h"
 #include "platform/hex_text.h"
@@ -15,6 +17,7 @@ struct SerialPort::Native {
     std::int16_t handshaking = 0;
     std::int16_t inputLength = 0;
     bool open = false;
+    std::uint32_t opening = 0;  ///< counts the openings
     bool carrier = false;
     std::int16_t event = 0;
     std::string received;
@@ -38,6 +41,18 @@ SerialPort::Native& stateOf(SerialPort& port) {
         port.native = ports().back().second.get();
     }
     return *port.native;
+}
+
+/// The port was pulled out, as is found when time passes: to the program that is a lost carrier.
+void vanishLater(SerialPort& port) {
+    happenNext([&port, opening = stateOf(port).opening] {
+        SerialPort::Native& state = stateOf(port);
+        if (!state.open || state.opening != opening) return;
+        state.open = false;
+        state.carrier = false;
+        state.received.clear();
+        serialEvent(port, commEvents::carrierDetect);
+    });
 }
 
 }  // namespace
@@ -92,8 +107,11 @@ void SerialPort::setPortOpen(bool open) {
         headless::record("serial", {{"op", "close"}});
         return;
     }
+    headless::raiseIfPlanned(headless::Point::serialOpen);
     if (headless::portsBusy) throw RunTimeError{errors::deviceUnavailable};
+    headless::raiseIfPlanned(headless::Point::serialSettings);
     state.open = true;
+    ++state.opening;
     headless::record("serial", {{"op", "open"},
                                 {"port", state.port},
                                 {"settings", state.settings},
@@ -103,10 +121,13 @@ void SerialPort::setPortOpen(bool open) {
 bool SerialPort::portOpen() const { return native != nullptr && native->open; }
 
 void SerialPort::setBreak(bool on) {
-    if (portOpen()) headless::record("serial", {{"op", "break"}, {"value", on}});
+    if (portOpen() && !headless::fails(headless::Point::serialBreak))
+        headless::record("serial", {{"op", "break"}, {"value", on}});
 }
 
-bool SerialPort::carrierHolding() const { return portOpen() && native->carrier; }
+bool SerialPort::carrierHolding() const {
+    return portOpen() && !headless::fails(headless::Point::serialCarrier) && native->carrier;
+}
 
 std::int16_t SerialPort::commEvent() const { return native == nullptr ? std::int16_t{0} : native->event; }
 
@@ -116,6 +137,10 @@ std::int32_t SerialPort::inBufferCount() const {
 
 std::string SerialPort::input() {
     if (!portOpen()) return {};
+    if (headless::fails(headless::Point::serialRead)) {
+        headless::vanishLater(*this);
+        return {};
+    }
     const auto wanted = static_cast<std::size_t>(native->inputLength);
     const std::size_t length = native->inputLength <= 0 ? native->received.size() : wanted;
     std::string text = native->received.substr(0, length);
@@ -124,7 +149,12 @@ std::string SerialPort::input() {
 }
 
 void SerialPort::output(std::string_view text) {
-    if (portOpen()) headless::record("send", {{"to", "serial"}, {"bytes", hexText(text)}});
+    if (!portOpen()) return;
+    if (headless::fails(headless::Point::serialWrite)) {
+        headless::vanishLater(*this);
+        return;
+    }
+    headless::record("send", {{"to", "serial"}, {"bytes", hexText(text)}});
 }
 
 }  // namespace qxterm

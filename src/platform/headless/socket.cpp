@@ -4,9 +4,12 @@
 #include <memory>
 #include <vector>
 
+#include "platform/headless/clock.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/recorder.h"
 #include "platform/headless/socket.h"
 #include "platform/hex_text.h"
+#include "platform/system_text.h"
 
 namespace qxterm {
 
@@ -14,8 +17,9 @@ struct Socket::Native {
     enum class Phase : std::uint8_t { closed, connecting, connected, lost };
     Phase phase = Phase::closed;
     std::string received;
-    std::size_t taken = 0;    ///< bytes read since the last reset of the count
-    bool announcing = false;  ///< an arrival handler runs
+    std::size_t taken = 0;      ///< bytes read since the last reset of the count
+    std::uint32_t attempt = 0;  ///< counts the attempts to connect
+    bool announcing = false;    ///< an arrival handler runs
 };
 
 }  // namespace qxterm
@@ -41,6 +45,16 @@ Socket::Native& stateOf(Socket& socket) {
         socket.native = sockets().back().second.get();
     }
     return *socket.native;
+}
+
+/// The attempt fails once time passes, unless the program has ended it by then.
+void failLater(Socket& socket, std::int16_t number) {
+    happenNext([&socket, number, attempt = stateOf(socket).attempt] {
+        Socket::Native& state = stateOf(socket);
+        if (state.phase != Phase::connecting || state.attempt != attempt) return;
+        state.phase = Phase::closed;
+        socket.onError.raise(number, socketErrorText(number));
+    });
 }
 
 /// Marks an arrival handler as running for as long as it does.
@@ -113,7 +127,11 @@ using headless::stateOf;
 void Socket::connect(std::string_view host, std::uint16_t port) {
     close();
     headless::record("socket", {{"op", "connect"}, {"host", std::string{host}}, {"port", port}});
-    stateOf(*this).phase = Phase::connecting;
+    Native& state = stateOf(*this);
+    state.phase = Phase::connecting;
+    ++state.attempt;
+    if (const auto number = headless::failure(headless::Point::socketConnect))
+        headless::failLater(*this, *number);
 }
 
 void Socket::close() {
@@ -128,6 +146,7 @@ void Socket::send(std::string_view text) {
     const Phase phase = stateOf(*this).phase;
     if (phase == Phase::lost) throw RunTimeError{headless::errorReset};
     if (phase != Phase::connected) throw RunTimeError{headless::errorNotConnected};
+    headless::raiseIfPlanned(headless::Point::socketSend);
     headless::record("send", {{"to", "socket"}, {"bytes", hexText(text)}});
 }
 

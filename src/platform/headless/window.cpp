@@ -6,6 +6,7 @@
 #include "platform/headless/clock.h"
 #include "platform/headless/display.h"
 #include "platform/headless/event_loop.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/forms.h"
 #include "platform/headless/native.h"
 #include "platform/headless/picture_box.h"
@@ -63,6 +64,7 @@ namespace qxterm::backend {
 using headless::record;
 
 void createWindow(Form& form) {
+    headless::raiseIfPlanned(headless::Point::windowCreate);
     headless::loaded().push_back(&form);
     form.native = new Form::Native{headless::designedPlace(form.kind())};
     for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {

@@ -30,7 +30,7 @@ void show(const std::string& file, std::int32_t command, std::int32_t context) {
         return;
     }
     if (GetFileAttributesA(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
-        tell("The help file cannot be found:\r\n" + file);
+        tell(missingFile(file));
         return;
     }
     if (htmlHelp() == nullptr) {
