@@ -12,6 +12,7 @@
 #include "connection/transport_controls.h"
 #include "platform/controls.h"
 #include "platform/form.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/modal.h"
 #include "program.h"
 #include "program_forms.h"
@@ -145,6 +146,7 @@ bool Steps::next(std::string& line) {
     }
     if (line.starts_with("start")) forgetOutside();
     count(line);
+    painted_ = line == "paint";
     allowSends(plan_.yields ? Sends::anything : sendsOf(line));
     return true;
 }
@@ -153,7 +155,7 @@ const Tally& tally() { return total; }
 
 void Steps::count(std::string_view line) {
     if (!headless::modalForms().empty()) ++total.inDialogs;
-    if (line.starts_with("fault")) ++total.faults;
+    if (line.starts_with("fa")) ++total.faults;
     if (line.starts_with("start")) ++total.starts;
 }
 
@@ -163,6 +165,7 @@ void Steps::carriedOut() {
     sessionWasUp_ = g_bConnectActive;
     checkMemory();
     checkSession();
+    if (painted_ && !plan_.faults && scenario::programRuns()) checkPicture();
 }
 
 std::string Steps::choose() {
@@ -364,7 +367,19 @@ std::string Steps::atTheScreen() {
     }
 }
 
+/// A call of the system that is to fail.
+std::string Steps::failing() {
+    const auto points = headless::points();
+    const headless::PointInfo& point = points[choices_.below(static_cast<std::uint32_t>(points.size()))];
+    std::string line = "fail " + std::string{point.name};
+    if (choices_.oneIn(6)) return line + " never";
+    if (choices_.oneIn(2)) line += " after " + std::to_string(choices_.below(4));
+    if (choices_.oneIn(3)) line += " times " + std::to_string(1 + choices_.below(4));
+    return line;
+}
+
 std::string Steps::planned() {
+    if (choices_.oneIn(2)) return failing();
     constexpr std::array numbers{5, 6, 7, 9, 13, 52, 53, 68, 70, 75, 76, 91, 10035, 10048, 10054, 10060};
     std::string_view routine = oneOf(choices_, routines);
     if (endsTheProgram(routine) && !choices_.oneIn(10)) routine = "putBuf";

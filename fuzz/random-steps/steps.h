@@ -49,6 +49,7 @@ private:
     std::string fromTheOtherEnd();
     std::string withTheMouse();
     std::string planned();
+    std::string failing();
     std::string bytes();
     std::string profile();
 
@@ -56,6 +57,7 @@ private:
 
     testing::Choices choices_;
     bool sessionWasUp_ = false;
+    bool painted_ = false;  ///< the step that is carried out is a paint
     Plan plan_;
     std::uint32_t length_;
     std::size_t taken_ = 0;

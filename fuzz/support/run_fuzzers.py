@@ -38,7 +38,7 @@ class Fuzzer:
             os.makedirs(folder, exist_ok=True)
 
     def options(self):
-        options = ["-timeout=120", "-rss_limit_mb=2048", "-print_final_stats=1", f"-artifact_prefix={self.found}/"]
+        options = ["-timeout=600", "-report_slow_units=600", "-rss_limit_mb=2048", "-print_final_stats=1", f"-artifact_prefix={self.found}/"]
         if os.path.exists(self.dictionary):
             options.append(f"-dict={self.dictionary}")
         return options
@@ -86,7 +86,7 @@ class Fuzzer:
             if not GIVEN_BY_HAND.match(name):
                 shutil.copy(f"{self.corpus}/{name}", f"{kept}/{name}")
         subprocess.run(
-            [self.program, "-merge=1", "-timeout=120", "-rss_limit_mb=2048", kept, self.corpus, self.inputs],
+            [self.program, "-merge=1", "-timeout=600", "-rss_limit_mb=2048", kept, self.corpus, self.inputs],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,

@@ -12,8 +12,11 @@
 #include "platform/headless/modal.h"
 #include "platform/main_form.h"
 #include "support/target.h"
+#include "terminal/drawing/drawing.h"
+#include "terminal/drawing/paint.h"
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/interpreter/sequences.h"
+#include "terminal/model/attributes.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
@@ -36,9 +39,9 @@ std::string textOf(const headless::Record& record, std::string_view name) {
     return {};
 }
 
-constexpr std::array<std::string_view, 17> knownKinds{
-    "window",  "caption", "apptitle", "label",     "box",  "refused", "send", "socket", "serial",
-    "process", "ini",     "trace",    "clipboard", "beep", "help",    "draw", "exit"};
+constexpr std::array<std::string_view, 18> knownKinds{
+    "failed", "window",  "caption", "apptitle", "label",     "box",  "refused", "send", "socket",
+    "serial", "process", "ini",     "trace",    "clipboard", "beep", "help",    "draw", "exit"};
 
 void keepSend(const headless::Record& record) {
     const std::string to = textOf(record, "to");
@@ -132,6 +135,23 @@ void checkSession() {
     require(!outside.socketOpen, "without a session the socket is closed");
     require(!outside.serialOpen && !comser.portOpen(), "without a session the port is closed");
     require(!sshHelperRecorded(), "without a session no helper runs");
+}
+
+void checkPicture() {
+    if (!frmterm.visible() || modeSet(mode::drawingSuspended) || localPromptShown()) return;
+    for (int row = 0; row < pictureRows; ++row) {
+        const ScreenLine& line = row < pageRows ? virtualLine(vscterm.value() + row) : lineOnRow(statusRow);
+        for (int column = 0; column < pictureColumns; ++column) {
+            const PictureCell cell = picterm.picture().at(column, row);
+            const int word = line.attrs[static_cast<std::size_t>(column) + 1];
+            const bool used = column <= line.usedLength;
+            const bool blank = !used || ((word & attrFlag::blink) != 0 && textBlinkOff);
+            require(cell.text() == (blank ? ' ' : line.text[static_cast<std::size_t>(column)]),
+                    "a paint shows the lines' characters");
+            require(cell.underlined() == (!blank && (word & attrFlag::underline) != 0),
+                    "a paint shows what is underlined");
+        }
+    }
 }
 
 bool isTelnetAnswer(std::string_view hex) {

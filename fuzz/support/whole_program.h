@@ -21,6 +21,9 @@ void allowSends(Sends allowed);
 void checkMemory();
 /// The same for the registry of timers, and for what a session leaves behind when none runs.
 void checkSession();
+/// The window has just been painted, and no failure is planned: ends the program unless it shows what the
+/// lines of the view hold.
+void checkPicture();
 /// The program has been killed: what it had open is gone with it.
 void forgetOutside();
 

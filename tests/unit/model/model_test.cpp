@@ -19,7 +19,8 @@ void walk(std::uint64_t seed, int steps) {
 
 TEST(Model, RandomStepsAreTheSameForProgramAndTwin) {
     constexpr std::uint64_t seeds = 24;
-    for (std::uint64_t seed = 1; seed <= seeds && !::testing::Test::HasFatalFailure(); ++seed) walk(seed, 150);
+    for (std::uint64_t seed = 1; seed <= seeds && !::testing::Test::HasFatalFailure(); ++seed)
+        walk(seed, 150);
 }
 
 }  // namespace
