@@ -5,19 +5,28 @@
 
 file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
-set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp)
+set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp ${support}/whole_program.cpp)
+
+file(GLOB model_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/model/*.cpp")
 
 function(qxterm_fuzz_program name)
-    add_executable(${name} ${ARGN} ${support_sources})
-    target_include_directories(${name} PRIVATE fuzz)
+    add_executable(${name} ${ARGN} ${support_sources} ${model_sources})
+    target_include_directories(${name} PRIVATE fuzz tests tools)
     qxterm_link(${name} qxterm_scenario_parts)
+    target_link_libraries(${name} PRIVATE zpt_ssh_parts zpt_tnetd_parts)
 endfunction()
+
+file(GLOB steps_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/random-steps/*.cpp")
+if(NOT CMAKE_CROSSCOMPILING)
+    qxterm_fuzz_program(random-steps ${steps_sources})
+endif()
 
 if(QXTERM_FUZZERS)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         message(FATAL_ERROR "The fuzzers need clang: use the preset fuzz")
     endif()
     add_custom_target(fuzzers)
+    add_dependencies(fuzzers random-steps)
     foreach(source IN LISTS fuzz_targets)
         get_filename_component(name "${source}" NAME_WE)
         qxterm_fuzz_program(${name} "${source}" ${support}/fuzzer_entry.cpp)

@@ -90,6 +90,9 @@ foreach(source IN LISTS fuzz_targets)
     )
 endforeach()
 
+# Random commands for the whole program, with failures planned: some of the many that fuzz/random-steps plays.
+qxterm_test(fuzz-corpus/random-steps fuzz-corpus 120 "$<TARGET_FILE:random-steps>" --steps 30000)
+
 # The demonstration host
 
 file(GLOB demohost_tests CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/demohost/test_*.py")

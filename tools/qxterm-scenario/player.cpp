@@ -90,6 +90,7 @@ void queueForYield(std::string_view line) {
 namespace {
 
 int playSource(LineSource& source) {
+    queued().clear();
     script = &source;
     int status = 0;
     headless::setNextEvent(runNextLineInModal);

@@ -54,6 +54,7 @@ void runStartUp(std::string_view commandLine) {
 
 void prepareProgram(headless::Sink given) {
     started = false;
+    waitingFaults().clear();
     sink = given != nullptr ? given : printRecord;
     headless::resetAll();
     headless::setSink(sink);

@@ -26,7 +26,10 @@ ScreenLine& oldestSlot() {
 
 /// The used length that a line has in the scrollback: one that was not drawn yet still shows all that it
 /// held.
-std::int16_t heldLength(const ScreenLine& line) { return std::max(line.usedLength, line.dirtyLast); }
+std::int16_t heldLength(const ScreenLine& line) {
+    const bool drawn = (line.lineFlags & lineFlag::draw) == 0;
+    return drawn ? line.usedLength : std::max(line.usedLength, line.dirtyLast);
+}
 
 /// True when scrollUp would move the whole page, of which nothing can fail.
 bool scrollsWholePage() { return regionTop == 0 && regionBottom == pageRows - 1 && shortWaysOpen(); }

@@ -28,9 +28,11 @@ struct Cell {
     std::int32_t row;  ///< virtual line number
 };
 
-Cell cellAt(std::int32_t x, std::int32_t y) {
-    return {x / (g_iTwipsX * charWidth), y / (g_iTwipsY * lineHeight) + vscterm.value()};
-}
+// In twips. A cell that could not be measured counts as one pixel.
+std::int32_t cellWidth() { return g_iTwipsX * std::max(charWidth, 1); }
+std::int32_t cellHeight() { return g_iTwipsY * std::max(lineHeight, 1); }
+
+Cell cellAt(std::int32_t x, std::int32_t y) { return {x / cellWidth(), y / cellHeight() + vscterm.value()}; }
 
 void setEnd(const Cell& cell) {
     // -1 stands for "no selection", so a mouse left of the screen ends at its edge.
@@ -78,7 +80,7 @@ void picterm_MouseMove(std::int16_t /*button*/, std::int16_t /*shift*/, std::int
     trapped("picterm_MouseMove", [&] {
         if (!buttonHeld) return;
         const bool above = y < 0;
-        const bool below = y / (g_iTwipsY * lineHeight) >= pageRows;
+        const bool below = y / cellHeight() >= pageRows;
         // Once auto-scroll runs its steps set the end point, until the mouse is back on the page.
         const bool stepping = (above && autoScrollUp) || (below && autoScrollDown);
         setAutoScroll(above, below);

@@ -22,7 +22,6 @@ namespace {
 namespace key {
 constexpr std::int16_t pageUp = 33;
 constexpr std::int16_t pageDown = 34;
-constexpr std::int16_t end = 35;
 constexpr std::int16_t home = 36;
 constexpr std::int16_t insert = 45;
 }  // namespace key

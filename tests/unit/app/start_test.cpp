@@ -27,6 +27,18 @@ protected:
     static Lines boxTexts() { return boxes(); }
 };
 
+TEST_F(Start, CellsThatCouldNotBeMeasuredCanBeClickedOn) {
+    planFault("calcSize", errors::outOfMemory);
+    start();
+    EXPECT_EQ(boxTexts().size(), 1U);
+    host(std::string(30, '\n'));
+    picterm.onMouseDown.raise(1, 0, 300, 300);
+    picterm.onMouseMove.raise(1, 0, 600, -15);
+    headless::advance(1000);
+    picterm.onMouseUp.raise(1, 0, 600, 40000);
+    EXPECT_TRUE(frmterm.loaded());
+}
+
 TEST_F(Start, WithoutAFileTheProgramComesUpUntitledAndCentred) {
     start();
     EXPECT_EQ(headless::now(), 3000);

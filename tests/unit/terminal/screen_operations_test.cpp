@@ -455,6 +455,17 @@ TEST_F(ScreenOperations, LinesThatScrollAwayUndrawnAreInTheScrollbackWhole) {
     EXPECT_EQ(std::string(stored.text.begin(), stored.text.begin() + 4), "gone");
 }
 
+TEST_F(ScreenOperations, ALineThatWasErasedSinceItWasDrawnIsShorterInTheScrollbackToo) {
+    for (const std::string region : {"", "\x1b[1;20r"}) {  // the quick way, and any other
+        host(
+            "\x1b"
+            "c\x1b#8\x1b[2K" +
+            region + "\x1b[24;1H\x1b[B\n");
+        EXPECT_EQ(virtualLine(500).text[79], 'E') << region;
+        EXPECT_EQ(virtualLine(500).usedLength, 0) << region;
+    }
+}
+
 TEST_F(ScreenOperations, CursorLeftStopsAtColumnZero) {
     pend("ab");
     cursorLeft();
