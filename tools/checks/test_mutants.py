@@ -71,6 +71,10 @@ class Switches(unittest.TestCase):
         self.assertEqual(switched("    return row + 1 < last ? row : 0;", of_kind("comparison"))[0],
                          "    return (mutantOn(1) ? (row + 1 <= last) : (row + 1 < last)) ? row : 0;")
 
+    def test_exchanged_arguments_take_their_call_along(self):
+        self.assertEqual(switched("    out += rest.cut(0, percent) + end;", of_kind("arguments exchanged"))[0],
+                         "    out += (mutantOn(1) ? (rest.cut(percent, 0) + end) : (rest.cut(0, percent) + end));")
+
     def test_several_mutants_share_a_place_or_stand_in_each_other(self):
         self.assertEqual(switched("    x = a[n + 1] + b;", of_kind("arithmetic"))[0],
                          "    x = (mutantOn(2) ? (a[n + 1] - b) : (a[(mutantOn(1) ? (n - 1) : (n + 1))] + b));")

@@ -146,8 +146,8 @@ PLACE = re.compile(r"^(?:In file included from |\s+from )?(\S+?):(\d+):(?:\d+:)?
 
 
 def _refused(said, root):
-    """The places that the compiler complains about: for each error the line, and the lines of its notes."""
-    errors, current = [], None
+    """The places that the compiler complains about: for each error the line, what asked for it, and the lines of its notes."""
+    errors, current, asked = [], None, []
     for line in said.splitlines():
         match = PLACE.match(line)
         if not match:
@@ -155,8 +155,11 @@ def _refused(said, root):
         path = os.path.relpath(os.path.join(root, "build", "mutant", match[1]), root)
         place = (path, int(match[2]))
         if match[3] == "error":
-            current = [place]
+            current = [place, *asked]
             errors.append(current)
+            asked = []
+        elif "required from" in line:
+            asked.append(place)
         elif match[3] == "note" and current:
             current.append(place)
     return errors
@@ -242,14 +245,15 @@ class Many:
         with open(path, "wb") as file:
             pickle.dump((known, self.tests.all, self.reached), file)
 
-    def judge(self, number):
-        """("noticed", by which test), ("alive", "") or None when it was never reached."""
+    def judge(self, number, slow):
+        """("noticed", by which test), ("alive", "") or None when it was never reached. By the quick tests, or for one that is
+        alive by them by the slow ones."""
         names = set(self.reached.get(number, ()))
-        if not names:
-            return None
         tests = [test for test in self.tests.all if test.name in names]
-        failed = self.tests.first_failure(tests, {"QXTERM_MUTANT": str(number)})
-        return ("noticed", failed) if failed else ("alive", f"{len(tests)} tests reach it")
+        failed = self.tests.first_failure(tests, {"QXTERM_MUTANT": str(number)}, quick=not slow, slow=slow)
+        if failed:
+            return "noticed", failed
+        return ("alive", f"{len(tests)} tests reach it") if slow and tests else None
 
 
 class Single:
@@ -376,7 +380,9 @@ def main():
         alone = {number: mutant for number, mutant in todo.items() if number in many.left_out}
         together = {number: mutant for number, mutant in todo.items() if number not in alone}
         print(f"{len(together)} in one build", flush=True)
-        alone.update(run_all(together, lambda number, _: many.judge(number), arguments.jobs, log, known))
+        together = run_all(together, lambda number, _: many.judge(number, False), arguments.jobs, log, known)
+        print(f"{len(together)} alive by the quick tests", flush=True)
+        alone.update(run_all(together, lambda number, _: many.judge(number, True), arguments.jobs, log, known))
         print(f"{len(alone)} in builds of their own", flush=True)
         single = Single(arguments.work, arguments.sanitize, many)
         run_all(dict(sorted(alone.items())), lambda _, mutant: single.judge(mutant), 1, log, known)

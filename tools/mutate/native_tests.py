@@ -14,10 +14,11 @@ ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__)
 sys.path.insert(0, os.path.join(ROOT, "tools", "checks"))
 import scenario_file  # noqa: E402
 
+UNIT_TESTS = ("terminal-tests", "unit-tests")
 PROGRAMS = ("terminal-tests", "unit-tests", "qxterm-scenario", "fuzz-replay")
 MEMORY = 3 * 1024 ** 3  # bytes; a mutant may ask for ever more
 WALL = 300  # seconds; for what waits for ever
-QUICK = 0.2  # seconds: tests that run before all others
+QUICK = 0.03  # seconds: tests that run before all others
 
 
 @dataclass
@@ -27,6 +28,7 @@ class Test:
     command: list = field(default_factory=list)
     seconds: float = 0.0  # of processor time, by the unchanged program
     output: bytes = b""  # of the unchanged program
+    reached: int = 0  # how many mutants
 
 
 class Tests:
@@ -37,7 +39,7 @@ class Tests:
         program = {name: os.path.join(build, name) for name in PROGRAMS}
         self._program, self._expected, self._lock = program, {}, threading.Lock()
         self.all = []
-        for name in ("terminal-tests", "unit-tests"):
+        for name in UNIT_TESTS:
             self.all += [Test(case, name) for case in self._cases(name)]
         scenarios = sorted(glob.glob(os.path.join(root, "tests", "scenarios", "**", "*.scn"), recursive=True))
         for path in scenarios:
@@ -49,7 +51,6 @@ class Tests:
         for recording in sorted(glob.glob(os.path.join(root, "tests", "recordings", "*.bin"))):
             name = os.path.basename(recording).removesuffix(".bin")
             self._command(f"recordings/{name}", [python, "tests/recordings/play.py", "--program", scenario, name])
-        self._command("check/help", [python, "tools/checks/check-help.py", "--program", scenario])
         self._command("check/examples", [python, "tools/checks/check-examples.py", "--program", scenario])
         self._command("scenario/thousand-times", [python, "tests/reconnections/thousand_times.py", scenario])
         self._command("replay/pictures", [python, "tests/replay/test_pictures.py"])
@@ -70,11 +71,11 @@ class Tests:
 
     def _run(self, command, seconds, environment):
         """(exit status or None when a limit was met, what was printed, processor time)."""
-        limit = int(10 + 6 * seconds)
+        limit = int(2 + 5 * seconds)
 
         def limits():
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-            resource.setrlimit(resource.RLIMIT_CPU, (limit, limit + 5))
+            resource.setrlimit(resource.RLIMIT_CPU, (limit, limit + 1))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
         process = subprocess.Popen(command, cwd=self.root, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -106,26 +107,34 @@ class Tests:
     def run_one(self, test, environment):
         """(whether it passes, its processor time, what it printed)"""
         command = test.command
-        if test.kind in ("terminal-tests", "unit-tests"):
+        if test.kind in UNIT_TESTS:
             command = [self._program[test.kind], "--gtest_brief=1", f"--gtest_filter={test.name}"]
         environment = {**environment, "QXTERM_SCENARIO": self._program["qxterm-scenario"]}
         status, output, seconds = self._run(command, test.seconds, environment)
         passed = self._passes_scenario(test, status, output) if test.kind == "scenario" else status == 0
         return passed, seconds, output
 
-    def first_failure(self, tests, environment):
-        """The name of a test that fails, or "". The quick ones first, and those that are likeliest to notice."""
-        quick = [test for test in tests if test.seconds <= QUICK]
-        slow = sorted((test for test in tests if test.seconds > QUICK), key=lambda test: test.seconds)
-        for program in ("terminal-tests", "unit-tests"):
-            cases = [test for test in quick if test.kind == program]
-            if cases:
-                failed = self._first_case(program, cases, environment)
-                if failed:
-                    return failed
-        for test in [test for test in quick if test.kind not in ("terminal-tests", "unit-tests")] + slow:
-            if not self.run_one(test, environment)[0]:
-                return test.name
+    def first_failure(self, tests, environment, quick=True, slow=True):
+        """The name of a test that fails, or "". Those that are likeliest to notice come first: what reaches little is about
+        what it reaches."""
+        ordered = sorted((test for test in tests if test.seconds <= QUICK), key=lambda test: (test.reached, test.name))
+        units = {program: [test for test in ordered if test.kind == program] for program in UNIT_TESTS}
+        others = [test for test in ordered if test.kind not in UNIT_TESTS]
+        steps = []
+        if quick:
+            for first, last in ((0, 10), (10, 60), (60, len(ordered))):
+                steps += [(program, units[program][first:last]) for program in UNIT_TESTS]
+                steps += [("", [test]) for test in others[first:last]]
+        if slow:
+            heavy = sorted((test for test in tests if test.seconds > QUICK), key=lambda test: test.seconds)
+            steps += [("", [test]) for test in heavy]
+        for program, group in steps:
+            if program and group:
+                failed = self._first_case(program, group, environment)
+            else:
+                failed = next((test.name for test in group if not self.run_one(test, environment)[0]), "")
+            if failed:
+                return failed
         return ""
 
     def _first_case(self, program, cases, environment):
@@ -206,5 +215,6 @@ def measure(tests, jobs, watch_file, size):
                 print(f"mutate: without any change {test.name} fails; it is left out", file=sys.stderr)
                 continue
             found[test.name] = reached
+            test.reached = len(reached)
     tests.all = [test for test in tests.all if test.name in found]
     return found

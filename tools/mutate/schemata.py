@@ -165,7 +165,13 @@ class Schema:
             place = _Place(opening, self._bare.index(";", opening))
             form = f"!({self._flat(place.start, place.end)})"
         else:
-            place = _Place(*expression_around(self._bare, start, end))
+            around = (start, end)
+            if mutant.kind == "arguments exchanged":  # the call, and what it stands in
+                while self._bare[start] != "(" or matching(self._bare, start) < end:
+                    start -= 1
+                around = (start - 1, matching(self._bare, start) + 1)
+                start = line_start + a
+            place = _Place(*expression_around(self._bare, *around))
             form = self._flat(place.start, start) + new + self._flat(end, place.end)
         same = [other for other in self._places
                 if (other.start, other.end, other.statement) == (place.start, place.end, statement)]

@@ -344,7 +344,7 @@ TEST_F(SshConnect, TheLoginNameThatIsSentIsTraced) {
     records.clear();
     headless::socketReceives(comnet2, "xlogin: ");
     const Lines traced = recorded("trace", "line");
-    EXPECT_EQ(std::count(traced.begin(), traced.end(), "BYTES<< 62 6f 62 0d "), 1);
+    EXPECT_EQ(std::count(traced.begin(), traced.end(), "BYTES<< 62 6F 62 0D "), 1);
     EXPECT_EQ(recorded("send", "bytes"), (Lines{"626f620d"}));
 }
 
