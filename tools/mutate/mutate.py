@@ -1,17 +1,20 @@
 #!/usr/bin/env python3
 """Would the tests notice? Changes one place of the sources at a time and runs the native tests.
 
-    tools/mutate/mutate.py [--count N] [--seed S] [--files REGEX] [--jobs J] [--sanitize]
+    tools/mutate/mutate.py [--count N] [--seed S] [--files REGEX] [--jobs J] [--sanitize] [--work DIR]
     tools/mutate/mutate.py --list [--files REGEX]
 
-Takes N places at random (200) in src/ without src/platform/win32, each in a copy of the project in build/mutate/. A
-mutant is "noticed" when a test fails or does not end, "nothing" when the programs built from it are those built without it, "no
-code" when it does not compile, and else "alive". Each result is a line of build/mutate/seed-S.jsonl; what stands there
-already is not done again, so that an interrupted run goes on where it was. At the end the living are listed, and the share
-of those noticed among those that change anything.
+Takes N places at random (200) in src/ without src/platform/win32. Most of the mutants stand in one build, each behind a
+switch (schemata.py); a first run of every test tells which mutants it reaches, and a mutant is judged by those tests alone.
+Mutants that cannot stand so (the size of an array, a label), or that nothing reaches, are built one at a time.
 
---sanitize builds with the sanitizers of the preset native: slower, and notices what only they see. Run the living again
-so: --again FILE.jsonl takes the living of such a file instead of a random choice.
+A mutant is "noticed" when a test fails or does not end, "nothing" when the programs built from it are those built without
+it, "no code" when it does not compile, and else "alive". Each result is a line of DIR/seed-S.jsonl (build/mutate/); what
+stands there already is not done again, so that an interrupted run goes on where it was. At the end the living are listed,
+and the share of those noticed among those that change anything.
+
+--sanitize builds with the sanitizers of the preset native: slower, and notices what only they see. --again runs the living
+of the same choice once more, after tests were added.
 """
 
 import argparse
@@ -20,22 +23,20 @@ import glob
 import hashlib
 import json
 import os
-import queue
+import pickle
 import random
 import re
-import resource
+import shlex
 import shutil
 import subprocess
 import sys
 import threading
 
+import native_tests
 import places
+import schemata
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-WORK = os.path.join(ROOT, "build", "mutate")
-PROGRAMS = ("terminal-tests", "unit-tests", "qxterm-scenario", "fuzz-replay")
-MEMORY = 4 * 1024 ** 3  # bytes; a mutant may ask for ever more
-PATIENCE = 120  # seconds; what takes longer goes round for ever
 SANITIZERS = "address,undefined"
 
 
@@ -54,108 +55,258 @@ def all_mutants(pattern):
 
 
 class Copy:
-    """A copy of the project that mutants are built in, one at a time."""
+    """A copy of the project, built without sanitizers (unless told otherwise) and with the switches of mutants."""
 
-    def __init__(self, number, sanitize):
-        self.root = os.path.join(WORK, f"{'sanitized' if sanitize else 'plain'}-{number}")
-        self.build = os.path.join(self.root, "build", "mutant")
+    def __init__(self, root, sanitize):
+        self.root = root
+        self.build = os.path.join(root, "build", "mutant")
         self.sanitize = sanitize
-        self._bring_up_to_date()
-        os.makedirs(self.build, exist_ok=True)
-        flags = ["-DCMAKE_CXX_FLAGS=-O1 -w", f"-DQXTERM_SANITIZE={SANITIZERS if sanitize else ''}"]
-        self._must(["cmake", "-S", self.root, "-B", self.build, "-G", "Ninja", *flags])
-        self._must(["cmake", "--build", self.build, "--target", *PROGRAMS])
-        self.unchanged = self._sums()
-        failed = self._first_failure()
-        if failed:
-            sys.exit(f"mutate: without any change {failed} fails")
+        self.kept = set()  # files that hold mutants now
 
-    def _bring_up_to_date(self):
+    def bring_up_to_date(self):
         listed = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True).stdout
-        for path in filter(None, listed.decode().split("\0")):
+        wanted = list(filter(None, listed.decode().split("\0")))
+        for path in wanted:
             source, target = os.path.join(ROOT, path), os.path.join(self.root, path)
-            with open(source, "rb") as file:
-                wanted = file.read()
-            if os.path.exists(target):
-                with open(target, "rb") as file:
-                    if file.read() == wanted:
-                        continue
-            os.makedirs(os.path.dirname(target), exist_ok=True)
-            shutil.copy2(source, target)
-            os.utime(target)
+            if path not in self.kept and os.path.exists(source) and not _same(source, target):
+                os.makedirs(os.path.dirname(target), exist_ok=True)
+                shutil.copy2(source, target)
+                os.utime(target)
+        for folder in ("src", "tests/unit", "tests/scenarios", "fuzz", "tools"):  # the build looks into these
+            for path in glob.glob(os.path.join(self.root, folder, "**", "*.*"), recursive=True):
+                if os.path.isfile(path) and os.path.relpath(path, self.root) not in wanted:
+                    os.remove(path)
         # The checks ask git for the files of the project, and would ask for those around this folder.
-        self._must(["git", "init", "-q", self.root])
+        _must(["git", "init", "-q", self.root])
 
-    def _must(self, command):
-        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-        if done.returncode != 0:
-            sys.exit(f"mutate: {' '.join(command)}:\n{done.stdout[-3000:]}")
+    def write(self, path, text):
+        """Puts a text in the place of a file of the copy."""
+        self.kept.add(path)
+        path = os.path.join(self.root, path)
+        with open(path, encoding="utf-8") as file:
+            if file.read() == text:
+                return
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
 
-    def _sums(self):
+    def configure(self):
+        os.makedirs(self.build, exist_ok=True)
+        here = os.path.join(self.root, "tools", "mutate")
+        switch = os.path.join(self.build, "switch.o")
+        _must(["g++", "-O1", "-c", os.path.join(here, "switch.cpp"), "-o", switch])
+        linker = "-fuse-ld=lld" if shutil.which("ld.lld") else ""
+        _must(["cmake", "-S", self.root, "-B", self.build, "-G", "Ninja", "-DCMAKE_CXX_COMPILER=g++",
+               f"-DCMAKE_CXX_FLAGS=-O1 -w -include {here}/switch.h", f"-DCMAKE_EXE_LINKER_FLAGS={linker}",
+               f"-DCMAKE_CXX_STANDARD_LIBRARIES={switch}", f"-DQXTERM_SANITIZE={SANITIZERS if self.sanitize else ''}"])
+
+    def compile(self, jobs):
+        """What the compiler says, when it fails; else ""."""
+        done = subprocess.run(["cmake", "--build", self.build, "--target", *native_tests.PROGRAMS, "-j", str(jobs), "--",
+                               "-k", "0"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
+        return done.stdout if done.returncode != 0 else ""
+
+    def check(self, jobs):
+        """What the compiler says to the files of src/ before any is built: far quicker than building."""
+        with open(os.path.join(self.build, "compile_commands.json"), encoding="utf-8") as file:
+            entries = [entry for entry in json.load(file) if entry["file"].startswith(os.path.join(self.root, "src"))]
+
+        def one(entry):
+            command = [word for word in shlex.split(entry["command"]) if not word.endswith("ccache")]
+            at = command.index("-o")
+            command = command[:at] + command[at + 2:] + ["-fsyntax-only"]
+            done = subprocess.run(command, cwd=entry["directory"], stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                                  text=True, errors="replace")
+            return done.stderr if done.returncode != 0 else ""
+
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            return "".join(pool.map(one, entries))
+
+    def sums(self):
         sums = []
-        for name in PROGRAMS:
+        for name in native_tests.PROGRAMS:
             with open(os.path.join(self.build, name), "rb") as file:
                 sums.append(hashlib.sha256(file.read()).hexdigest())
         return sums
 
-    def _passes(self, command):
-        def limit():
-            if not self.sanitize:  # they reserve far more than they use
-                resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
 
-        process = subprocess.Popen(command, cwd=self.root, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                   stderr=subprocess.DEVNULL, preexec_fn=limit, start_new_session=True)
-        try:
-            return process.wait(PATIENCE * (4 if self.sanitize else 1)) == 0
-        except subprocess.TimeoutExpired:
-            return False
-        finally:
-            try:
-                os.killpg(process.pid, 9)
-            except ProcessLookupError:
-                pass
-            process.wait()
+def _same(one, other):
+    if not os.path.exists(other):
+        return False
+    with open(one, "rb") as first, open(other, "rb") as second:
+        return first.read() == second.read()
 
-    def _first_failure(self):
-        program = {name: os.path.join(self.build, name) for name in PROGRAMS}
-        gtest = ["--gtest_brief=1", "--gtest_fail_fast"]
-        python = sys.executable
-        steps = [("terminal-tests", [program["terminal-tests"], *gtest]), ("unit-tests", [program["unit-tests"], *gtest]),
-                 ("scenarios", [python, "tools/checks/run-scenario.py", "--program", program["qxterm-scenario"], "--jobs", "1",
-                                "--all", "tests/scenarios"])]
-        for fuzzer in sorted(os.listdir(os.path.join(self.root, "fuzz", "corpus"))):
-            steps.append((f"fuzz-replay {fuzzer}", [program["fuzz-replay"], fuzzer, f"fuzz/corpus/{fuzzer}"]))
-        steps += [("examples", [python, "tools/checks/check-examples.py", "--program", program["qxterm-scenario"]]),
-                  ("help", [python, "tools/checks/check-help.py", "--program", program["qxterm-scenario"]]),
-                  ("thousand-times", [python, "tests/reconnections/thousand_times.py", program["qxterm-scenario"]])]
-        for name, command in steps:
-            if not self._passes(command):
-                return name
-        return ""
+
+def _must(command):
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    if done.returncode != 0:
+        sys.exit(f"mutate: {' '.join(command)}:\n{done.stdout[-3000:]}")
+
+
+PLACE = re.compile(r"^(?:In file included from |\s+from )?(\S+?):(\d+):(?:\d+:)?(?: (error|note|warning))?", re.MULTILINE)
+
+
+def _refused(said, root):
+    """The places that the compiler complains about: for each error the line, what asked for it, and the lines of its notes."""
+    errors, current, asked = [], None, []
+    for line in said.splitlines():
+        match = PLACE.match(line)
+        if not match:
+            continue
+        path = os.path.relpath(os.path.join(root, "build", "mutant", match[1]), root)
+        place = (path, int(match[2]))
+        if match[3] == "error":
+            current = [place, *asked]
+            errors.append(current)
+            asked = []
+        elif "required from" in line:
+            asked.append(place)
+        elif match[3] == "note" and current:
+            current.append(place)
+    return errors
+
+
+class Many:
+    """All mutants that can stand behind switches, in one build."""
+
+    def __init__(self, numbered, work, sanitize, jobs):
+        self.copy = Copy(os.path.join(work, "sanitized" if sanitize else "plain"), sanitize)
+        self.left_out = set()
+        self.jobs = jobs
+        by_path = {}
+        for number, mutant in numbered.items():
+            by_path.setdefault(mutant.path, {})[number] = mutant
+        os.makedirs(self.copy.root, exist_ok=True)
+        self.copy.kept = set(by_path)
+        self.copy.bring_up_to_date()
+        for path in by_path:
+            if not os.path.exists(os.path.join(self.copy.root, path)):
+                os.makedirs(os.path.dirname(os.path.join(self.copy.root, path)), exist_ok=True)
+                shutil.copy2(os.path.join(ROOT, path), os.path.join(self.copy.root, path))
+        remembered = os.path.join(work, "left-out.json")  # compiling finds them one after the other
+        if os.path.exists(remembered):
+            with open(remembered, encoding="utf-8") as file:
+                names = set(json.load(file))
+            self.left_out = {number for number, mutant in numbered.items() if mutant.name() in names}
+        changed = set(by_path)
+        configured = False
+        while True:
+            for path in changed:
+                with open(os.path.join(ROOT, path), encoding="utf-8") as file:
+                    text = file.read()
+                within = {number: mutant for number, mutant in by_path[path].items() if number not in self.left_out}
+                schema = schemata.Schema(text, within)
+                self.left_out |= set(schema.left_out)
+                by_path[path] = {number: mutant for number, mutant in within.items() if number not in schema.left_out}
+                self.copy.write(path, schema.source())
+            if not configured:
+                self.copy.configure()
+                configured = True
+            said = self.copy.check(jobs) or self.copy.compile(jobs)
+            if not said:
+                break
+            schemes = {}
+            changed = set()
+            refused = [[place for place in group if place[0] in by_path] for group in _refused(said, self.copy.root)]
+            # A header that is wrong makes those that include it look wrong.
+            in_headers = [group for group in refused if group and group[0][0].endswith(".h")]
+            for group in in_headers or refused:
+                for path, line in group:
+                    if path not in schemes:
+                        with open(os.path.join(ROOT, path), encoding="utf-8") as file:
+                            schemes[path] = schemata.Schema(file.read(), by_path[path])
+                    found = schemes[path].numbers_at(line)
+                    if found:
+                        self.left_out |= set(found)
+                        changed.add(path)
+                        break
+            with open(remembered, "w", encoding="utf-8") as file:
+                json.dump([numbered[number].name() for number in sorted(self.left_out)], file)
+            print(f"{len(self.left_out)} cannot stand behind switches so far", flush=True)
+            if not changed:
+                sys.exit(f"mutate: the copy does not compile:\n{said[-5000:]}")
+        self.tests = native_tests.Tests(self.copy.root, self.copy.build)
+        self._measure(work, max(numbered) + 1)
+
+    def _measure(self, work, size):
+        known, path = self.copy.sums(), os.path.join(work, "reached.pickle")
+        if os.path.exists(path):
+            with open(path, "rb") as file:
+                sums, tests, reached = pickle.load(file)
+            names = {test.name for test in self.tests.all}
+            if sums == known and names == {test.name for test in tests}:
+                self.tests.all, self.reached = tests, reached
+                return
+        print(f"{len(self.tests.all)} tests: what does each reach?", flush=True)
+        by_test = native_tests.measure(self.tests, self.jobs, os.path.join(work, "reached"), size)
+        self.reached = {}
+        for test in self.tests.all:
+            for number in by_test[test.name]:
+                self.reached.setdefault(number, []).append(test.name)
+        with open(path, "wb") as file:
+            pickle.dump((known, self.tests.all, self.reached), file)
+
+    def judge(self, number, slow):
+        """("noticed", by which test), ("alive", "") or None when it was never reached. By the quick tests, or for one that is
+        alive by them by the slow ones."""
+        names = set(self.reached.get(number, ()))
+        tests = [test for test in self.tests.all if test.name in names]
+        failed = self.tests.first_failure(tests, {"QXTERM_MUTANT": str(number)}, quick=not slow, slow=slow)
+        if failed:
+            return "noticed", failed
+        return ("alive", f"{len(tests)} tests reach it") if slow and tests else None
+
+
+class Single:
+    """One mutant in a build, for those that cannot stand behind a switch."""
+
+    def __init__(self, work, sanitize, many):
+        self.copy = Copy(os.path.join(work, "single"), sanitize)
+        self.copy.bring_up_to_date()
+        self.copy.configure()
+        said = self.copy.compile(os.cpu_count())
+        if said:
+            sys.exit(f"mutate: the copy does not compile:\n{said[-5000:]}")
+        self.unchanged = self.copy.sums()
+        self.tests = native_tests.Tests(self.copy.root, self.copy.build)
+        known = {test.name: test for test in many.tests.all}
+        self.tests.all = [test for test in self.tests.all if test.name in known]
+        for test in self.tests.all:
+            test.seconds, test.output = known[test.name].seconds, known[test.name].output
 
     def judge(self, mutant):
-        """What becomes of a mutant, and which tests noticed it."""
-        path = os.path.join(self.root, mutant.path)
-        with open(path, encoding="utf-8") as file:
+        with open(os.path.join(ROOT, mutant.path), encoding="utf-8") as file:
             text = file.read()
         lines = text.split("\n")
-        if lines[mutant.line - 1] != mutant.before:
-            return "stale", ""
         lines[mutant.line - 1] = mutant.after
         try:
-            with open(path, "w", encoding="utf-8") as file:
-                file.write("\n".join(lines))
-            built = subprocess.run(["cmake", "--build", self.build, "--target", *PROGRAMS, "-j", "1"],
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            if built.returncode != 0:
+            self.copy.write(mutant.path, "\n".join(lines))
+            if self.copy.compile(1):
                 return "no code", ""
-            if self._sums() == self.unchanged:
+            if self.copy.sums() == self.unchanged:
                 return "nothing", ""
-            failed = self._first_failure()
-            return ("noticed", failed) if failed else ("alive", "")
+            failed = self.tests.first_failure(self.tests.all, {})
+            return ("noticed", failed) if failed else ("alive", "all tests pass")
         finally:
-            with open(path, "w", encoding="utf-8") as file:
-                file.write(text)
+            self.copy.write(mutant.path, text)
+
+
+def named_mutants(path):
+    """Changes written by hand: a file of [path, text that stands there once, what it becomes]; on one line each."""
+    found = []
+    with open(path, encoding="utf-8") as file:
+        for source, text, other in json.load(file):
+            with open(os.path.join(ROOT, source), encoding="utf-8") as changed:
+                whole = changed.read()
+            if whole.count(text) != 1:
+                print(f"mutate: {source} holds {whole.count(text)} times: {text}", file=sys.stderr)
+                continue
+            lines, after = whole.split("\n"), whole.replace(text, other).split("\n")
+            at = next(n for n, line in enumerate(lines) if line != after[n])
+            left_out = after[at].strip() in ("", ";")
+            indent = len(lines[at]) - len(lines[at].lstrip())
+            found.append(places.Mutant(source, at + 1, "statement left out" if left_out else "by hand", lines[at],
+                                       " " * indent + ";" if left_out else after[at]))
+    return found
 
 
 def done_before(path):
@@ -178,6 +329,24 @@ def summary(results):
     print(f"noticed of those that change anything: {share}")
 
 
+def run_all(todo, judge, jobs, log, known):
+    """Judges each of {number: mutant} and writes the results down."""
+    writing = threading.Lock()
+
+    def one(item):
+        found = judge(*item)
+        if found is None:
+            return item
+        line = {"mutant": item[1].name(), "result": found[0], "by": found[1]}
+        with writing, open(log, "a", encoding="utf-8") as file:
+            file.write(json.dumps(line) + "\n")
+            known[item[1].name()] = line
+        return None
+
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        return dict(filter(None, pool.map(one, todo.items())))
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--count", type=int, default=200)
@@ -185,7 +354,9 @@ def main():
     parser.add_argument("--files", default="", help="only files whose path fits this pattern")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--sanitize", action="store_true")
-    parser.add_argument("--again", metavar="FILE", help="the living of such a file")
+    parser.add_argument("--again", action="store_true", help="the living of the same choice once more")
+    parser.add_argument("--work", default=os.path.join(ROOT, "build", "mutate"), help="where to build")
+    parser.add_argument("--named", metavar="FILE", help="besides, changes written by hand (named_mutants)")
     parser.add_argument("--list", action="store_true", help="every mutant there is, without building any")
     arguments = parser.parse_args()
     mutants = all_mutants(arguments.files)
@@ -193,36 +364,28 @@ def main():
         for mutant in mutants:
             print(mutant.name())
         return 0
-    os.makedirs(WORK, exist_ok=True)
-    if arguments.again:
-        living = {name for name, line in done_before(arguments.again).items() if line["result"] == "alive"}
-        chosen = [mutant for mutant in mutants if mutant.name() in living]
-        log = arguments.again.removesuffix(".jsonl") + ("-sanitized" if arguments.sanitize else "-again") + ".jsonl"
-    else:
-        chosen = random.Random(arguments.seed).sample(mutants, min(arguments.count, len(mutants)))
-        log = os.path.join(WORK, f"seed-{arguments.seed}.jsonl")
+    os.makedirs(arguments.work, exist_ok=True)
+    chosen = random.Random(arguments.seed).sample(mutants, min(arguments.count, len(mutants)))
+    if arguments.named:
+        chosen += [mutant for mutant in named_mutants(arguments.named) if mutant not in chosen]
+    numbered = dict(enumerate(chosen, 1))
+    log = os.path.join(arguments.work, f"seed-{arguments.seed}.jsonl")
     known = done_before(log)
-    todo = [mutant for mutant in chosen if mutant.name() not in known]
+    again = {name for name, line in known.items() if arguments.again and line["result"] == "alive"}
+    todo = {number: mutant for number, mutant in numbered.items()
+            if mutant.name() not in known or mutant.name() in again}
     print(f"{len(chosen)} mutants of {len(mutants)}, {len(todo)} to do; {log}", flush=True)
-
-    copies = queue.Queue()
-    for number in range(min(arguments.jobs, len(todo))):
-        copies.put(Copy(number, arguments.sanitize))
-    writing = threading.Lock()
-
-    def judge(mutant):
-        copy = copies.get()
-        try:
-            result, by = copy.judge(mutant)
-        finally:
-            copies.put(copy)
-        line = {"mutant": mutant.name(), "result": result, "by": by}
-        with writing, open(log, "a", encoding="utf-8") as file:
-            file.write(json.dumps(line) + "\n")
-            known[mutant.name()] = line
-
-    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
-        list(pool.map(judge, todo))
+    if todo:
+        many = Many(numbered, arguments.work, arguments.sanitize, arguments.jobs)
+        alone = {number: mutant for number, mutant in todo.items() if number in many.left_out}
+        together = {number: mutant for number, mutant in todo.items() if number not in alone}
+        print(f"{len(together)} in one build", flush=True)
+        together = run_all(together, lambda number, _: many.judge(number, False), arguments.jobs, log, known)
+        print(f"{len(together)} alive by the quick tests", flush=True)
+        alone.update(run_all(together, lambda number, _: many.judge(number, True), arguments.jobs, log, known))
+        print(f"{len(alone)} in builds of their own", flush=True)
+        single = Single(arguments.work, arguments.sanitize, many)
+        run_all(dict(sorted(alone.items())), lambda _, mutant: single.judge(mutant), 1, log, known)
     summary([known[mutant.name()] for mutant in chosen])
     return 0
 

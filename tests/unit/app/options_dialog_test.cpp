@@ -274,5 +274,38 @@ TEST_F(OptionsDialog, HelpIsCalledWithItsTopic) {
     EXPECT_EQ(recorded("help", "context"), (Lines{"4020"}));
 }
 
+TEST_F(OptionsDialog, EachSizeOfTextIsShownAndTaken) {
+    struct Size {
+        const char* button;
+        float points;
+    };
+    for (const Size& size :
+         {Size{"option3DSmall", 9}, Size{"option3DMedium", 10}, Size{"option3DLarge", 11}}) {
+        // 11 is the size at first: each choice is a change.
+        setFontSize(size.points == 11 ? 10.0F : 11.0F);
+        then([size] { press(size.button); });
+        then([] { press("cmdOK"); });
+        show();
+        EXPECT_EQ(CurrentProfile.fontSize, size.points) << size.button;
+        then([size] {
+            for (const char* name : {"option3DSmall", "option3DMedium", "option3DLarge"}) {
+                EXPECT_EQ(chosen(name), std::string_view{name} == size.button) << name;
+            }
+            press("cmdCancel");
+        });
+        show();
+    }
+}
+
+TEST_F(OptionsDialog, TheCloseBoxIsCancel) {
+    then([] {
+        set("txtNetAddress", "new");
+        EXPECT_TRUE(frmOptions.unload(UnloadReason::formControlMenu));
+    });
+    show();
+    EXPECT_TRUE(g_bDialogCancelled);
+    EXPECT_EQ(CurrentProfile, before);
+}
+
 }  // namespace
 }  // namespace qxterm::testing::options_dialog_test

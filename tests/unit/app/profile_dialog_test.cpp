@@ -179,5 +179,24 @@ TEST_F(ProfileDialog, TheCloseBoxCountsAsCancel) {
     EXPECT_TRUE(g_bDialogCancelled);
 }
 
+TEST_F(ProfileDialog, NamesAreLettersAndDigits) {
+    then([] {
+        std::string typed;
+        for (std::int16_t key = ' '; key <= 255; ++key) press("txtprof", key);
+        EXPECT_EQ(textOf(frmprof, "txtprof"),
+                  "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+        press("txtprof", 8);
+        EXPECT_EQ(textOf(frmprof, "txtprof").back(), 'y');
+        click(frmprof, "cmd3Dcancel");
+    });
+    showSaveProfileAs();
+}
+
+TEST_F(ProfileDialog, TheCloseBoxIsCancel) {
+    then([] { EXPECT_TRUE(frmprof.unload(UnloadReason::formControlMenu)); });
+    showOpenProfile();
+    EXPECT_TRUE(g_bDialogCancelled);
+}
+
 }  // namespace
 }  // namespace qxterm::testing::profile_dialog_test

@@ -289,5 +289,35 @@ TEST_F(ConnectionManager, TheProfileMenuIsRestrictedDuringASession) {
     EXPECT_TRUE(mnuprofitem.entry(8).enabled);
 }
 
+TEST_F(ConnectionManager, AFlowControlThatIsNoneIsSetAndNotNamed) {
+    for (const std::int16_t flowControl : {std::int16_t{4}, std::int16_t{-1}, std::int16_t{32767}}) {
+        use(connectType::serial);
+        CurrentProfile.flowControl = flowControl;
+        g_sLogging = "1";
+        records.clear();
+        thenWait(350);
+        connectPort();
+        EXPECT_EQ(traced(), (Lines{"connectPort() - Connection Type: Serial or Modem",
+                                   "connectPort() - Communication Port: 1",
+                                   "connectPort() - Communication Port: 9600,n,8,1",
+                                   "connectPort() - g_bConnectActive is TRUE"}))
+            << flowControl;
+        disconnectPort();
+    }
+}
+
+TEST_F(ConnectionManager, EachButtonOfTheKeyBarSendsItsKey) {
+    use(connectType::net);
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(350);
+    connectPort();
+    processInput("\x1b[?13l");
+    records.clear();
+    for (Button& button : CScmdfkey) ASSERT_TRUE(headless::click(button)) << button.index();
+    // ESC O c for the first of them, ESC O j for the eighth.
+    EXPECT_EQ(recorded("send", "bytes"),
+              (Lines{"1b4f63", "1b4f64", "1b4f65", "1b4f66", "1b4f67", "1b4f68", "1b4f69", "1b4f6a"}));
+}
+
 }  // namespace
 }  // namespace qxterm::testing::connection_manager_test

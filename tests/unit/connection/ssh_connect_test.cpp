@@ -1,6 +1,9 @@
 #include "connection/ssh_connect.h"
 
+#include <algorithm>
+
 #include "app/program_fixture.h"
+#include "config/ini_file.h"
 #include "config/profile_record.h"
 #include "connection/auto_login.h"
 #include "connection/connection_manager.h"
@@ -10,6 +13,7 @@
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
+#include "diag/trace_log.h"
 #include "platform/headless/event_loop.h"
 #include "platform/headless/port_table.h"
 #include "platform/headless/process.h"
@@ -308,6 +312,40 @@ TEST_F(SshConnect, TheTunnelsClientFindsTheLoginNameInItsEnvironment) {
         click(frmConn, "cmdCancel");
     });
     enterBob();
+}
+
+TEST_F(SshConnect, AClientThatEndedLeavesNoLoginDoneBehind) {
+    headless::exitHelper("zpt_ssh");
+    thenCancel();
+    enterBob();
+    ASSERT_FALSE(sshHelperRecorded());
+    ASSERT_TRUE(g_bLoginDone);
+    connectPort();
+    EXPECT_FALSE(g_bLoginDone);
+    EXPECT_TRUE(localTextUp());
+}
+
+TEST_F(SshConnect, LettersAndDigitsOfTheHostTakeThePromptDown) {
+    const auto upAfter = [](const char* text) {
+        DisplayBanner();
+        giveWayToHost(text);
+        return localTextUp();
+    };
+    for (const char* text : {"0", "9", "A", "Z", "a", "z", "\r\n\x1b[m"}) EXPECT_FALSE(upAfter(text)) << text;
+    for (const char* text : {"", "/", ":", "@", "[", "`", "{", "\r\n\xff\x7f \x1b"})
+        EXPECT_TRUE(upAfter(text)) << text;
+}
+
+TEST_F(SshConnect, TheLoginNameThatIsSentIsTraced) {
+    g_sLogging = "1";
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(350);
+    enterBob();
+    records.clear();
+    headless::socketReceives(comnet2, "xlogin: ");
+    const Lines traced = recorded("trace", "line");
+    EXPECT_EQ(std::count(traced.begin(), traced.end(), "BYTES<< 62 6F 62 0D "), 1);
+    EXPECT_EQ(recorded("send", "bytes"), (Lines{"626f620d"}));
 }
 
 }  // namespace

@@ -54,5 +54,18 @@ TEST(SshFields, APercentSignInATextIsNoPlaceholder) {
         "without blanks and quotation marks.");
 }
 
+// A message shows 60 characters: of 60 all, of 61 the first 60 and three dots. Blanks and bytes above 127
+// stay as they are.
+TEST(SshFields, AMessageShowsTheBeginning) {
+    const auto shownHost = [](const std::string& host) {
+        const std::string complaint = sshFieldComplaint(host, "bob", "22");
+        const std::size_t start = complaint.find('"') + 1;
+        return complaint.substr(start, complaint.find("\" cannot") - start);
+    };
+    EXPECT_EQ(shownHost("a b" + std::string(57, 'h')), "a b" + std::string(57, 'h'));
+    EXPECT_EQ(shownHost("a b" + std::string(58, 'h')), "a b" + std::string(57, 'h') + "...");
+    EXPECT_EQ(shownHost("\x1f \xe9\x80\x0d"), "? \xe9\x80?");
+}
+
 }  // namespace
 }  // namespace qxterm::testing::ssh_fields_test

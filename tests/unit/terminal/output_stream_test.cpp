@@ -38,6 +38,14 @@ TEST_F(OutputStream, TheRestOfABlockGoesWhenAnotherBegins) {
     EXPECT_EQ(shown(1), "Hello");
 }
 
+TEST_F(OutputStream, TheRestOfABlockGoesWhenTheProgramEnds) {
+    atYields({headless::endProgram});
+    host("one\r\ntwo\r\nthree");
+    EXPECT_EQ(text(0), "one");
+    EXPECT_EQ(text(1), "");
+    EXPECT_EQ(text(2), "");
+}
+
 TEST_F(OutputStream, AnUnfinishedSequenceDoesNotComeBack) {
     for (const std::string rest : {"\x1b", "\x1b[4;", "\xff\xfd", "\x1b[1;4;0qLABE"}) {
         // once in the block that is interpreted, once carried over to it

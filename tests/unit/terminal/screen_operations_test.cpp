@@ -1,3 +1,4 @@
+#include <cstring>
 #include <string>
 
 #include "platform/event_loop.h"
@@ -228,6 +229,17 @@ TEST_F(ScreenOperations, InsertOfNothingOnlyMarksTheLine) {
     EXPECT_EQ(faults(), "");
 }
 
+// The status-row command takes any column: 0 is one left of the line. Nothing before the line is touched.
+TEST_F(ScreenOperations, InsertAndDeleteLeftOfTheLineAreInvalidCalls) {
+    for (std::int32_t row = 0; row < 25; ++row) fillRow(row);
+    const auto before = screenLines;
+    host("\x1b[1;0x\x1b[3@");
+    EXPECT_EQ(faults(), "5 insChars;");
+    host("\x1b[3P");
+    EXPECT_EQ(faults(), "5 insChars;5 delChars;");
+    EXPECT_EQ(std::memcmp(&before, &screenLines, sizeof screenLines), 0);
+}
+
 // --- delChars
 
 // Column 10, 3 characters, the line full: cells 10.. take 13.., the last 3 become blank; the erased words run
@@ -306,6 +318,31 @@ TEST_F(ScreenOperations, DeleteOfMoreThanTheLineEmptiesItsRest) {
 }
 
 // --- scrErase
+
+TEST_F(ScreenOperations, EraseInDisplayKnowsThreeValues) {
+    for (const char* unknown : {"\x1b[3J", "\x1b[4J", "\x1b[32767J"}) {
+        for (std::int32_t row = 0; row < 25; ++row) fillRow(row);
+        host("\x1b[12;40H");
+        host(unknown);
+        for (std::int32_t row = 0; row < 25; ++row) ASSERT_EQ(line(row), pattern()) << row;
+    }
+    host("\x1b[1J");
+    for (std::int32_t row = 0; row < 12; ++row) EXPECT_TRUE(words(row, 0, 79, plain)) << row;
+    for (std::int32_t row = 12; row < 25; ++row) EXPECT_EQ(line(row), pattern()) << row;
+}
+
+TEST_F(ScreenOperations, EraseInDisplayFromTheStatusRow) {
+    for (std::int32_t row = 0; row < 25; ++row) fillRow(row);
+    host("\x1b[1;11x\x1b[2J");
+    for (std::int32_t row = 0; row < 24; ++row) EXPECT_TRUE(words(row, 0, 79, plain)) << row;
+    EXPECT_EQ(line(24), pattern());
+    EXPECT_TRUE(shiftedWords(24, 0, 79, 0));
+    for (std::int32_t row = 0; row < 24; ++row) fillRow(row);
+    host("\x1b[J");
+    for (std::int32_t row = 0; row < 24; ++row) EXPECT_EQ(line(row), pattern()) << row;
+    EXPECT_TRUE(shiftedWords(24, 0, 9, 0));
+    EXPECT_TRUE(words(24, 10, 79, plain));
+}
 
 TEST_F(ScreenOperations, EraseOfAWholeLineLeavesTheLastCharacterInTheStore) {
     fillRow(5);

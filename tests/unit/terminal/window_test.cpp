@@ -162,7 +162,11 @@ TEST_F(Window, ScrolledViewShowsTheStoredLines) {
     host(lines + "\x1b[1;1xstatus\x1b[24;1H");
     ASSERT_EQ(scrollbackTop, 501 - 277);  // 301 rows were begun, 24 of them are on the page
     for (const int value : {500, 495, 480, 224, 230, 253, 254, 278, 277, 450, 501, 224, 501}) {
-        vscterm.setValue(static_cast<std::int16_t>(value));
+        if (value % 2 == 0) {
+            vscterm.setValue(static_cast<std::int16_t>(value));
+        } else {
+            vscterm.userMoved(static_cast<std::int16_t>(value), value % 3 == 0);  // also while it is dragged
+        }
         for (int row = 0; row < 24; ++row) {
             const int number = value - 224 + row + 1;
             ASSERT_EQ(shown(row), number <= 300 ? "line " + std::to_string(number) : "")
