@@ -1,6 +1,7 @@
 #include "platform/win32/connection.h"
 
 #include <algorithm>
+#include <new>
 
 #include "platform/run_time_error.h"
 #include "platform/system_text.h"
@@ -20,6 +21,8 @@ using State = Connection::State;
 
 /// A read that brings so much is likely to be followed by more.
 constexpr std::size_t longRead = 4096;
+/// A filter between system and buffer may have kept so many bytes of earlier reads.
+constexpr std::size_t longestKept = 256;
 /// How long output is read and interpreted before the message queue is served again, in microseconds.
 constexpr std::int64_t readingTime = 10000;
 /// Milliseconds between two rounds of reading while a menu or a message box runs its own loop.
@@ -107,6 +110,16 @@ void waitForMore(Connection& connection) {
     if (connection.handle != INVALID_SOCKET) listen(connection, socketEvents);
 }
 
+/// Whether what one read may bring can be kept: what is taken from the system must not get lost.
+bool roomToRead(Connection& connection) {
+    try {
+        connection.received.reserve(connection.received.size() + longestRead + longestKept);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
 /// Appends what one read returns, without the Synchs; returns the number of bytes read.
 std::size_t readOnce(Connection& connection) {
     std::string& received = connection.received;
@@ -175,6 +188,10 @@ void readForAWhile(Connection& connection) {
         if (connection.unread() >= unreadLimit) {
             waitForMore(connection);
             connection.held = true;
+            return;
+        }
+        if (!roomToRead(connection)) {
+            goOnLater(connection);
             return;
         }
         const std::size_t unread = connection.unread();

@@ -1,9 +1,12 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/backend.h"
+#include "platform/run_time_error.h"
 #include "platform/win32/picture_native.h"
 #include "platform/win32/twips.h"
 
@@ -14,14 +17,13 @@ namespace {
 constexpr int pointsPerInch = 72;
 constexpr const char* terminalFace = "QXTERM";
 
-Font makeFont(const PictureState& state, int weight) {
+Font makeFont(const std::string& face, float points, int weight) {
     const ScreenDc screen;
     const auto dots = static_cast<float>(GetDeviceCaps(screen.get(), LOGPIXELSY));
     // Negative: the height of the characters without what leads between lines.
-    const int height = -static_cast<int>(std::lround(state.points * dots / pointsPerInch));
+    const int height = -static_cast<int>(std::lround(points * dots / pointsPerInch));
     return Font{CreateFontA(height, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                            CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
-                            state.fontName.c_str())};
+                            CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, face.c_str())};
 }
 
 int ascentOf(HDC dc, HFONT font) {
@@ -39,10 +41,16 @@ void deselectFonts(const PictureBox& box) {
     native->presenter.forget();
 }
 
-void dropFonts(const PictureBox& box) {
+/// Error 7 when the system has no room for the new font; then the former one stays, with all that was
+/// measured with it.
+void changeFont(const PictureBox& box, std::string face, float points) {
+    Font font = makeFont(face, points, FW_NORMAL);
+    if (!font) throw RunTimeError{errors::outOfMemory};
     deselectFonts(box);
     PictureState& state = stateOf(box);
-    state.normalFont.reset();
+    state.fontName = std::move(face);
+    state.points = points;
+    state.normalFont = std::move(font);
     state.boldFont.reset();
 }
 
@@ -68,13 +76,14 @@ PictureState& stateOf(const PictureBox& box) {
 }
 
 HFONT normalFont(PictureState& state) {
-    if (!state.normalFont) state.normalFont = makeFont(state, FW_NORMAL);
+    if (!state.normalFont) state.normalFont = makeFont(state.fontName, state.points, FW_NORMAL);
     return state.normalFont.get();
 }
 
 HFONT boldFont(PictureState& state) {
     if (!state.boldFont) {
-        state.boldFont = makeFont(state, FW_BOLD);
+        state.boldFont = makeFont(state.fontName, state.points, FW_BOLD);
+        if (!state.boldFont) return nullptr;
         const ScreenDc screen;
         state.boldOffset =
             ascentOf(screen.get(), normalFont(state)) - ascentOf(screen.get(), state.boldFont.get());
@@ -82,21 +91,25 @@ HFONT boldFont(PictureState& state) {
     return state.boldFont.get();
 }
 
+HFONT terminalFont(PictureState& state) {
+    if (!state.terminalFont && state.terminalCell.cy != 0) {
+        state.terminalFont = Font{CreateFontA(state.terminalCell.cy, state.terminalCell.cx, 0, 0, 0, 0, 0, 0,
+                                              DEFAULT_CHARSET, 0, 0, 0, 0, terminalFace)};
+    }
+    return state.terminalFont.get();
+}
+
 }  // namespace win32
 
 void PictureBox::setFontName(std::string_view face) {
-    win32::PictureState& state = win32::stateOf(*this);
-    if (state.fontName == face) return;
-    win32::dropFonts(*this);
-    state.fontName = face;
+    const win32::PictureState& state = win32::stateOf(*this);
+    if (state.fontName != face) win32::changeFont(*this, std::string{face}, state.points);
 }
 
 void PictureBox::setFontSize(float points) {
-    win32::PictureState& state = win32::stateOf(*this);
+    const win32::PictureState& state = win32::stateOf(*this);
     const bool same = std::abs(state.points - points) < 0.01F;
-    if (same) return;
-    win32::dropFonts(*this);
-    state.points = points;
+    if (!same) win32::changeFont(*this, state.fontName, points);
 }
 
 std::int32_t PictureBox::textHeight(std::string_view text) const {
@@ -113,13 +126,14 @@ std::int32_t PictureBox::textWidth(std::string_view text) const {
 
 void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {
     deleteTerminalFont();
-    win32::stateOf(*this).terminalFont = win32::Font{
-        CreateFontA(height, width, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, win32::terminalFace)};
+    win32::stateOf(*this).terminalCell = {width, height};
 }
 
 void PictureBox::deleteTerminalFont() {
     win32::deselectFonts(*this);
-    win32::stateOf(*this).terminalFont.reset();
+    win32::PictureState& state = win32::stateOf(*this);
+    state.terminalFont.reset();
+    state.terminalCell = {};
 }
 
 void backend::cellSizeChanged(PictureBox& box, std::int32_t width, std::int32_t height,

@@ -12,6 +12,25 @@ constexpr const char* fileName = "qxterm.ini";
 
 using Buffer = std::array<char, profileBufferSize>;
 
+/// Where the file is unless the system maps it elsewhere; empty when that cannot be told.
+std::string usualFile() {
+    std::array<char, MAX_PATH> folder{};
+    const UINT length = GetWindowsDirectoryA(folder.data(), static_cast<UINT>(folder.size()));
+    if (length == 0 || length >= folder.size()) return {};
+    return std::string{folder.data(), length} + '\\' + fileName;
+}
+
+/// The system writes all of the file behind a changed value anew. On a full disk it would end in the middle,
+/// and the profiles behind that place would be gone.
+bool roomToWrite() {
+    constexpr ULONGLONG enough = 65536;
+    static const std::string file = usualFile();
+    if (file.empty() || GetFileAttributesA(file.c_str()) == INVALID_FILE_ATTRIBUTES) return true;
+    const std::string folder = file.substr(0, file.find_last_of('\\') + 1);
+    ULARGE_INTEGER room{};
+    return GetDiskFreeSpaceExA(folder.c_str(), &room, nullptr, nullptr) == 0 || room.QuadPart >= enough;
+}
+
 }  // namespace
 
 std::string getPrivateProfileString(std::string_view section, std::string_view key,
@@ -38,6 +57,7 @@ std::string getWholePrivateProfileString(std::string_view section, std::string_v
 }
 
 void writePrivateProfileString(std::string_view section, std::string_view key, std::string_view value) {
+    if (!roomToWrite()) return;
     WritePrivateProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
                                std::string{value}.c_str(), fileName);
 }

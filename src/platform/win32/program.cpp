@@ -36,7 +36,21 @@ std::int16_t errorNumber(DWORD systemError) {
     }
 }
 
-[[noreturn]] void fail() { throw RunTimeError{errorNumber(GetLastError())}; }
+[[noreturn]] void fail(DWORD systemError) { throw RunTimeError{errorNumber(systemError)}; }
+
+win32::KernelHandle openTrace(DWORD access, DWORD how) {
+    return zpt::validHandle(CreateFileA(traceFile, access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, how,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+/// Takes the beginning of a line away again: the next one is not to stand behind it.
+void cutTrace(DWORD count) {
+    if (count == 0) return;
+    const win32::KernelHandle file = openTrace(GENERIC_WRITE, OPEN_EXISTING);
+    LARGE_INTEGER back{};
+    back.QuadPart = -static_cast<LONGLONG>(count);
+    if (file && SetFilePointerEx(file.get(), back, nullptr, FILE_END) != 0) SetEndOfFile(file.get());
+}
 
 }  // namespace
 
@@ -62,13 +76,18 @@ std::string commandLine() {
 void end() { win32::endLoop(); }
 
 void appendTrace(std::string_view line) {
-    const win32::KernelHandle file =
-        zpt::validHandle(CreateFileA(traceFile, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                     OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) fail();
     const std::string text = std::string{line} + "\r\n";
     DWORD written = 0;
-    if (WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) == 0) fail();
+    DWORD reason = ERROR_DISK_FULL;  // unless the system knows better
+    {
+        const win32::KernelHandle file = openTrace(FILE_APPEND_DATA, OPEN_ALWAYS);
+        if (!file) fail(GetLastError());
+        const auto size = static_cast<DWORD>(text.size());
+        if (WriteFile(file.get(), text.data(), size, &written, nullptr) == 0) reason = GetLastError();
+    }
+    if (written == text.size()) return;
+    cutTrace(written);
+    fail(reason);
 }
 
 }  // namespace qxterm::program

@@ -19,8 +19,6 @@
 namespace qxterm::win32 {
 namespace {
 
-constexpr std::size_t longestRead = std::size_t{64} * 1024;
-
 std::size_t bytesWaiting(const Connection& connection) {
     u_long count = 0;
     const bool known = ioctlsocket(connection.handle, FIONREAD, &count) == 0;

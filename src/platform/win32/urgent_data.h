@@ -4,6 +4,9 @@
 
 namespace qxterm::win32 {
 
+/// Bytes that one read takes from the system, at most.
+inline constexpr std::size_t longestRead = std::size_t{64} * 1024;
+
 /// Finds out what this system tells of an urgent byte that is only announced. Called when the connection
 /// stands, before anything is read.
 void learnAboutUrgentBytes(Connection& connection);

@@ -10,7 +10,7 @@
 #include "terminal/model/input_busy.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm {
+namespace qxterm::cursor_test {
 namespace {
 
 class CursorOnThePicture : public testing::TerminalTest {
@@ -113,4 +113,4 @@ TEST_F(CursorOnThePicture, HiddenByTheHostItIsOnNoPaint) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::cursor_test

@@ -9,7 +9,7 @@
 #include "terminal/terminal_fixture.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm {
+namespace qxterm::rendition_test {
 namespace {
 
 class Rendition : public testing::TerminalTest {
@@ -92,4 +92,4 @@ TEST_F(Rendition, TextDoesNotBlinkWhileABlockIsInterpreted) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::rendition_test

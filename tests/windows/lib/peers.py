@@ -17,6 +17,7 @@ class Peer:
     def __init__(self, onConnect=None, port=0):
         self._onConnect = onConnect
         self.connections = []
+        self.ended = 0  # connections that the other side has ended
         self.received = bytearray()
         self.arrivals = []
         self._listener = Listener(self._take, port)
@@ -41,9 +42,12 @@ class Peer:
             while True:
                 block = connection.recv(4096)
                 if not block:
+                    self.ended += 1
                     return
                 self.arrivals.append((time.time(), block))
                 self.received += block
+        except ConnectionResetError:
+            self.ended += 1
         except OSError:
             pass
 

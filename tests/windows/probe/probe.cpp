@@ -18,6 +18,7 @@
 #include "observe.h"
 #include "platform/run_time_error.h"
 #include "program_forms.h"
+#include "shortage.h"
 #include "watch.h"
 
 namespace qxterm::probe {
@@ -53,7 +54,14 @@ const std::map<std::string, std::function<Json()>>& subjects() {
                                                                   {"glass", glass},
                                                                   {"copy", copy},
                                                                   {"cover", cover},
-                                                                  {"uncover", uncover}};
+                                                                  {"uncover", uncover},
+                                                                  {"fewObjects", fewObjects},
+                                                                  {"noObjects", noObjects},
+                                                                  {"freeObjects", freeObjects},
+                                                                  {"noFonts", noFonts},
+                                                                  {"freeFonts", freeFonts},
+                                                                  {"noSpace", noSpace},
+                                                                  {"freeSpace", freeSpace}};
     return all;
 }
 
