@@ -5,14 +5,15 @@
 
 file(GLOB fuzz_targets CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/fuzz/*.cpp")
 set(support "${CMAKE_SOURCE_DIR}/fuzz/support")
-set(support_sources ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp ${support}/whole_program.cpp)
-
-file(GLOB model_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/model/*.cpp")
+# What the targets share. A part of the fuzzers carries counters like the modules, and is compiled once.
+add_library(fuzz_support OBJECT ${support}/target.cpp ${support}/program.cpp ${support}/snapshot.cpp ${support}/whole_program.cpp)
+target_include_directories(fuzz_support PUBLIC fuzz tests tools)
+target_link_libraries(fuzz_support PRIVATE qxterm_options qxterm_json zpt_ssh_parts zpt_tnetd_parts)
+set_property(TARGET fuzz_support PROPERTY QXTERM_NEEDS qxterm_scenario_parts qxterm_model)
 
 function(qxterm_fuzz_program name)
-    add_executable(${name} ${ARGN} ${support_sources} ${model_sources})
-    target_include_directories(${name} PRIVATE fuzz tests tools)
-    qxterm_link(${name} qxterm_scenario_parts)
+    add_executable(${name} ${ARGN})
+    qxterm_link(${name} fuzz_support)
     target_link_libraries(${name} PRIVATE zpt_ssh_parts zpt_tnetd_parts)
 endfunction()
 

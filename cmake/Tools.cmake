@@ -43,3 +43,12 @@ qxterm_unity(qxterm_scenario_parts 8)
 
 add_executable(qxterm-scenario "${scenario_folder}/main.cpp")
 qxterm_link(qxterm-scenario qxterm_scenario_parts)
+
+# The terminal once more, plain and slow: fuzzers and unit tests hold the program against it.
+if(QXTERM_TESTS OR QXTERM_FUZZERS)
+    file(GLOB model_sources CONFIGURE_DEPENDS tests/model/*.cpp)
+    add_library(qxterm_model OBJECT ${model_sources})
+    target_include_directories(qxterm_model PUBLIC tests PRIVATE tools "${scenario_folder}")
+    target_link_libraries(qxterm_model PRIVATE qxterm_options qxterm_json)
+    set_property(TARGET qxterm_model PROPERTY QXTERM_NEEDS qxterm_scenario_parts)
+endif()

@@ -11,10 +11,8 @@ add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FR
 file(GLOB_RECURSE terminal_sources CONFIGURE_DEPENDS tests/unit/terminal/*.cpp)
 file(GLOB_RECURSE sources CONFIGURE_DEPENDS tests/unit/*.cpp)
 list(REMOVE_ITEM sources ${terminal_sources})
-file(GLOB model_sources CONFIGURE_DEPENDS tests/model/*.cpp)
-add_executable(unit-tests ${sources} ${model_sources})
-target_include_directories(unit-tests PRIVATE tests)
-qxterm_link(unit-tests qxterm_scenario_parts)
+add_executable(unit-tests ${sources})
+qxterm_link(unit-tests qxterm_scenario_parts qxterm_model)
 target_link_libraries(unit-tests PRIVATE zpt_ssh_parts zpt_tnetd_parts setup_parts)
 
 # The terminal needs neither connections nor application: its tests do not link them.

@@ -8,7 +8,7 @@
 namespace qxterm::fuzz {
 namespace {
 
-std::string step(testing::Pair& pair, Steering& steering) {
+std::string step(test::Pair& pair, Steering& steering) {
     const std::uint8_t what = steering.byte();
     switch (what) {
         case 1: return pair.tick();
@@ -40,7 +40,7 @@ bool withinTheModel(std::uint8_t code) { return (code < 33 || code > 36) && code
 
 void run(Input input) {
     Steering steering{input};
-    testing::Pair pair;
+    test::Pair pair;
     constexpr int mostSteps = 400;
     for (int steps = 0; steps < mostSteps && !steering.rest().empty() && !pair.lost(); ++steps) {
         const std::string_view rest = steering.rest();

@@ -107,7 +107,7 @@ constexpr std::array<const char*, 5> types{"net", "serial", "modem", "ssh", "loo
 bool endsTheProgram(std::string_view routine) { return routine == "main" || routine == "Form_Load"; }
 
 template <class List>
-std::string_view oneOf(testing::Choices& choices, const List& list) {
+std::string_view oneOf(test::Choices& choices, const List& list) {
     return list[choices.below(static_cast<std::uint32_t>(std::size(list)))];
 }
 
@@ -190,7 +190,7 @@ std::string Steps::choose() {
     }
 }
 
-std::string Steps::bytes() { return scenario::bytesText(testing::hostBytes(choices_)); }
+std::string Steps::bytes() { return scenario::bytesText(test::hostBytes(choices_)); }
 
 std::string Steps::profile() { return std::string{oneOf(choices_, profiles)}; }
 

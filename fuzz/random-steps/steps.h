@@ -55,7 +55,7 @@ private:
 
     void count(std::string_view line);
 
-    testing::Choices choices_;
+    test::Choices choices_;
     bool sessionWasUp_ = false;
     bool painted_ = false;  ///< the step that is carried out is a paint
     Plan plan_;

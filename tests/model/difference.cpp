@@ -8,7 +8,7 @@
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 namespace {
 
 std::string at(const char* what, int column, int row) {
@@ -142,4 +142,4 @@ std::string difference(const model::Terminal& twin, bool all) {
     return inWindow(twin);
 }
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

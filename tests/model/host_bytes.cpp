@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace qxterm::testing {
+namespace qxterm::test {
 namespace {
 
 char anyOf(Choices& choices, std::string_view from) {
@@ -134,4 +134,4 @@ std::string hostBytes(Choices& choices, const HostLimits& limits) {
     return all;
 }
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

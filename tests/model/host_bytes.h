@@ -4,7 +4,7 @@
 #include <random>
 #include <string>
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// Choices that follow from a number: the same on every system.
 class Choices {
@@ -34,4 +34,4 @@ struct HostLimits {
 /// finished and not.
 [[nodiscard]] std::string hostBytes(Choices& choices, const HostLimits& limits = {});
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

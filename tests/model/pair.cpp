@@ -16,7 +16,7 @@
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/interpreter/interpreter.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 namespace {
 
 constexpr std::int64_t tickPeriod = 250;  // ms
@@ -157,4 +157,4 @@ std::string Pair::randomStep(Choices& choices, const HostLimits& limits) {
     }
 }
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

@@ -7,7 +7,7 @@
 #include "model/host_bytes.h"
 #include "model/terminal.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// The program and its twin, side by side: the same happens to both. A session is up that has nothing behind
 /// it, so that keys are interpreted here. Each routine returns what differs then, as one line; empty when
@@ -48,4 +48,4 @@ private:
 /// only its newest lines.
 [[nodiscard]] std::string difference(const model::Terminal& twin, bool all);
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

@@ -30,12 +30,9 @@ void happenNext(std::function<void()> event);
 void armTimers(const Form& form);
 void disarmTimers(const Form& form);
 
-<<<<<<< HEAD
 /// Timers that run, or wait for the system to have one for them.
 [[nodiscard]] std::size_t runningTimers();
 
-=======
->>>>>>> h-fuzz
 /// Time 0, no timer armed, nothing about to happen.
 void resetClock();
 

@@ -23,11 +23,7 @@ constexpr std::array<PointInfo, 28> all{{
     {Point::languageRead, "language.read", 0, "the setting is missing"},
     {Point::boxShow, "box.show", 0, "a message box cannot be made: answered as if it was closed"},
     {Point::pictureLoad, "picture.load", errors::fileNotFound, "the splash picture cannot be read"},
-<<<<<<< HEAD
     {Point::pictureMeasure, "picture.measure", 0, "a text cannot be measured: about the size it should have"},
-=======
-    {Point::pictureMeasure, "picture.measure", 0, "a text's size is 0"},
->>>>>>> h-fuzz
     {Point::portsTcp, "ports.tcp", 0, "the system does not tell the TCP ports in use"},
     {Point::portsUdp, "ports.udp", 0, "the system does not tell the UDP ports in use"},
     {Point::processPipe, "process.pipe", errors::outOfMemory, "no pipe for a helper"},

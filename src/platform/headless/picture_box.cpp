@@ -137,17 +137,13 @@ void PictureBox::setFontSize(float points) {
 }
 
 std::int32_t PictureBox::textHeight(std::string_view /*text*/) const {
-<<<<<<< HEAD
     if (native == nullptr) return 0;
     if (headless::fails(headless::Point::pictureMeasure)) return usualHeight(native->points);
-=======
-    if (native == nullptr || headless::fails(headless::Point::pictureMeasure)) return 0;
->>>>>>> h-fuzz
     return headless::toTwips(headless::measuresAt(native->points).height);
 }
 
 std::int32_t PictureBox::textWidth(std::string_view text) const {
-    if (native == nullptr || headless::fails(headless::Point::pictureMeasure)) return 0;
+    if (native == nullptr) return 0;
     const auto length = static_cast<std::int32_t>(text.size());
     if (headless::fails(headless::Point::pictureMeasure)) return usualWidth(native->points) * length;
     return headless::toTwips(headless::measuresAt(native->points).width * length);

@@ -13,7 +13,7 @@
 #include "connection/status_dialog.h"
 #include "platform/headless/display.h"
 
-namespace qxterm::testing::dialog_places_test {
+namespace qxterm::test::dialog_places_test {
 namespace {
 
 class DialogPlaces : public ProgramTest {
@@ -71,4 +71,4 @@ TEST_F(DialogPlaces, TheSplashPictureFillsItsWindow) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::dialog_places_test
+}  // namespace qxterm::test::dialog_places_test

@@ -11,7 +11,7 @@
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/model/line_record.h"
 
-namespace qxterm::testing::layout_test {
+namespace qxterm::test::layout_test {
 namespace {
 
 using Place = std::array<std::int32_t, 4>;  ///< left, top, width, height; twips
@@ -89,4 +89,4 @@ TEST_F(Layout, TheKeyBarStandsBelowTheScreen) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::layout_test
+}  // namespace qxterm::test::layout_test

@@ -12,7 +12,7 @@
 #include "platform/event_loop.h"
 #include "platform/main_form.h"
 
-namespace qxterm::testing::menus_test {
+namespace qxterm::test::menus_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -204,4 +204,4 @@ TEST_F(Menus, AboutShowsTheSplashFormWithItsButtonEachTimeAnew) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::menus_test
+}  // namespace qxterm::test::menus_test

@@ -8,7 +8,7 @@
 #include "connection/session.h"
 #include "terminal/drawing/cell_size.h"
 
-namespace qxterm::testing::options_dialog_test {
+namespace qxterm::test::options_dialog_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -308,4 +308,4 @@ TEST_F(OptionsDialog, TheCloseBoxIsCancel) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::options_dialog_test
+}  // namespace qxterm::test::options_dialog_test

@@ -21,7 +21,7 @@
 #include "terminal/model/screen_store.h"
 #include "terminal/view/selection.h"
 
-namespace qxterm::testing::paste_test {
+namespace qxterm::test::paste_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -196,4 +196,4 @@ TEST_F(Paste, NothingOnTheClipboardCannotBePasted) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::paste_test
+}  // namespace qxterm::test::paste_test

@@ -11,7 +11,7 @@
 #include "connection/session.h"
 #include "platform/main_form.h"
 
-namespace qxterm::testing::profile_dialog_test {
+namespace qxterm::test::profile_dialog_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -199,4 +199,4 @@ TEST_F(ProfileDialog, TheCloseBoxIsCancel) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::profile_dialog_test
+}  // namespace qxterm::test::profile_dialog_test

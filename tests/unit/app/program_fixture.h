@@ -19,7 +19,7 @@
 #include "platform/headless/user.h"
 #include "platform/menu.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// What happens inside the modal windows of the running test, one step at a time.
 inline std::deque<std::function<void()>> steps;
@@ -101,4 +101,4 @@ inline std::string iniValue(std::string_view section, std::string_view key) {
     return "(none)";
 }
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

@@ -17,7 +17,7 @@
 #include "terminal/drawing/screen_controls.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing::start_test {
+namespace qxterm::test::start_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -213,4 +213,4 @@ TEST_F(Closing, OpenHelpIsClosed) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::start_test
+}  // namespace qxterm::test::start_test

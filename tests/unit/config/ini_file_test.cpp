@@ -6,7 +6,7 @@
 #include "diag/error_trap.h"
 #include "diag/trace_log.h"
 
-namespace qxterm::testing::ini_file_test {
+namespace qxterm::test::ini_file_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -90,4 +90,4 @@ TEST_F(IniFile, ATimeoutIsStoredForAllConnections) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::ini_file_test
+}  // namespace qxterm::test::ini_file_test

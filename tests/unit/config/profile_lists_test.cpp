@@ -6,7 +6,7 @@
 #include "connection/session.h"
 #include "platform/headless/profile_strings.h"
 
-namespace qxterm::testing::profile_lists_test {
+namespace qxterm::test::profile_lists_test {
 namespace {
 
 using Names = std::vector<std::string>;
@@ -124,4 +124,4 @@ TEST_F(ProfileLists, NamesThatAReadCutsOffStayInTheFile) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::profile_lists_test
+}  // namespace qxterm::test::profile_lists_test

@@ -8,7 +8,7 @@
 #include "platform/main_form.h"
 #include "terminal/drawing/cell_size.h"
 
-namespace qxterm::testing::user_profile_test {
+namespace qxterm::test::user_profile_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -201,4 +201,4 @@ TEST_F(UserProfile, WhatIsWrittenIsReadBack) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::user_profile_test
+}  // namespace qxterm::test::user_profile_test

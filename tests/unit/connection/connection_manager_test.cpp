@@ -20,7 +20,7 @@
 #include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing::connection_manager_test {
+namespace qxterm::test::connection_manager_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -320,4 +320,4 @@ TEST_F(ConnectionManager, EachButtonOfTheKeyBarSendsItsKey) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::connection_manager_test
+}  // namespace qxterm::test::connection_manager_test

@@ -21,7 +21,7 @@
 #include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing::hostile_host_test {
+namespace qxterm::test::hostile_host_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -395,4 +395,4 @@ TEST_F(SshHost, GoesAtEachPlaceOfTheLoginDialogue) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::hostile_host_test
+}  // namespace qxterm::test::hostile_host_test

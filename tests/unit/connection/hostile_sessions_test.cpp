@@ -22,7 +22,7 @@
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
 
-namespace qxterm::testing::hostile_sessions_test {
+namespace qxterm::test::hostile_sessions_test {
 namespace {
 
 using Session = std::tuple<const char*, std::size_t>;  ///< word of the connection type; length of a block
@@ -201,4 +201,4 @@ TEST_P(HostileSessions, RandomBytes) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::hostile_sessions_test
+}  // namespace qxterm::test::hostile_sessions_test

@@ -5,7 +5,7 @@
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/random_output.h"
 
-namespace qxterm::testing::loop_test {
+namespace qxterm::test::loop_test {
 namespace {
 
 /// Whatever is typed or pasted on a loop connection is interpreted.
@@ -32,4 +32,4 @@ TEST_F(Loop, AnythingMayBeTypedAndPasted) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::loop_test
+}  // namespace qxterm::test::loop_test

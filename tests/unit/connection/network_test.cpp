@@ -19,7 +19,7 @@
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/model/screen_store.h"
 
-namespace qxterm::testing::network_test {
+namespace qxterm::test::network_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -302,4 +302,4 @@ TEST_F(Network, TelnetIsAnsweredWhileTheSocketIsConnected) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::network_test
+}  // namespace qxterm::test::network_test

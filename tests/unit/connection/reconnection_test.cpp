@@ -20,7 +20,7 @@
 #include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing::reconnection_test {
+namespace qxterm::test::reconnection_test {
 namespace {
 
 constexpr int sessions = 1000;
@@ -188,4 +188,4 @@ TEST_F(Reconnection, GivenUpAttempts) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::reconnection_test
+}  // namespace qxterm::test::reconnection_test

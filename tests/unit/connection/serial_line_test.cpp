@@ -12,7 +12,7 @@
 #include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing::serial_line_test {
+namespace qxterm::test::serial_line_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -146,4 +146,4 @@ TEST_F(SerialLine, NothingIsDialledOnAClosedPort) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::serial_line_test
+}  // namespace qxterm::test::serial_line_test

@@ -25,7 +25,7 @@
 #include "terminal/view/selection.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing::session_type_test {
+namespace qxterm::test::session_type_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -336,4 +336,4 @@ INSTANTIATE_TEST_SUITE_P(Pairs, SessionToldAnotherType,
                          pairName);
 
 }  // namespace
-}  // namespace qxterm::testing::session_type_test
+}  // namespace qxterm::test::session_type_test

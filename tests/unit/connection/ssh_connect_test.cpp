@@ -20,7 +20,7 @@
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
 
-namespace qxterm::testing::ssh_connect_test {
+namespace qxterm::test::ssh_connect_test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -349,4 +349,4 @@ TEST_F(SshConnect, TheLoginNameThatIsSentIsTraced) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::ssh_connect_test
+}  // namespace qxterm::test::ssh_connect_test

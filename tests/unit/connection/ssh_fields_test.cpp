@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace qxterm::testing::ssh_fields_test {
+namespace qxterm::test::ssh_fields_test {
 namespace {
 
 TEST(SshFields, OrdinaryOnesAreFine) {
@@ -68,4 +68,4 @@ TEST(SshFields, AMessageShowsTheBeginning) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::ssh_fields_test
+}  // namespace qxterm::test::ssh_fields_test

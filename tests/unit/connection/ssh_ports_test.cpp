@@ -3,7 +3,7 @@
 #include "diag/recorded.h"
 #include "platform/headless/port_table.h"
 
-namespace qxterm::testing::ssh_ports_test {
+namespace qxterm::test::ssh_ports_test {
 namespace {
 
 using Ports = std::bitset<PortTables::ports>;
@@ -44,4 +44,4 @@ TEST_F(SshPorts, WhatIsNoPortFindsNone) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::ssh_ports_test
+}  // namespace qxterm::test::ssh_ports_test

@@ -9,7 +9,7 @@
 #include "connection/session.h"
 #include "diag/recorded.h"
 
-namespace qxterm::testing::transport_test {
+namespace qxterm::test::transport_test {
 namespace {
 
 TEST(Transport, EachTypeFindsItsRow) {
@@ -79,4 +79,4 @@ TEST_F(Session, OneThatComesUpBeforeItsStartIsToldIsTheProfiles) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::transport_test
+}  // namespace qxterm::test::transport_test

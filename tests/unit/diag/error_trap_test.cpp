@@ -10,10 +10,10 @@
 namespace qxterm::error_trap_test {
 namespace {
 
-using testing::countOf;
-using testing::recorded;
+using test::countOf;
+using test::recorded;
 
-class ErrorTrapTest : public testing::RecordedTest {
+class ErrorTrapTest : public test::RecordedTest {
 protected:
     void SetUp() override {
         RecordedTest::SetUp();

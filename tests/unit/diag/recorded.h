@@ -9,7 +9,7 @@
 #include "platform/headless/recorder.h"
 #include "platform/headless/reset.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// The records of the running test, in order.
 inline std::vector<headless::Record> records;
@@ -53,4 +53,4 @@ protected:
     }
 };
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

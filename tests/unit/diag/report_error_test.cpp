@@ -7,15 +7,15 @@
 namespace qxterm::report_error_test {
 namespace {
 
-using testing::countOf;
-using testing::recorded;
-using testing::records;
+using test::countOf;
+using test::recorded;
+using test::records;
 
 int dropped = 0;
 int closed = 0;
 std::size_t boxesBeforeHook = 0;
 
-class ReportError : public testing::RecordedTest {
+class ReportError : public test::RecordedTest {
 protected:
     void SetUp() override {
         RecordedTest::SetUp();

@@ -7,10 +7,10 @@
 namespace qxterm::trace_log_test {
 namespace {
 
-using testing::recorded;
+using test::recorded;
 using Lines = std::vector<std::string>;
 
-class TraceLog : public testing::RecordedTest {
+class TraceLog : public test::RecordedTest {
 protected:
     void SetUp() override {
         RecordedTest::SetUp();

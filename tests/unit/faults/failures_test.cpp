@@ -20,7 +20,7 @@
 #include "platform/system_text.h"
 #include "terminal/model/input_busy.h"
 
-namespace qxterm::testing::failures_test {
+namespace qxterm::test::failures_test {
 namespace {
 
 using headless::FailurePlan;
@@ -296,4 +296,4 @@ TEST_F(FailurePlans, ASocketErrorWithoutADescriptionIsToldByItsNumber) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::failures_test
+}  // namespace qxterm::test::failures_test

@@ -30,7 +30,7 @@
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/model/screen_store.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 namespace {
 
 using headless::Point;
@@ -255,4 +255,4 @@ std::string drawnRow(std::int32_t row) {
     return trimmed(text);
 }
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

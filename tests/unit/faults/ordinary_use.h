@@ -8,7 +8,7 @@
 /// A person who works with the program: starts it with a profile, connects, reads and types, selects, copies
 /// and pastes, changes options, saves the profile, looks at the help, disconnects, connects anew and exits.
 /// Nothing that fails keeps this person from going on.
-namespace qxterm::testing {
+namespace qxterm::test {
 
 struct Use {
     std::string_view type;  ///< "net", "serial", "modem", "ssh", "loop", or "none": no profile, no session
@@ -31,4 +31,4 @@ inline std::vector<std::string> windowsThatStayed;
 [[nodiscard]] std::string storedRow(std::int32_t row);
 [[nodiscard]] std::string drawnRow(std::int32_t row);
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

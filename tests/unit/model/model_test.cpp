@@ -2,7 +2,7 @@
 
 #include "model/pair.h"
 
-namespace qxterm::testing::model_test {
+namespace qxterm::test::model_test {
 namespace {
 
 /// Steps at random, for program and twin: after each of them both must hold and show the same.
@@ -24,4 +24,4 @@ TEST(Model, RandomStepsAreTheSameForProgramAndTwin) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::model_test
+}  // namespace qxterm::test::model_test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace qxterm::testing::screen_reading_test {
+namespace qxterm::test::screen_reading_test {
 namespace {
 
 ScreenReading withRow(std::size_t row, const char* text) {
@@ -78,4 +78,4 @@ TEST(ChangePacer, BoundsWhatAFloodAnnounces) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::screen_reading_test
+}  // namespace qxterm::test::screen_reading_test

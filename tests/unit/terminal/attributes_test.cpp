@@ -5,7 +5,7 @@
 namespace qxterm::attributes_test {
 namespace {
 
-using Attributes = testing::TerminalTest;
+using Attributes = test::TerminalTest;
 
 TEST(PackAttr, IsFlagsPlus256TimesForegroundPlus4096TimesBackground) {
     EXPECT_EQ(packAttr(0, 7, 0), 1792);

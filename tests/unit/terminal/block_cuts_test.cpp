@@ -11,7 +11,7 @@ namespace {
 
 /// All that the host's output leaves behind in the terminal's memory, as text, so that a difference can be
 /// read.
-class BlockCuts : public testing::TerminalTest {
+class BlockCuts : public test::TerminalTest {
 protected:
     static std::string describe(const ScreenLine& line) {
         std::string all{line.text.begin(), line.text.end()};
@@ -65,7 +65,7 @@ protected:
 
 TEST_F(BlockCuts, MemoryDoesNotDependOnThem) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
-        const std::string bytes = testing::RandomOutput{seed}.bytes(6000);
+        const std::string bytes = test::RandomOutput{seed}.bytes(6000);
         const auto whole = memoryAfter(bytes, bytes.size());
         for (const std::size_t length : {std::size_t{1}, std::size_t{7}, std::size_t{4096}}) {
             const auto cut = memoryAfter(bytes, length);
@@ -81,7 +81,7 @@ TEST_F(BlockCuts, MemoryDoesNotDependOnThem) {
 // The same in small: the shortest beginning of a text for which two blocks differ from one would be told.
 TEST_F(BlockCuts, AnySingleCutOfAShortTextMakesNoDifference) {
     for (unsigned seed = 100; seed <= 130; ++seed) {
-        const std::string bytes = testing::RandomOutput{seed}.bytes(60);
+        const std::string bytes = test::RandomOutput{seed}.bytes(60);
         const auto whole = memoryAfter(bytes, bytes.size());
         for (std::size_t at = 1; at < bytes.size(); ++at) {
             TearDown();

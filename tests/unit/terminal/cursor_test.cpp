@@ -13,7 +13,7 @@
 namespace qxterm::cursor_test {
 namespace {
 
-class CursorOnThePicture : public testing::TerminalTest {
+class CursorOnThePicture : public test::TerminalTest {
 protected:
     /// Column and row of each cell with a cursor, "12,3 " for column 12 in row 3.
     static std::string cursors() {

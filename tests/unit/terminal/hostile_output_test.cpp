@@ -15,12 +15,12 @@ namespace {
 
 /// Host output that means harm: whatever it is and however it is cut, the program goes on, nothing is sent,
 /// and what comes next is shown rightly.
-class HostileOutput : public testing::TerminalTest, public ::testing::WithParamInterface<std::size_t> {
+class HostileOutput : public test::TerminalTest, public ::testing::WithParamInterface<std::size_t> {
 protected:
     void TearDown() override {
         headless::yieldHook = nullptr;
         // Error boxes and the bell: nothing is sent, and no file, program or clipboard is reached.
-        for (const auto& record : testing::records) {
+        for (const auto& record : test::records) {
             EXPECT_TRUE(record.kind == "box" || record.kind == "beep") << record.kind;
         }
         expectSoundTerminal();
@@ -68,7 +68,7 @@ protected:
             "\x1b"
             "c\x1b"
             "c\x1b[2p\x1b[?7h\x1b[?11l");
-        const std::size_t faultsBefore = testing::countOf("box");
+        const std::size_t faultsBefore = test::countOf("box");
         host("\x1b[1;1Hall is\x1b[3;5H\x1b[1mwell\x1b[m");
         // An erase leaves the characters of column 79 in the store; after a fill with E the next text draws
         // its row to the end and shows them again.
@@ -77,7 +77,7 @@ protected:
         EXPECT_EQ(trimmedRight(shown(0).substr(0, 79)), "all is");
         EXPECT_EQ(trimmedRight(shown(2).substr(0, 79)), "    well");
         EXPECT_EQ(at(), (std::pair{8, 2}));
-        EXPECT_EQ(testing::countOf("box"), faultsBefore);
+        EXPECT_EQ(test::countOf("box"), faultsBefore);
     }
 };
 
@@ -95,14 +95,14 @@ TEST_P(HostileOutput, EveryFinalWithExtremeParameters) {
         }
         play("\x1b[32768" + std::string{f});
     }
-    EXPECT_GE(testing::countOf("box"), 80U);  // one for each 32768 at least
+    EXPECT_GE(test::countOf("box"), 80U);  // one for each 32768 at least
     play(
         "\x1b"
         "c\x1b"
         "c\x1b[?7h");
-    const std::size_t overflows = testing::countOf("box");
+    const std::size_t overflows = test::countOf("box");
     play("\x1b[" + digits + "A");
-    EXPECT_EQ(testing::countOf("box"), overflows + 1);
+    EXPECT_EQ(test::countOf("box"), overflows + 1);
 }
 
 TEST_P(HostileOutput, MegabyteOfSeparators) {
@@ -117,7 +117,7 @@ TEST_P(HostileOutput, MegabyteOfSeparators) {
 TEST_P(HostileOutput, UnfinishedSequenceOfMoreThanAMebibyteIsLost) {
     play("\x1b[" + std::string((1 << 20) - 2, ';'));
     EXPECT_EQ(carryOver.size(), std::size_t{1} << 20U);
-    EXPECT_EQ(testing::countOf("box"), 0U);
+    EXPECT_EQ(test::countOf("box"), 0U);
     play(";");
     EXPECT_EQ(boxes(),
               std::vector<std::string>{"Out of memory.  Please close other applications and try again"});
@@ -157,7 +157,7 @@ TEST_P(HostileOutput, KeyDefinitionThatStops) {
     play("!");
     EXPECT_EQ(fkeyStrings[0][0], std::string(32766, 's') + "!");
     play("\x1b[2;32767;0q");
-    EXPECT_EQ(testing::countOf("box"), 0U);
+    EXPECT_EQ(test::countOf("box"), 0U);
 }
 
 TEST_P(HostileOutput, KeyDefinitionsWithOddLengths) {
@@ -290,7 +290,7 @@ TEST_P(HostileOutput, RandomBytes) {
     for (char& c : bytes) c = static_cast<char>(random());
     play(bytes);
     EXPECT_LE(carryOver.size(), std::size_t{1} << 20U);
-    play(testing::RandomOutput{5}.bytes(50000));
+    play(test::RandomOutput{5}.bytes(50000));
 }
 
 // Whatever arrives in the yield behind a line feed waits for the running block's end, in order.

@@ -8,7 +8,7 @@ namespace {
 
 int yields = 0;
 
-class LongBlocks : public testing::TerminalTest {
+class LongBlocks : public test::TerminalTest {
 protected:
     void TearDown() override {
         headless::yieldHook = nullptr;

@@ -7,7 +7,7 @@
 namespace qxterm::output_stream_test {
 namespace {
 
-class OutputStream : public testing::TerminalTest {
+class OutputStream : public test::TerminalTest {
 protected:
     void TearDown() override {
         headless::yieldHook = nullptr;

@@ -3,7 +3,7 @@
 #include <random>
 #include <string>
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// Host output made of everything that a terminal understands but two things whose effect depends on their
 /// place in the block: the repeat command, and telnet commands without an option. Columns stay inside the
@@ -91,4 +91,4 @@ private:
     std::mt19937 random_;
 };
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

@@ -12,7 +12,7 @@
 namespace qxterm::rendition_test {
 namespace {
 
-class Rendition : public testing::TerminalTest {
+class Rendition : public test::TerminalTest {
 protected:
     /// What the window shows in the first three cells, after the paints that wait.
     static std::string firstCells() {

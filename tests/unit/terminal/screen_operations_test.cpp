@@ -11,7 +11,7 @@ namespace {
 constexpr std::int16_t plain = 1792;    // flags 0, foreground 7, background 0
 constexpr std::int16_t special = 4868;  // flags 4, foreground 3, background 1: 4 + 3 * 256 + 4096
 
-class ScreenOperations : public testing::TerminalTest {
+class ScreenOperations : public test::TerminalTest {
 protected:
     /// A row of the characters a, b, c ... over and over, each cell's word its own column: 1000 + column.
     static void fillRow(std::int32_t row) {
@@ -472,14 +472,14 @@ TEST_F(ScreenOperations, TwentyThirdDeferredScrollFlushes) {
         ASSERT_EQ(pendingScrolls, n);
     }
     EXPECT_EQ(headless::drawCounts().scroll, 0U);
-    testing::records.clear();
+    test::records.clear();
     headless::setRecording("draw", true);
     scrollUp(scrollDeferred);
     EXPECT_EQ(pendingScrolls, 0);
     EXPECT_EQ(headless::drawCounts().scroll, 1U);
     // 23 lines of 18 pixels (11 points, for a screen 768 pixels high) in one scroll
-    EXPECT_EQ(testing::recorded("draw", "op").front(), "scroll");
-    EXPECT_EQ(testing::recorded("draw", "dy").front(), "-414");
+    EXPECT_EQ(test::recorded("draw", "op").front(), "scroll");
+    EXPECT_EQ(test::recorded("draw", "dy").front(), "-414");
 }
 
 TEST_F(ScreenOperations, LinesThatScrollAwayUndrawnAreInTheScrollbackWhole) {

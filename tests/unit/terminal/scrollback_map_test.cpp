@@ -26,7 +26,7 @@ struct PlainRing {
     }
 };
 
-using ScrollbackMap = testing::TerminalTest;
+using ScrollbackMap = test::TerminalTest;
 
 TEST_F(ScrollbackMap, ReadsAsTheShiftedTableAtEveryPosition) {
     PlainRing plain;

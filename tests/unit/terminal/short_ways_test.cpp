@@ -15,7 +15,7 @@ namespace {
 
 using Play = void (*)();
 
-class ShortWays : public testing::TerminalTest {
+class ShortWays : public test::TerminalTest {
 protected:
     void TearDown() override {
         clearPlannedFaults();
@@ -356,7 +356,7 @@ TEST_F(ShortWays, RenditionsShowAsTheySay) {
 
 TEST_F(ShortWays, OutputOfEveryKind) {
     for (unsigned seed = 1; seed <= 12; ++seed) {
-        const std::string bytes = testing::RandomOutput{seed}.bytes(6000) + lines(1, 5);
+        const std::string bytes = test::RandomOutput{seed}.bytes(6000) + lines(1, 5);
         SCOPED_TRACE(seed);
         expectSameBothWays([&] { hostInBlocks(bytes, 1024); });
     }

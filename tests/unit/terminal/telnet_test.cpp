@@ -7,7 +7,7 @@
 #include "terminal/interpreter/telnet.h"
 #include "terminal/terminal_fixture.h"
 
-namespace qxterm::testing::telnet_test {
+namespace qxterm::test::telnet_test {
 namespace {
 
 using Sent = std::vector<std::string>;
@@ -101,4 +101,4 @@ TEST_F(Telnet, ACommandInTheMiddleOfTheDataIsFound) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::telnet_test
+}  // namespace qxterm::test::telnet_test

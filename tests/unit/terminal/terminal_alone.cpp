@@ -24,7 +24,7 @@
 #include "terminal/view/view_keys.h"
 #include "timers/timer_registry.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 namespace {
 
 constexpr std::int16_t tickPeriod = 250;  // ms
@@ -84,4 +84,4 @@ void startTerminalAlone() {
     tmrGen.setEnabled(true);
 }
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// The terminal by itself in memory, without connections, profiles, menus and dialogs: started, nothing
 /// written on the screen. The platform is in its start state before.
@@ -8,4 +8,4 @@ void startTerminalAlone();
 /// Everything of the terminal at its start values, and the platform, too.
 void resetTerminalAlone();
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

@@ -23,7 +23,7 @@
 #include "terminal/model/screen_store.h"
 #include "terminal/terminal_alone.h"
 
-namespace qxterm::testing {
+namespace qxterm::test {
 
 /// A test of the terminal alone: started, nothing written on the screen.
 class TerminalTest : public RecordedTest {
@@ -102,4 +102,4 @@ protected:
     }
 };
 
-}  // namespace qxterm::testing
+}  // namespace qxterm::test

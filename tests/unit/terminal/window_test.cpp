@@ -13,7 +13,7 @@ namespace {
 
 /// What is seen against what is stored. The window is a record of the drawing calls alone, so a line that was
 /// not drawn, or was drawn in the wrong place, shows.
-class Window : public testing::TerminalTest {
+class Window : public test::TerminalTest {
 protected:
     /// A cell as the records want it shown. fg counts where something of it is seen.
     struct Wanted {

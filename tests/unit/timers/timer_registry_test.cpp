@@ -8,15 +8,15 @@
 namespace qxterm::timer_registry_test {
 namespace {
 
-using testing::countOf;
-using testing::recorded;
+using test::countOf;
+using test::recorded;
 
 /// The actions that ran, in order.
 std::string ran;
 /// Called by action 1, when set.
 void (*inAction)() = nullptr;
 
-class TimerRegistry : public testing::RecordedTest {
+class TimerRegistry : public test::RecordedTest {
 protected:
     void SetUp() override {
         RecordedTest::SetUp();

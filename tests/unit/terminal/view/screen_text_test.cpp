@@ -8,7 +8,7 @@
 #include "terminal/terminal_fixture.h"
 #include "terminal/view/view_keys.h"
 
-namespace qxterm::testing::screen_text_test {
+namespace qxterm::test::screen_text_test {
 namespace {
 
 class ScreenText : public TerminalTest {
@@ -121,4 +121,4 @@ TEST_F(ScreenText, LocalPromptHasThePlaceAtItsEnd) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::screen_text_test
+}  // namespace qxterm::test::screen_text_test

@@ -12,7 +12,7 @@
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
 
-namespace qxterm::testing::selection_window_test {
+namespace qxterm::test::selection_window_test {
 namespace {
 
 /// First and last selected column of a line, last below first for none.
@@ -270,4 +270,4 @@ TEST_F(SelectionWindow, AutoScrollStopsAtBothEnds) {
 }
 
 }  // namespace
-}  // namespace qxterm::testing::selection_window_test
+}  // namespace qxterm::test::selection_window_test
