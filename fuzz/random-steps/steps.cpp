@@ -148,6 +148,7 @@ bool Steps::next(std::string& line) {
     }
     count(line);
     painted_ = line == "paint";
+    if (line.starts_with("fault endSshHelpers")) helpersMayStay_ = true;
     allowSends(plan_.yields ? Sends::anything : sendsOf(line));
     return true;
 }
@@ -165,7 +166,7 @@ void Steps::carriedOut() {
     if (g_bConnectActive && !sessionWasUp_) ++total.sessions[static_cast<std::size_t>(g_iConnectType())];
     sessionWasUp_ = g_bConnectActive;
     checkMemory();
-    checkSession();
+    checkSession(!helpersMayStay_);
     if (painted_ && !plan_.faults && scenario::programRuns()) checkPicture();
 }
 

@@ -110,13 +110,13 @@ void checkMemory() {
     require(vscterm.value() >= 1 && vscterm.value() <= liveView, "the scroll bar's value");
 }
 
-void checkSession() {
+void checkSession(bool helpers) {
     checkTimers();
     if (eventLoop::ending() || !headless::modalForms().empty()) return;
     if (g_bConnectActive || sessionStarted()) return;
     require(!headless::socketInUse(comnet2), "without a session the socket is closed");
     require(!comser.portOpen(), "without a session the port is closed");
-    require(!sshHelperRecorded(), "without a session no helper runs");
+    require(!helpers || !sshHelperRecorded(), "without a session no helper runs");
 }
 
 void checkPicture() {

@@ -17,8 +17,9 @@ void allowSends(Sends allowed);
 
 /// Ends the program unless the terminal's memory is in order: rows, cursor, region, records, what is carried.
 void checkMemory();
-/// The same for the registry of timers, and for what a session leaves behind when none runs.
-void checkSession();
+/// The same for the registry of timers, and for what a session leaves behind when none runs. helpers: those
+/// of SSH sessions too, which stay when ending them was made to fail.
+void checkSession(bool helpers);
 /// The window has just been painted, and no failure is planned: ends the program unless it shows what the
 /// lines of the view hold.
 void checkPicture();
