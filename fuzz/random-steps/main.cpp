@@ -79,7 +79,6 @@ int main(int count, char** arguments) {
         playing = static_cast<std::sig_atomic_t>(scenario);
         qxterm::fuzz::Steps steps{order.seed, scenario, static_cast<std::uint32_t>(order.length),
                                   order.print ? stdout : nullptr};
-        qxterm::fuzz::watchOutside();
         if (qxterm::scenario::playQuietly(steps, qxterm::fuzz::keepRecord) != 0) {
             std::fprintf(stderr, "random-steps: line %zu of scenario %llu cannot be played\n", steps.line(),
                          static_cast<unsigned long long>(scenario));

@@ -14,10 +14,12 @@
 #include "platform/form.h"
 #include "platform/headless/failures.h"
 #include "platform/headless/modal.h"
+#include "platform/headless/socket.h"
 #include "program.h"
 #include "program_forms.h"
 #include "support/target.h"
 #include "support/whole_program.h"
+#include "terminal/drawing/paint.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/screen_store.h"
 
@@ -144,9 +146,9 @@ bool Steps::next(std::string& line) {
         std::fprintf(copy_, "%s\n", line.c_str());
         std::fflush(copy_);
     }
-    if (line.starts_with("start")) forgetOutside();
     count(line);
     painted_ = line == "paint";
+    if (line.starts_with("fault endSshHelpers")) helpersMayStay_ = true;
     allowSends(plan_.yields ? Sends::anything : sendsOf(line));
     return true;
 }
@@ -164,17 +166,27 @@ void Steps::carriedOut() {
     if (g_bConnectActive && !sessionWasUp_) ++total.sessions[static_cast<std::size_t>(g_iConnectType())];
     sessionWasUp_ = g_bConnectActive;
     checkMemory();
-    checkSession();
+    checkSession(!helpersMayStay_);
     if (painted_ && !plan_.faults && scenario::programRuns()) checkPicture();
 }
 
 std::string Steps::choose() {
-    // Half of what stands at the beginning is the stage.
-    constexpr std::size_t stage = 12;
-    if (taken_ < stage) return setUp();
-    if (taken_ == stage) return start();
+    // Profiles of every type, then whatever else stands there before the start.
+    constexpr std::array stage{"ini Settings Profiles telnet line call tunnel echo",
+                               "ini telnet connect net",
+                               "ini line connect serial",
+                               "ini call connect modem",
+                               "ini tunnel connect ssh",
+                               "ini echo connect loop",
+                               "ini telnet host host",
+                               "ini tunnel host host"};
+    constexpr std::size_t begin = 20;
+    if (taken_ <= stage.size() && !choices_.oneIn(16)) return stage[taken_ - 1];
+    if (taken_ < begin) return setUp();
+    if (taken_ == begin) return start();
     if (!scenario::programRuns()) return choices_.oneIn(4) ? setUp() : start();
     if (plan_.faults && choices_.oneIn(30)) return planned();
+    if (localPromptShown() && choices_.oneIn(3)) return "type \"root\\r\"";
     if (choices_.oneIn(60)) return setUp();
     if (!headless::modalForms().empty()) return choices_.oneIn(6) ? fromTheOtherEnd() : inDialog();
     if (!sessionStarted() && choices_.oneIn(3)) return connecting();
@@ -257,7 +269,7 @@ std::string Steps::inDialog() {
         switch (choices_.below(8)) {
             case 0: return "click cmdCancel";
             case 1:
-            case 2: return "socket connect";
+            case 2: return headless::socketInUse(comnet2) ? "socket connect" : "wait 250";
             case 3: return "serial carrier on";
             case 4: return fromTheOtherEnd();
             default: return numbered("wait", static_cast<std::int32_t>(choices_.below(1500)));
@@ -297,7 +309,8 @@ std::string Steps::fromTheOtherEnd() {
     const std::int16_t type = g_iConnectType();
     const bool overSerial = type == connectType::serial || type == connectType::modem;
     switch (choices_.below(24)) {
-        case 0: return "socket connect";
+        // Nobody can accept what was not asked for.
+        case 0: return headless::socketInUse(comnet2) ? "socket connect" : "wait 250";
         case 1: return choices_.oneIn(4) ? "socket close" : "paint";
         case 2: return choices_.oneIn(4) ? "socket error 10054 gone" : "host " + bytes();
         case 3: return choices_.oneIn(4) ? "serial carrier off" : "serial carrier on";

@@ -57,6 +57,7 @@ private:
 
     test::Choices choices_;
     bool sessionWasUp_ = false;
+    bool helpersMayStay_ = false;
     bool painted_ = false;  ///< the step that is carried out is a paint
     Plan plan_;
     std::uint32_t length_;

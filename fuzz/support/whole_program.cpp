@@ -10,6 +10,7 @@
 #include "connection/transport_controls.h"
 #include "platform/event_loop.h"
 #include "platform/headless/modal.h"
+#include "platform/headless/socket.h"
 #include "platform/main_form.h"
 #include "support/target.h"
 #include "terminal/drawing/drawing.h"
@@ -25,12 +26,7 @@
 namespace qxterm::fuzz {
 namespace {
 
-struct Outside {
-    bool socketOpen = false;
-    bool serialOpen = false;
-    Sends allowed = Sends::anything;
-};
-Outside outside;
+Sends allowedSends = Sends::anything;
 
 std::string textOf(const headless::Record& record, std::string_view name) {
     for (const auto& [key, value] : record.fields) {
@@ -47,8 +43,8 @@ void keepSend(const headless::Record& record) {
     const std::string to = textOf(record, "to");
     const std::string bytes = textOf(record, "bytes");
     require(to == "socket" ? comnet2.connected() : comser.portOpen(), "sent over what is open");
-    require(outside.allowed != Sends::nothing, "nothing is sent by this");
-    if (outside.allowed == Sends::answers) require(isTelnetAnswer(bytes), "only answers to options are sent");
+    require(allowedSends != Sends::nothing, "nothing is sent by this");
+    if (allowedSends == Sends::answers) require(isTelnetAnswer(bytes), "only answers to options are sent");
 }
 
 void checkLine(const ScreenLine& line) {
@@ -81,25 +77,11 @@ void checkTimers() {
 
 }  // namespace
 
-void forgetOutside() {
-    outside.socketOpen = false;
-    outside.serialOpen = false;
-}
-
-void watchOutside() { outside = {}; }
-
-void allowSends(Sends allowed) { outside.allowed = allowed; }
+void allowSends(Sends allowed) { allowedSends = allowed; }
 
 void keepRecord(const headless::Record& record) {
     require(std::ranges::find(knownKinds, record.kind) != knownKinds.end(), "a record of a known kind");
-    const std::string operation = textOf(record, "op");
-    if (record.kind == "send") {
-        keepSend(record);
-    } else if (record.kind == "socket") {
-        outside.socketOpen = operation == "connect";
-    } else if (record.kind == "serial" && operation != "break") {
-        outside.serialOpen = operation == "open";
-    }
+    if (record.kind == "send") keepSend(record);
 }
 
 void checkMemory() {
@@ -128,13 +110,13 @@ void checkMemory() {
     require(vscterm.value() >= 1 && vscterm.value() <= liveView, "the scroll bar's value");
 }
 
-void checkSession() {
+void checkSession(bool helpers) {
     checkTimers();
     if (eventLoop::ending() || !headless::modalForms().empty()) return;
     if (g_bConnectActive || sessionStarted()) return;
-    require(!outside.socketOpen, "without a session the socket is closed");
-    require(!outside.serialOpen && !comser.portOpen(), "without a session the port is closed");
-    require(!sshHelperRecorded(), "without a session no helper runs");
+    require(!headless::socketInUse(comnet2), "without a session the socket is closed");
+    require(!comser.portOpen(), "without a session the port is closed");
+    require(!helpers || !sshHelperRecorded(), "without a session no helper runs");
 }
 
 void checkPicture() {

@@ -112,6 +112,10 @@ void socketReceives(Socket& socket, std::string_view bytes) {
 
 void setAddressFamily(std::int16_t number) { family = number; }
 
+bool socketInUse(const Socket& socket) {
+    return socket.native != nullptr && socket.native->phase != Phase::closed;
+}
+
 void resetSockets() {
     for (auto& [socket, state] : sockets()) socket->native = nullptr;
     sockets().clear();

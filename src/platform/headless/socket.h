@@ -18,6 +18,9 @@ void socketReceives(Socket& socket, std::string_view bytes);
 inline constexpr std::int16_t usualFamily = 4;
 void setAddressFamily(std::int16_t number);
 
+/// True while the control has something to close: an attempt, a connection, or what is left of a lost one.
+[[nodiscard]] bool socketInUse(const Socket& socket);
+
 /// Every socket closed, without a record.
 void resetSockets();
 

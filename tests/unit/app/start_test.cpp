@@ -15,6 +15,7 @@
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
 #include "terminal/drawing/screen_controls.h"
+#include "terminal/interpreter/interpreter.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::test::start_test {
@@ -31,7 +32,7 @@ TEST_F(Start, CellsThatCouldNotBeMeasuredCanBeClickedOn) {
     planFault("calcSize", errors::outOfMemory);
     start();
     EXPECT_EQ(boxTexts().size(), 1U);
-    host(std::string(30, '\n'));
+    processInput(std::string(30, '\n'));
     picterm.onMouseDown.raise(1, 0, 300, 300);
     picterm.onMouseMove.raise(1, 0, 600, -15);
     headless::advance(1000);
