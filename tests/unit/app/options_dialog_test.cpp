@@ -307,5 +307,19 @@ TEST_F(OptionsDialog, TheCloseBoxIsCancel) {
     EXPECT_EQ(CurrentProfile, before);
 }
 
+TEST_F(OptionsDialog, TheNetworkFrameComesBackWithItsTypes) {
+    then([] {
+        for (const char* type : {"optSSH", "optNetwork"}) {
+            press("optSerial");
+            EXPECT_TRUE(control("frameSettings").visible());
+            press(type);
+            EXPECT_TRUE(control("frameNet").visible()) << type;
+            EXPECT_FALSE(control("frameSettings").visible()) << type;
+        }
+        press("cmdCancel");
+    });
+    show();
+}
+
 }  // namespace
 }  // namespace qxterm::testing

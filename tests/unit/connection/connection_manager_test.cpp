@@ -319,5 +319,18 @@ TEST_F(ConnectionManager, EachButtonOfTheKeyBarSendsItsKey) {
               (Lines{"1b4f63", "1b4f64", "1b4f65", "1b4f66", "1b4f67", "1b4f68", "1b4f69", "1b4f6a"}));
 }
 
+TEST_F(ConnectionManager, PortsFrom0To65535GoToTheSocket) {
+    for (const std::int32_t port : {0, 1, 65535}) {
+        use(connectType::net, "krv", port);
+        then([] { click(frmConn, "cmdCancel"); });
+        records.clear();
+        connectPort();
+        EXPECT_EQ(happened().front(), "socket connect krv " + std::to_string(port));
+    }
+    use(connectType::net, "krv", -1);
+    connectPort();
+    EXPECT_EQ(countOf("socket"), 0U);
+}
+
 }  // namespace
 }  // namespace qxterm::testing

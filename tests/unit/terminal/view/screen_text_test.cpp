@@ -120,5 +120,17 @@ TEST_F(ScreenText, LocalPromptHasThePlaceAtItsEnd) {
     EXPECT_EQ(place(), Place({8, 8}));
 }
 
+TEST_F(ScreenText, WhatBlinksBehindTheLocalPromptIsNotRead) {
+    host("\x1b[5mhidden");
+    localPromptShown = [] { return true; };
+    picterm.clear({0, 0, 80, 1});
+    for (const bool off : {false, true}) {
+        setTextBlinkOff(off);
+        EXPECT_EQ(row(0), "") << off;
+    }
+    localPromptShown = [] { return false; };
+    EXPECT_EQ(row(0), "hidden");
+}
+
 }  // namespace
 }  // namespace qxterm::testing

@@ -269,5 +269,27 @@ TEST_F(SelectionWindow, AutoScrollStopsAtBothEnds) {
     EXPECT_EQ(vscterm.value(), liveView);
 }
 
+// 30 lines were fed on the last row: 30 lie above the view, at 471 to 500.
+TEST_F(SelectionWindow, AutoScrollEndsWithTheButton) {
+    host("\x1b[24;1H" + std::string(30, '\n'));
+    down(3, 5);
+    picterm.onMouseMove.raise(1, 0, twipsX(3), -1);
+    headless::advance(50);
+    EXPECT_EQ(vscterm.value(), 500);
+    headless::advance(49);
+    EXPECT_EQ(vscterm.value(), 500);
+    headless::advance(1);
+    EXPECT_EQ(vscterm.value(), 499);
+    picterm.onMouseUp.raise(1, 0, twipsX(3), -1);
+    headless::advance(1'000);
+    EXPECT_EQ(vscterm.value(), 499);
+    EXPECT_EQ(differences(), "");
+    // A press starts without it.
+    down(3, 5);
+    headless::advance(1'000);
+    EXPECT_EQ(vscterm.value(), 499);
+    up(3, 5);
+}
+
 }  // namespace
 }  // namespace qxterm::testing
