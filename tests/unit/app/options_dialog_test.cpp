@@ -321,5 +321,23 @@ TEST_F(OptionsDialog, TheNetworkFrameComesBackWithItsTypes) {
     show();
 }
 
+TEST_F(OptionsDialog, EachTypeShowsItsButton) {
+    struct Type {
+        std::int16_t type;
+        const char* button;
+    };
+    for (const Type& shown : {Type{connectType::net, "optNetwork"}, Type{connectType::serial, "optSerial"},
+                              Type{connectType::modem, "optModem"}, Type{connectType::ssh, "optSSH"}}) {
+        CurrentProfile.connectType = shown.type;
+        then([shown] {
+            for (const char* name : {"optNetwork", "optSerial", "optModem", "optSSH"}) {
+                EXPECT_EQ(chosen(name), std::string_view{name} == shown.button) << name;
+            }
+            press("cmdCancel");
+        });
+        show();
+    }
+}
+
 }  // namespace
 }  // namespace qxterm::testing

@@ -332,5 +332,16 @@ TEST_F(ConnectionManager, PortsFrom0To65535GoToTheSocket) {
     EXPECT_EQ(countOf("socket"), 0U);
 }
 
+TEST_F(ConnectionManager, AnAttemptOfAnUnknownTypeStaysOneWhateverTheProfileBecomes) {
+    use(connectType::unknown);
+    then([] {
+        CurrentProfile.connectType = connectType::loop;
+        EXPECT_EQ(g_iConnectType(), connectType::unknown);
+        click(frmConn, "cmdCancel");
+    });
+    connectPort();
+    EXPECT_EQ(g_iConnectType(), connectType::loop);
+}
+
 }  // namespace
 }  // namespace qxterm::testing
