@@ -339,6 +339,24 @@ TEST_F(ScreenOperations, ErasingPartOfALineLeavesTheRestOnTheWindow) {
     EXPECT_EQ(shown(2), std::string(11, ' ') + pattern().substr(11, 59));
 }
 
+TEST_F(ScreenOperations, WhatWaitsIsStoredBeforeItIsErasedOrMoved) {
+    host("abc\x1b[1K");
+    EXPECT_EQ(text(0), "");
+    host("\r\nabc\x1b[1J");
+    EXPECT_EQ(text(1), "");
+    host("\r\nwxyz\rabc\x1b[2@");
+    EXPECT_EQ(text(2), "abc  z");
+    host("\r\nwxyz\rab\x1b[P");
+    EXPECT_EQ(text(3), "abz");
+}
+
+TEST_F(ScreenOperations, WithoutANumberOneCharacterIsInsertedAndDeleted) {
+    host("wxyz\r\x1b[@");
+    EXPECT_EQ(text(0), " wxyz");
+    host("\x1b[P\x1b[P");
+    EXPECT_EQ(text(0), "xyz");
+}
+
 TEST_F(ScreenOperations, SuspendedDrawingBlanksThePageOnTheWindow) {
     for (int row = 1; row <= 24; ++row) host("\x1b[" + std::to_string(row) + ";1Hrow");
     host("\x1b[1;1xstatus");

@@ -284,6 +284,15 @@ TEST_F(SelectionWindow, AutoScrollEndsWithTheButton) {
     headless::advance(1'000);
     EXPECT_EQ(vscterm.value(), 499);
     EXPECT_EQ(differences(), "");
+    // Moving the mouse on does not hold it up.
+    down(3, 5);
+    for (int n = 0; n < 10; ++n) {
+        picterm.onMouseMove.raise(1, 0, twipsX(3), -1 - n);
+        headless::advance(10);
+    }
+    EXPECT_EQ(vscterm.value(), 497);
+    picterm.onMouseUp.raise(1, 0, twipsX(3), -1);
+    vscterm.userMoved(499, false);
     // A press starts without it.
     down(3, 5);
     headless::advance(1'000);
