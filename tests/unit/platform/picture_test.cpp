@@ -277,5 +277,11 @@ TEST_F(PictureTest, ARowFreedByAScrollIsBlankToItsLastColumn) {
     EXPECT_EQ(rowText(picture, 6), std::string(80, ' '));
 }
 
+TEST_F(PictureTest, CellsThatWaitFollowAScrollToTheLastRow) {
+    CellSet waiting = cells({3, 23, 1, 1});
+    waiting.follow(20, 24, 1);
+    EXPECT_TRUE(waiting.contains(3, 24));
+}
+
 }  // namespace
 }  // namespace qxterm::test

@@ -170,6 +170,16 @@ TEST_F(ScreenOperations, InsertingForEverIsNoError) {
     EXPECT_EQ(faults(), "");
 }
 
+TEST_F(ScreenOperations, TextThatWaitsToBeDrawnAtTheCursorMovesAlong) {
+    lineOnRow(0).dirtyLast = 10;
+    cursorTo(10, 0);
+    insChars("XY", 2, special);
+    EXPECT_EQ(lineOnRow(0).dirtyLast, 12);
+    cursorTo(13, 0);
+    insChars("XY", 2, special);
+    EXPECT_EQ(lineOnRow(0).dirtyLast, 12);
+}
+
 TEST_F(ScreenOperations, TheSpanToDrawIsHeldAtTheSamePlace) {
     ScreenLine& record = lineOnRow(0);
     record.usedLength = 32760;
