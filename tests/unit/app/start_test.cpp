@@ -211,11 +211,11 @@ TEST_F(Start, BlinkingWaitsForTheInterpreter) {
     headless::deliverPaints();
     processInput("\x1b[?12h\x1b[5mA");
     inputBusy = -1;
-    headless::advance(1000);
+    headless::advance(750);  // odd: three times for the cursor, once for the text
     EXPECT_EQ(picterm.picture().at(0, 0).text(), 'A');
     EXPECT_TRUE(picterm.picture().at(1, 0).cursor());
     inputBusy = 0;
-    headless::advance(750);  // the cursor for the third time, the text for the first
+    headless::advance(250);  // once for each
     if (headless::paintsWaiting) headless::deliverPaints();
     EXPECT_EQ(picterm.picture().at(0, 0).text(), ' ');
     EXPECT_FALSE(picterm.picture().at(1, 0).cursor());

@@ -12,6 +12,7 @@
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
+#include "diag/report_error.h"
 #include "diag/trace_log.h"
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
@@ -341,6 +342,18 @@ TEST_F(ConnectionManager, AnAttemptOfAnUnknownTypeStaysOneWhateverTheProfileBeco
     });
     connectPort();
     EXPECT_EQ(g_iConnectType(), connectType::loop);
+}
+
+TEST_F(ConnectionManager, AResetConnectionEndsTheSession) {
+    use(connectType::net);
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(350);
+    connectPort();
+    ASSERT_TRUE(g_bConnectActive);
+    (void)reportError("sendBytes", 10054);
+    EXPECT_EQ(boxes(), (Lines{"The connection has been dropped"}));
+    EXPECT_FALSE(g_bConnectActive);
+    EXPECT_EQ(recorded("socket", "op").back(), "close");
 }
 
 }  // namespace
