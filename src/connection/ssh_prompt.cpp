@@ -46,7 +46,6 @@ bool textUp = false;
 /// The dialogue runs: a character typed belongs to it.
 bool dialogueRuns = false;
 bool loginEntered = false;
-bool passwordEntered = false;
 
 bool isAlphanumeric(char c) {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -56,7 +55,6 @@ void clearDialogue() {
     localLines.fill({});
     currentLine = 0;
     loginEntered = false;
-    passwordEntered = false;
     forgetLogin();
     forgetPassword();
 }
@@ -118,7 +116,6 @@ void addCharacter(char character) {
 void endField() {
     if (currentLine + 1 < localLines.size()) ++currentLine;
     if (loginEntered) {
-        passwordEntered = true;
         dialogueRuns = false;
         localConnect();
     } else {

@@ -99,10 +99,10 @@ class Copy:
                f"-DCMAKE_CXX_FLAGS=-O1 -w -include {here}/switch.h", f"-DCMAKE_EXE_LINKER_FLAGS={linker}",
                f"-DCMAKE_CXX_STANDARD_LIBRARIES={switch}", f"-DQXTERM_SANITIZE={SANITIZERS if self.sanitize else ''}"])
 
-    def compile(self, jobs):
+    def compile(self, jobs, keep_going=True):
         """What the compiler says, when it fails; else ""."""
         done = subprocess.run(["cmake", "--build", self.build, "--target", *native_tests.PROGRAMS, "-j", str(jobs), "--",
-                               "-k", "0"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
+                               "-k", "0" if keep_going else "1"], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
         return done.stdout if done.returncode != 0 else ""
 
     def check(self, jobs):
@@ -257,37 +257,25 @@ class Many:
 
 
 class Single:
-    """One mutant in a build, for those that cannot stand behind a switch."""
+    """One mutant at a time, for those that cannot stand behind a switch: in the same copy, whose other files stay built."""
 
-    def __init__(self, work, sanitize, many):
-        self.copy = Copy(os.path.join(work, "single"), sanitize)
-        self.copy.bring_up_to_date()
-        self.copy.configure()
-        said = self.copy.compile(os.cpu_count())
-        if said:
-            sys.exit(f"mutate: the copy does not compile:\n{said[-5000:]}")
-        self.unchanged = self.copy.sums()
-        self.tests = native_tests.Tests(self.copy.root, self.copy.build)
-        known = {test.name: test for test in many.tests.all}
-        self.tests.all = [test for test in self.tests.all if test.name in known]
-        for test in self.tests.all:
-            test.seconds, test.output = known[test.name].seconds, known[test.name].output
+    def __init__(self, many):
+        self.copy, self.tests = many.copy, many.tests
 
     def judge(self, mutant):
+        with open(os.path.join(self.copy.root, mutant.path), encoding="utf-8") as file:
+            switched = file.read()
         with open(os.path.join(ROOT, mutant.path), encoding="utf-8") as file:
-            text = file.read()
-        lines = text.split("\n")
+            lines = file.read().split("\n")
         lines[mutant.line - 1] = mutant.after
         try:
             self.copy.write(mutant.path, "\n".join(lines))
-            if self.copy.compile(1):
+            if self.copy.compile(os.cpu_count(), keep_going=False):
                 return "no code", ""
-            if self.copy.sums() == self.unchanged:
-                return "nothing", ""
             failed = self.tests.first_failure(self.tests.all, {})
             return ("noticed", failed) if failed else ("alive", "all tests pass")
         finally:
-            self.copy.write(mutant.path, text)
+            self.copy.write(mutant.path, switched)
 
 
 def named_mutants(path):
@@ -356,6 +344,8 @@ def main():
     parser.add_argument("--sanitize", action="store_true")
     parser.add_argument("--again", action="store_true", help="the living of the same choice once more")
     parser.add_argument("--work", default=os.path.join(ROOT, "build", "mutate"), help="where to build")
+    parser.add_argument("--headers", action="store_true",
+                        help="also those in headers that need a build of their own, each of nearly everything")
     parser.add_argument("--named", metavar="FILE", help="besides, changes written by hand (named_mutants)")
     parser.add_argument("--list", action="store_true", help="every mutant there is, without building any")
     arguments = parser.parse_args()
@@ -384,9 +374,12 @@ def main():
         print(f"{len(together)} alive by the quick tests", flush=True)
         alone.update(run_all(together, lambda number, _: many.judge(number, True), arguments.jobs, log, known))
         print(f"{len(alone)} in builds of their own", flush=True)
-        single = Single(arguments.work, arguments.sanitize, many)
+        single = Single(many)
+        if not arguments.headers:
+            alone = {number: mutant for number, mutant in alone.items() if not mutant.path.endswith(".h")}
         run_all(dict(sorted(alone.items())), lambda _, mutant: single.judge(mutant), 1, log, known)
-    summary([known[mutant.name()] for mutant in chosen])
+    nothing = {"result": "not judged"}
+    summary([known.get(mutant.name(), {**nothing, "mutant": mutant.name()}) for mutant in chosen])
     return 0
 
 

@@ -143,8 +143,10 @@ class Tests:
         status, output, _ = self._run(command, sum(test.seconds for test in cases), environment)
         if status == 0:
             return ""
-        last = ""
+        last = ""  # the test that ran when the program ended
         for line in output.decode("utf-8", "replace").splitlines():
+            if line.startswith("[  FAILED  ] "):
+                return line[len("[  FAILED  ] "):].split(" (")[0].split(",")[0]
             if line.startswith("[ RUN      ] "):
                 last = line[len("[ RUN      ] "):]
         return last or program

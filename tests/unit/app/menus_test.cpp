@@ -94,6 +94,20 @@ TEST_F(Menus, NewIsOptionsThenSaveAsThenConnect) {
     EXPECT_FALSE(g_bProfileNew);
 }
 
+TEST_F(Menus, NewAndOpenAskAboutChangesFirst) {
+    for (const std::int16_t entry : {std::int16_t{0}, std::int16_t{1}}) {
+        g_bProfileChanged = true;
+        records.clear();
+        headless::queueAnswer(Answer::no);
+        then([entry] { click(top(), entry == 0 ? "cmdCancel" : "cmd3Dcancel"); });
+        mnuprofItem_Click(entry);
+        EXPECT_EQ(boxes(), (Lines{"Save changes to profile: (untitled)?"})) << entry;
+        EXPECT_FALSE(g_bProfileChanged);
+        setCurrentProfile(DefaultProfile);
+        nameCurrentProfile("(untitled)");
+    }
+}
+
 // Nobody is there any more for what New would ask next: the name, or the host to connect to.
 TEST_F(Menus, NothingIsAskedBehindTheProgramsEnd) {
     then([] { EXPECT_TRUE(frmterm.unload(UnloadReason::windowsEnding)); });

@@ -307,5 +307,37 @@ TEST_F(OptionsDialog, TheCloseBoxIsCancel) {
     EXPECT_EQ(CurrentProfile, before);
 }
 
+TEST_F(OptionsDialog, TheNetworkFrameComesBackWithItsTypes) {
+    then([] {
+        for (const char* type : {"optSSH", "optNetwork"}) {
+            press("optSerial");
+            EXPECT_TRUE(control("frameSettings").visible());
+            press(type);
+            EXPECT_TRUE(control("frameNet").visible()) << type;
+            EXPECT_FALSE(control("frameSettings").visible()) << type;
+        }
+        press("cmdCancel");
+    });
+    show();
+}
+
+TEST_F(OptionsDialog, EachTypeShowsItsButton) {
+    struct Type {
+        std::int16_t type;
+        const char* button;
+    };
+    for (const Type& shown : {Type{connectType::net, "optNetwork"}, Type{connectType::serial, "optSerial"},
+                              Type{connectType::modem, "optModem"}, Type{connectType::ssh, "optSSH"}}) {
+        CurrentProfile.connectType = shown.type;
+        then([shown] {
+            for (const char* name : {"optNetwork", "optSerial", "optModem", "optSSH"}) {
+                EXPECT_EQ(chosen(name), std::string_view{name} == shown.button) << name;
+            }
+            press("cmdCancel");
+        });
+        show();
+    }
+}
+
 }  // namespace
 }  // namespace qxterm::test::options_dialog_test

@@ -198,5 +198,19 @@ TEST_F(ProfileDialog, TheCloseBoxIsCancel) {
     EXPECT_TRUE(g_bDialogCancelled);
 }
 
+TEST_F(ProfileDialog, AKeyThatIsNoLetterIsTakenAway) {
+    frmprof.load();
+    for (const std::int16_t pressed :
+         {std::int16_t{'!'}, std::int16_t{' '}, std::int16_t{1}, std::int16_t{233}}) {
+        std::int16_t key = pressed;
+        find<TextBox>(frmprof, "txtprof").onKeyPress.raise(key);
+        EXPECT_EQ(key, 0) << pressed;
+    }
+    std::int16_t letter = 'z';
+    find<TextBox>(frmprof, "txtprof").onKeyPress.raise(letter);
+    EXPECT_EQ(letter, 'z');
+    frmprof.unload();
+}
+
 }  // namespace
 }  // namespace qxterm::test::profile_dialog_test

@@ -12,10 +12,15 @@
 #include "diag/error_trap.h"
 #include "platform/event_loop.h"
 #include "platform/headless/display.h"
+#include "platform/headless/picture_box.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
+#include "terminal/commands/function_keys.h"
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/interpreter/interpreter.h"
+#include "terminal/model/input_busy.h"
+#include "terminal/model/output_state.h"
+#include "terminal/model/screen_store.h"
 #include "timers/timer_registry.h"
 
 namespace qxterm::test::start_test {
@@ -211,6 +216,39 @@ TEST_F(Closing, OpenHelpIsClosed) {
     mnuhelpItem_Click(0);
     EXPECT_TRUE(close());
     EXPECT_EQ(recorded("help", "command"), (Lines{"1", "18"}));
+}
+
+TEST_F(Start, BlinkingWaitsForTheInterpreter) {
+    start();
+    headless::deliverPaints();
+    processInput("\x1b[?12h\x1b[5mA");
+    inputBusy = -1;
+    headless::advance(750);  // odd: three times for the cursor, once for the text
+    EXPECT_EQ(picterm.picture().at(0, 0).text(), 'A');
+    EXPECT_TRUE(picterm.picture().at(1, 0).cursor());
+    inputBusy = 0;
+    headless::advance(250);  // once for each
+    if (headless::paintsWaiting) headless::deliverPaints();
+    EXPECT_EQ(picterm.picture().at(0, 0).text(), ' ');
+    EXPECT_FALSE(picterm.picture().at(1, 0).cursor());
+    processInput("\x1b[?12l");
+}
+
+/// Whatever was left behind: the program begins with the terminal's own state.
+TEST_F(Start, TheTerminalBeginsFresh) {
+    setCurrentAttr({63, 1, 2});
+    carryOver = "\x1b[";
+    lastChar = "x";
+    scrollback[1].text.fill('x');
+    fkeyBank = 1;
+    start();
+    EXPECT_EQ(curAttr, 0);
+    EXPECT_EQ(curFg, 7);
+    EXPECT_EQ(curBg, 0);
+    EXPECT_EQ(carryOver, "");
+    EXPECT_EQ(lastChar, "");
+    EXPECT_EQ(scrollback[1].text[0], ' ');
+    EXPECT_EQ(fkeyBank, 0);
 }
 
 }  // namespace

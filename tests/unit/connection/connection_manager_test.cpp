@@ -12,6 +12,7 @@
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
+#include "diag/report_error.h"
 #include "diag/trace_log.h"
 #include "platform/headless/serial.h"
 #include "platform/headless/socket.h"
@@ -317,6 +318,42 @@ TEST_F(ConnectionManager, EachButtonOfTheKeyBarSendsItsKey) {
     // ESC O c for the first of them, ESC O j for the eighth.
     EXPECT_EQ(recorded("send", "bytes"),
               (Lines{"1b4f63", "1b4f64", "1b4f65", "1b4f66", "1b4f67", "1b4f68", "1b4f69", "1b4f6a"}));
+}
+
+TEST_F(ConnectionManager, PortsFrom0To65535GoToTheSocket) {
+    for (const std::int32_t port : {0, 1, 65535}) {
+        use(connectType::net, "krv", port);
+        then([] { click(frmConn, "cmdCancel"); });
+        records.clear();
+        connectPort();
+        EXPECT_EQ(happened().front(), "socket connect krv " + std::to_string(port));
+    }
+    use(connectType::net, "krv", -1);
+    connectPort();
+    EXPECT_EQ(countOf("socket"), 0U);
+}
+
+TEST_F(ConnectionManager, AnAttemptOfAnUnknownTypeStaysOneWhateverTheProfileBecomes) {
+    use(connectType::unknown);
+    then([] {
+        CurrentProfile.connectType = connectType::loop;
+        EXPECT_EQ(g_iConnectType(), connectType::unknown);
+        click(frmConn, "cmdCancel");
+    });
+    connectPort();
+    EXPECT_EQ(g_iConnectType(), connectType::loop);
+}
+
+TEST_F(ConnectionManager, AResetConnectionEndsTheSession) {
+    use(connectType::net);
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(350);
+    connectPort();
+    ASSERT_TRUE(g_bConnectActive);
+    (void)reportError("sendBytes", 10054);
+    EXPECT_EQ(boxes(), (Lines{"The connection has been dropped"}));
+    EXPECT_FALSE(g_bConnectActive);
+    EXPECT_EQ(recorded("socket", "op").back(), "close");
 }
 
 }  // namespace

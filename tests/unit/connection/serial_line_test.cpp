@@ -145,5 +145,13 @@ TEST_F(SerialLine, NothingIsDialledOnAClosedPort) {
     EXPECT_EQ(timerHead, 0);
 }
 
+TEST_F(SerialLine, ThePollShowsASingleByte) {
+    inputBusy = -1;
+    headless::serialReceives(comser, "x", false);
+    inputBusy = 0;
+    pollSerial();
+    EXPECT_EQ(firstRow(), "x");
+}
+
 }  // namespace
 }  // namespace qxterm::test::serial_line_test

@@ -229,5 +229,18 @@ TEST_F(FormsTest, TheActivationMessageFollowsTheEventThatAttachesItsHook) {
                               "deactivate", "activate", "message 1"}));
 }
 
+TEST_F(FormsTest, AListChoosesAnEntryOrNone) {
+    list.clear();
+    list.addItem("one");
+    for (const int index : {-2, 1, 99}) EXPECT_THROW(list.setListIndex(index), RunTimeError) << index;
+    list.setListIndex(0);
+    EXPECT_EQ(list.listIndex(), 0);
+    list.setListIndex(-1);
+    EXPECT_EQ(list.listIndex(), -1);
+    list.setListIndex(0);
+    list.clear();
+    EXPECT_EQ(list.listIndex(), -1);
+}
+
 }  // namespace
 }  // namespace qxterm::test::forms_test

@@ -190,5 +190,33 @@ TEST_F(PictureBoxTest, NothingIsDrawnWhileTheFormIsNotLoaded) {
     EXPECT_FALSE(box.picture().at(0, 0).drawn());
 }
 
+TEST_F(PictureBoxTest, EveryChangeIsOneForTheNextFrame) {
+    const std::array<void (*)(), 9> changes{
+        [] { box.setBackground(7); },
+        [] { box.underline(1, 2, 3); },
+        [] {
+            box.fill({0, 0, 1, 1}, Raster::whiteness);
+        },
+        [] {
+            box.clear({0, 0, 1, 1});
+        },
+        [] {
+            box.invert({0, 0, 1, 1}, Inversion::selection);
+        },
+        [] { box.scroll(0, 5, 1); },
+        [] {
+            box.invalidate({0, 0, 1, 1});
+        },
+        [] { box.update(); },
+        [] { setCells(9, 18); },
+    };
+    for (std::size_t n = 0; n < changes.size(); ++n) {
+        (void)box.takeFrame();
+        EXPECT_FALSE(box.changed()) << n;
+        changes[n]();
+        EXPECT_TRUE(box.changed()) << n;
+    }
+}
+
 }  // namespace
 }  // namespace qxterm::test::picture_box_test

@@ -242,5 +242,46 @@ TEST(CellAreaTest, Within) {
     EXPECT_FALSE((CellArea{0, 22, 80, 3}.within({0, 22, 80, 2})));
 }
 
+// Whatever has been drawn on a row, nothing of it is left when a scroll frees the row.
+TEST_F(PictureTest, ARowFreedByAScrollIsBlankToItsLastColumn) {
+    const auto freed = [&] {
+        picture.scroll(3, 4, -1);
+        for (int column = 0; column < pictureColumns; ++column) {
+            if (picture.at(column, 4).drawn() || picture.at(column, 4).bg() != 0 ||
+                picture.at(column, 4).selected())
+                return column;
+        }
+        return -1;
+    };
+    picture.fill({70, 3, 10, 2}, 7);
+    EXPECT_EQ(freed(), -1);
+    text(75, 3, "beyond the edge");
+    text(75, 4, "beyond the edge");
+    EXPECT_EQ(freed(), -1);
+    picture.invert({79, 3, 1, 2}, Inversion::selection);
+    EXPECT_EQ(freed(), -1);
+    const CellSet part = cells({60, 3, 20, 2});
+    picture.setClip(&part);
+    text(72, 3, "clipped");
+    text(72, 4, "clipped");
+    picture.fill({78, 3, 2, 2}, 5);
+    picture.setClip(nullptr);
+    EXPECT_EQ(freed(), -1);
+    // The rows above keep what stood far right, also when what they are moved over had less.
+    text(78, 6, "ab");
+    text(0, 5, "c");
+    picture.scroll(5, 6, -1);
+    picture.scroll(5, 6, 1);
+    picture.scroll(5, 6, 1);
+    EXPECT_EQ(rowText(picture, 5), std::string(80, ' '));
+    EXPECT_EQ(rowText(picture, 6), std::string(80, ' '));
+}
+
+TEST_F(PictureTest, CellsThatWaitFollowAScrollToTheLastRow) {
+    CellSet waiting = cells({3, 23, 1, 1});
+    waiting.follow(20, 24, 1);
+    EXPECT_TRUE(waiting.contains(3, 24));
+}
+
 }  // namespace
 }  // namespace qxterm::test::picture_test

@@ -102,5 +102,14 @@ TEST_F(Attributes, InvisibleTextIsStoredAsBlanksAndCannotComeBack) {
     EXPECT_EQ(shown(0), "a      z");
 }
 
+TEST(ColoursExist, AreEight) {
+    EXPECT_TRUE(coloursExist(0, 0));
+    EXPECT_TRUE(coloursExist(7, 7));
+    for (const std::int16_t none : {std::int16_t{8}, std::int16_t{9}, std::int16_t{-1}}) {
+        EXPECT_FALSE(coloursExist(none, 0)) << none;
+        EXPECT_FALSE(coloursExist(0, none)) << none;
+    }
+}
+
 }  // namespace
 }  // namespace qxterm::attributes_test

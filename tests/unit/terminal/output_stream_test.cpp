@@ -107,5 +107,14 @@ TEST_F(OutputStream, WhatIsLeftOfABlockIsShownWhenItsSessionEnds) {
     EXPECT_EQ(carryOver, "\x1b[");
 }
 
+TEST_F(OutputStream, ASequenceMetBeforeAnotherBeganDoesNotComeBack) {
+    for (const std::string before : {"", "\x1b[", "\x1b[1;"}) {
+        host(before);
+        atYields({beginOutput});
+        host("5z\x1b[5z\nrest");
+        EXPECT_EQ(carryOver, "");
+    }
+}
+
 }  // namespace
 }  // namespace qxterm::output_stream_test

@@ -170,6 +170,16 @@ TEST_F(ScreenOperations, InsertingForEverIsNoError) {
     EXPECT_EQ(faults(), "");
 }
 
+TEST_F(ScreenOperations, TextThatWaitsToBeDrawnAtTheCursorMovesAlong) {
+    lineOnRow(0).dirtyLast = 10;
+    cursorTo(10, 0);
+    insChars("XY", 2, special);
+    EXPECT_EQ(lineOnRow(0).dirtyLast, 12);
+    cursorTo(13, 0);
+    insChars("XY", 2, special);
+    EXPECT_EQ(lineOnRow(0).dirtyLast, 12);
+}
+
 TEST_F(ScreenOperations, TheSpanToDrawIsHeldAtTheSamePlace) {
     ScreenLine& record = lineOnRow(0);
     record.usedLength = 32760;
@@ -329,6 +339,63 @@ TEST_F(ScreenOperations, EraseInDisplayKnowsThreeValues) {
     host("\x1b[1J");
     for (std::int32_t row = 0; row < 12; ++row) EXPECT_TRUE(words(row, 0, 79, plain)) << row;
     for (std::int32_t row = 12; row < 25; ++row) EXPECT_EQ(line(row), pattern()) << row;
+}
+
+TEST_F(ScreenOperations, ErasingPartOfALineLeavesTheRestOnTheWindow) {
+    host("\x1b[3;1H" + pattern());
+    host("\x1b[3;11H\x1b[1K");
+    EXPECT_EQ(shown(2), std::string(11, ' ') + pattern().substr(11));
+    host("\x1b[3;71H\x1b[K");
+    EXPECT_EQ(shown(2), std::string(11, ' ') + pattern().substr(11, 59));
+}
+
+TEST_F(ScreenOperations, WhatWaitsIsStoredBeforeItIsErasedOrMoved) {
+    host("abc\x1b[1K");
+    EXPECT_EQ(text(0), "");
+    host("\r\nabc\x1b[1J");
+    EXPECT_EQ(text(1), "");
+    host("\r\nwxyz\rabc\x1b[2@");
+    EXPECT_EQ(text(2), "abc  z");
+    host("\r\nwxyz\rab\x1b[P");
+    EXPECT_EQ(text(3), "abz");
+}
+
+TEST_F(ScreenOperations, WithoutANumberOneCharacterIsInsertedAndDeleted) {
+    host("wxyz\r\x1b[@");
+    EXPECT_EQ(text(0), " wxyz");
+    host("\x1b[P\x1b[P");
+    EXPECT_EQ(text(0), "xyz");
+}
+
+TEST_F(ScreenOperations, SuspendedDrawingBlanksThePageOnTheWindow) {
+    for (int row = 1; row <= 24; ++row) host("\x1b[" + std::to_string(row) + ";1Hrow");
+    host("\x1b[1;1xstatus");
+    host("\x1b[?10h");
+    for (int row = 0; row < 24; ++row) EXPECT_EQ(shown(row), "") << row;
+    EXPECT_EQ(shown(24), "status");
+    host("\x1b[?10l");
+    for (int row = 0; row < 24; ++row) EXPECT_EQ(shown(row), "row") << row;
+}
+
+// A first row of 24 counts as 1.
+TEST_F(ScreenOperations, TheRegionBeginsAtRow23AtMost) {
+    host("\x1b[5;9r\x1b[24;24r");
+    EXPECT_EQ(regionTop, 0);
+    EXPECT_EQ(regionBottom, 23);
+    host("\x1b[23;24r");
+    EXPECT_EQ(regionTop, 22);
+    EXPECT_EQ(regionBottom, 23);
+}
+
+TEST_F(ScreenOperations, IndexAndReverseIndexShowAtOnceWhatWaited) {
+    host(
+        "\x1b[24;1Hlast\x1b"
+        "D");
+    EXPECT_EQ(shown(22), "last");
+    EXPECT_EQ(shown(23), "");
+    host("\x1b[1;1Hfirst\x1bM");
+    EXPECT_EQ(shown(0), "");
+    EXPECT_EQ(shown(1), "first");
 }
 
 TEST_F(ScreenOperations, EraseInDisplayFromTheStatusRow) {

@@ -142,5 +142,24 @@ TEST(Parameters, HaveDefaults) {
     EXPECT_FALSE(parameters.privateMarker());
 }
 
+// An unknown sequence is read again in front of the next block, from its final character on: its parameters
+// stay the same.
+TEST(SequenceParser, ReadingTheFinalAgainAddsNoParameter) {
+    SequenceParser parser;
+    parser.start();
+    std::size_t position = 0;
+    ASSERT_EQ(parser.read("1", position), nullptr);
+    const std::string_view whole = "12z";
+    for (int n = 0; n < 3; ++n) {
+        const char* const final = parser.read(whole, position);
+        ASSERT_NE(final, nullptr);
+        EXPECT_EQ(*final, 'z');
+        EXPECT_EQ(position, 3U);
+        const auto values = parser.parameters().values();
+        EXPECT_EQ(List(values.begin(), values.end()), List{12});
+        position = 2;
+    }
+}
+
 }  // namespace
 }  // namespace qxterm::sequence_parser_test

@@ -176,5 +176,18 @@ TEST_F(Window, ScrolledViewShowsTheStoredLines) {
     }
 }
 
+TEST_F(Window, TheWheelMovesTheViewWithinItsLimits) {
+    host(std::string(40, '\n'));  // 17 lines scroll off
+    ASSERT_EQ(scrollbackTop, 501 - 17);
+    picterm.onWheel.raise(static_cast<short>(-3));
+    EXPECT_EQ(vscterm.value(), 498);
+    picterm.onWheel.raise(static_cast<short>(-30));
+    EXPECT_EQ(vscterm.value(), 484);
+    picterm.onWheel.raise(static_cast<short>(3));
+    EXPECT_EQ(vscterm.value(), 487);
+    picterm.onWheel.raise(static_cast<short>(300));
+    EXPECT_EQ(vscterm.value(), 501);
+}
+
 }  // namespace
 }  // namespace qxterm::window_test

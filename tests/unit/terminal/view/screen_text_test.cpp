@@ -120,5 +120,40 @@ TEST_F(ScreenText, LocalPromptHasThePlaceAtItsEnd) {
     EXPECT_EQ(place(), Place({8, 8}));
 }
 
+TEST_F(ScreenText, WhatBlinksBehindTheLocalPromptIsNotRead) {
+    host("\x1b[5mhidden");
+    localPromptShown = [] { return true; };
+    picterm.clear({0, 0, 80, 1});
+    for (const bool off : {false, true}) {
+        setTextBlinkOff(off);
+        EXPECT_EQ(row(0), "") << off;
+    }
+    localPromptShown = [] { return false; };
+    EXPECT_EQ(row(0), "hidden");
+}
+
+TEST_F(ScreenText, OnlyBlinkingTextIsAddedInTheDarkPhase) {
+    host("text \x1b[5malarm\x1b[m");
+    setTextBlinkOff(true);
+    picterm.clear({0, 0, 80, 25});
+    EXPECT_EQ(row(0), "     alarm") << "the window shows nothing, and what does not blink stays so";
+}
+
+TEST_F(ScreenText, PlaceInTheFirstColumnAndOnTheStatusRow) {
+    host("\x1b[5;1H");
+    EXPECT_EQ(place(), Place({0, 4}));
+    host("\x1b[1;5x");
+    EXPECT_EQ(place(), Place({4, 24}));
+    viewKey(33, 2);  // the status row cannot be marked: the mark begins above it
+    EXPECT_EQ(place(), Place({4, 23}));
+}
+
+TEST_F(ScreenText, TheLocalPromptIsOnThePage) {
+    host("\x1b[1;1xstatus\x1b[1;1Hlogin: ab");
+    localPromptShown = [] { return true; };
+    EXPECT_EQ(place(), Place({9, 0}));
+    localPromptShown = [] { return false; };
+}
+
 }  // namespace
 }  // namespace qxterm::test::screen_text_test

@@ -269,5 +269,36 @@ TEST_F(SelectionWindow, AutoScrollStopsAtBothEnds) {
     EXPECT_EQ(vscterm.value(), liveView);
 }
 
+// 30 lines were fed on the last row: 30 lie above the view, at 471 to 500.
+TEST_F(SelectionWindow, AutoScrollEndsWithTheButton) {
+    host("\x1b[24;1H" + std::string(30, '\n'));
+    down(3, 5);
+    picterm.onMouseMove.raise(1, 0, twipsX(3), -1);
+    headless::advance(50);
+    EXPECT_EQ(vscterm.value(), 500);
+    headless::advance(49);
+    EXPECT_EQ(vscterm.value(), 500);
+    headless::advance(1);
+    EXPECT_EQ(vscterm.value(), 499);
+    picterm.onMouseUp.raise(1, 0, twipsX(3), -1);
+    headless::advance(1'000);
+    EXPECT_EQ(vscterm.value(), 499);
+    EXPECT_EQ(differences(), "");
+    // Moving the mouse on does not hold it up.
+    down(3, 5);
+    for (int n = 0; n < 10; ++n) {
+        picterm.onMouseMove.raise(1, 0, twipsX(3), -1 - n);
+        headless::advance(10);
+    }
+    EXPECT_EQ(vscterm.value(), 497);
+    picterm.onMouseUp.raise(1, 0, twipsX(3), -1);
+    vscterm.userMoved(499, false);
+    // A press starts without it.
+    down(3, 5);
+    headless::advance(1'000);
+    EXPECT_EQ(vscterm.value(), 499);
+    up(3, 5);
+}
+
 }  // namespace
 }  // namespace qxterm::test::selection_window_test
