@@ -29,22 +29,24 @@ WINDOWS = re.compile(r"(^|/)win32/")
 BROKEN = "clang-diagnostic-error"
 
 FINDING = re.compile(r"^(.+?):(\d+):\d+: (?:warning|error): (.*)$", re.MULTILINE)
+NAMESPACE = re.compile(r"namespace (?:([\w:]+) )?\{$")
 DECLARED = re.compile(r"(?:struct|class|enum class|enum|using) (\w+)|.*?(\w+)\s*[(={;\[]")
 
 
-def names_in(lines, everywhere=False):
-    """The names that a file keeps for itself, in its unnamed namespaces; or all that stand at the start of a line."""
+def names_in(lines, own=True):
+    """The names that a file has in its namespaces, with these: those that it keeps for itself, or those for all."""
     names = set()
-    inside = False
+    spaces = []
     for line in lines:
-        if line.startswith("namespace {"):
-            inside = True
-        elif line.startswith("}") and line.endswith("// namespace"):
-            inside = False
-        elif inside or everywhere:
+        opened = NAMESPACE.match(line)
+        if opened:
+            spaces.append(opened.group(1) or "")
+        elif line.startswith("}") and "// namespace" in line:
+            del spaces[-1:]
+        elif ("" in spaces) == own and line[:1] not in (" ", "}", "/", "#"):
             found = DECLARED.match(line.removeprefix("[[nodiscard]] "))
-            if found and line[:1] not in " }/#":
-                names.add(found.group(1) or found.group(2))
+            if found:
+                names.add("::".join([space for space in spaces if space] + [found.group(1) or found.group(2)]))
     return names
 
 
@@ -154,7 +156,7 @@ class Unit:
 def units(root):
     """The units, those first that take longest."""
     texts = {path: house.read_lines(path, root) for path in house.source_files(root) if path.startswith(FOLDERS)}
-    public = {name for path, lines in texts.items() if path.endswith(".h") for name in names_in(lines, everywhere=True)}
+    public = {name for path, lines in texts.items() if path.endswith(".h") for name in names_in(lines, own=False)}
     groups = []
     for windows in (True, False):
         files = {path: lines for path, lines in texts.items()
