@@ -21,7 +21,7 @@ import sys
 import house
 
 FOLDERS = ("src/", "helpers/", "tools/")
-INCLUDES = ("src", "helpers", "tools", "tools/qxterm-scenario")
+INCLUDES = ("src", "helpers", "tools")
 CROSS = "/usr/lib/gcc/x86_64-w64-mingw32/*-posix/include/c++"
 # With the default of 225000 states for each function the analyzer takes six times as long.
 ANALYZER = ("-Xclang", "-analyzer-config", "-Xclang", "max-nodes=12000")
@@ -88,7 +88,9 @@ class Unit:
         self.note = os.path.join(folder, name + ".clean")
 
     def options(self):
-        options = ["-std=c++20", *(f"-I{os.path.join(self.root, folder)}" for folder in INCLUDES)]
+        # The tools include what stands beside them.
+        own = {os.path.dirname(path) for path in self.paths if path.startswith("tools/")}
+        options = ["-std=c++20", *(f"-I{os.path.join(self.root, folder)}" for folder in [*INCLUDES, *sorted(own)])]
         if self.windows:
             cross = sorted(glob.glob(CROSS))[-1]
             options += ["--target=x86_64-w64-mingw32", "-isystem", cross,
