@@ -116,7 +116,8 @@ def session():
         atTheShell(program)
         check(tunnel.word not in program.page(), f"the password is shown:\n{program.page()}")
         check(memoryHolds(program.process, tunnel.name.encode()), "the login name is not found in the program's memory")
-        check(not memoryHolds(program.process, tunnel.word.encode()), "the password is left in the program's memory")
+        # Its end: what is sent later may stand where its beginning stood.
+        check(not memoryHolds(program.process, tunnel.word[-10:].encode()), "the password is left in the program's memory")
         lines = sorted(helpers().values())
         check(any("zpt_ssh -no-antispoof" in text and f"-P {tunnel.server.port} -4 -ssh -L" in text for text in lines)
               and any("zpt_tnetd 2 " in text and f" 4 {tunnel.name}" in text for text in lines)

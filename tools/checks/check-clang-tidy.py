@@ -21,7 +21,7 @@ import sys
 import house
 
 FOLDERS = ("src/", "helpers/", "tools/")
-INCLUDES = ("src", "helpers", "tools", "tools/qxterm-scenario")
+INCLUDES = ("src", "helpers", "tools")
 CROSS = "/usr/lib/gcc/x86_64-w64-mingw32/*-posix/include/c++"
 # With the default of 225000 states for each function the analyzer takes six times as long.
 ANALYZER = ("-Xclang", "-analyzer-config", "-Xclang", "max-nodes=12000")
@@ -29,22 +29,24 @@ WINDOWS = re.compile(r"(^|/)win32/")
 BROKEN = "clang-diagnostic-error"
 
 FINDING = re.compile(r"^(.+?):(\d+):\d+: (?:warning|error): (.*)$", re.MULTILINE)
+NAMESPACE = re.compile(r"namespace (?:([\w:]+) )?\{$")
 DECLARED = re.compile(r"(?:struct|class|enum class|enum|using) (\w+)|.*?(\w+)\s*[(={;\[]")
 
 
-def names_in(lines, everywhere=False):
-    """The names that a file keeps for itself, in its unnamed namespaces; or all that stand at the start of a line."""
+def names_in(lines, own=True):
+    """The names that a file has in its namespaces, with these: those that it keeps for itself, or those for all."""
     names = set()
-    inside = False
+    spaces = []
     for line in lines:
-        if line.startswith("namespace {"):
-            inside = True
-        elif line.startswith("}") and line.endswith("// namespace"):
-            inside = False
-        elif inside or everywhere:
+        opened = NAMESPACE.match(line)
+        if opened:
+            spaces.append(opened.group(1) or "")
+        elif line.startswith("}") and "// namespace" in line:
+            del spaces[-1:]
+        elif ("" in spaces) == own and line[:1] not in (" ", "}", "/", "#"):
             found = DECLARED.match(line.removeprefix("[[nodiscard]] "))
-            if found and line[:1] not in " }/#":
-                names.add(found.group(1) or found.group(2))
+            if found:
+                names.add("::".join([space for space in spaces if space] + [found.group(1) or found.group(2)]))
     return names
 
 
@@ -86,27 +88,23 @@ class Unit:
         self.note = os.path.join(folder, name + ".clean")
 
     def options(self):
-        options = ["-std=c++20", *(f"-I{os.path.join(self.root, folder)}" for folder in INCLUDES)]
+        # The tools include what stands beside them.
+        own = {os.path.dirname(path) for path in self.paths if path.startswith("tools/")}
+        options = ["-std=c++20", *(f"-I{os.path.join(self.root, folder)}" for folder in [*INCLUDES, *sorted(own)])]
         if self.windows:
             cross = sorted(glob.glob(CROSS))[-1]
             options += ["--target=x86_64-w64-mingw32", "-isystem", cross,
                         "-isystem", os.path.join(cross, "x86_64-w64-mingw32")]
         return options
 
-    def compile(self):
-        """Compiles it: the places of errors, and the files that it is made of."""
-        result = subprocess.run(
-            ["clang++", "-fsyntax-only", "-ferror-limit=0", "-w", "-MD", "-MF", self.note + ".d", *self.options(),
-             self.file], capture_output=True, text=True)
-        if result.returncode != 0:
-            return {self.place(path, int(line)) for path, line, _ in FINDING.findall(result.stdout + result.stderr)}, []
-        with open(self.note + ".d", encoding="utf-8") as file:
-            return set(), file.read().replace("\\\n", " ").split()[1:]
-
-    def fingerprint(self, made_of):
-        """A hash of all that the result depends on."""
+    def fingerprint(self):
+        """A hash of all that the result depends on; None when that cannot be told."""
+        listed = subprocess.run(["clang++", "-M", *self.options(), self.file], capture_output=True, text=True)
+        if listed.returncode != 0:
+            return None
         state = hashlib.sha256(subprocess.run(["clang-tidy", "--version"], capture_output=True).stdout)
-        for path in [*made_of, os.path.join(self.root, ".clang-tidy")]:
+        made_of = listed.stdout.replace("\\\n", " ").split()[1:]
+        for path in [*made_of, os.path.join(self.root, ".clang-tidy"), os.path.abspath(__file__)]:
             with open(path, "rb") as file:
                 state.update(path.encode() + hashlib.sha256(file.read()).digest())
         return state.hexdigest()
@@ -119,17 +117,20 @@ class Unit:
         own = os.path.relpath(path, self.root)
         return f"{own}:{line}" if own.startswith(FOLDERS) else None
 
+    def apart(self, broken):
+        """The unit without the files in which it does not compile, and each of these; the halves of one that is broken in
+        some header."""
+        alone = [path for path in self.paths if any(place.startswith(path + ":") for place in broken)]
+        rest = [path for path in self.paths if path not in alone]
+        half = len(rest) if alone else len(rest) // 2
+        groups = [paths for paths in (rest[:half], rest[half:]) if paths] + [[path] for path in alone]
+        return [Unit(self.root, paths, self.windows) for paths in groups]
+
     def look(self):
         """The findings."""
         with open(self.file, "w", encoding="utf-8") as file:
             file.write(self.text)
-        errors, made_of = self.compile()
-        apart = [path for path in self.paths if any(place and place.startswith(path + ":") for place in errors)]
-        if errors and len(self.paths) > 1:
-            rest = [path for path in self.paths if path not in apart] if apart else []
-            smaller = ([rest] if rest else []) + [[path] for path in (apart or self.paths)]
-            return [problem for paths in smaller for problem in Unit(self.root, paths, self.windows).look()]
-        state = self.fingerprint(made_of) if not errors else None
+        state = self.fingerprint()
         if state is not None and os.path.exists(self.note):
             with open(self.note, encoding="ascii") as file:
                 if file.read() == state:
@@ -138,11 +139,12 @@ class Unit:
             ["clang-tidy", "--quiet", f"--config-file={os.path.join(self.root, '.clang-tidy')}", self.file, "--",
              *ANALYZER, *self.options()],
             capture_output=True, text=True)
-        problems = []
-        for path, line, text in FINDING.findall(result.stdout):
-            place = self.place(path, int(line))
-            if place or BROKEN in text:
-                problems.append(f"{place or path}: {text}")
+        found = [(self.place(path, int(line)), path, line, text) for path, line, text in FINDING.findall(result.stdout)]
+        broken = [place or "" for place, _, _, text in found if BROKEN in text]
+        if broken and len(self.paths) > 1:
+            return [problem for unit in self.apart(broken) for problem in unit.look()]
+        problems = [f"{place or f'{path}:{line}'}: {text}" for place, path, line, text in found
+                    if place or BROKEN in text]
         if result.returncode != 0 and not problems:
             problems = [f"clang-tidy failed in {', '.join(self.paths)}: {(result.stdout + result.stderr).strip()}"]
         if not problems and state is not None:
@@ -154,7 +156,7 @@ class Unit:
 def units(root):
     """The units, those first that take longest."""
     texts = {path: house.read_lines(path, root) for path in house.source_files(root) if path.startswith(FOLDERS)}
-    public = {name for path, lines in texts.items() if path.endswith(".h") for name in names_in(lines, everywhere=True)}
+    public = {name for path, lines in texts.items() if path.endswith(".h") for name in names_in(lines, own=False)}
     groups = []
     for windows in (True, False):
         files = {path: lines for path, lines in texts.items()

@@ -92,6 +92,14 @@ class StaticAnalysis(SmallTree):
         self.write("src/b.cpp", "struct One { int n; };\n" + self.NULL)
         self.assertEqual(self.found(), ["src/b.cpp:5"])
 
+    def test_unit_that_breaks_in_a_header_is_halved(self):
+        unit = clang_tidy.Unit(self.root, [], False)
+        unit.paths = ["a", "b", "c"]
+        with unittest.mock.patch.object(clang_tidy, "Unit", lambda root, paths, windows: paths):
+            self.assertEqual(unit.apart([""]), [["a"], ["b", "c"]])
+            self.assertEqual(unit.apart(["b:7", ""]), [["a", "c"], ["b"]])
+            self.assertEqual(unit.apart(["a:1", "b:7", "c:8"]), [["a"], ["b"], ["c"]])
+
     def test_file_that_does_not_compile(self):
         self.write("src/a.cpp", "int twice(int n) { return 2 * m; }\n")
         self.assertEqual(self.found(), ["src/a.cpp:1"])

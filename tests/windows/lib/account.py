@@ -15,7 +15,7 @@ def testUser(furnish=lambda home: None):
     """A user who may log in, with the terminal's description; gone afterwards. Yields (name, password, home)."""
     if os.getuid() != 0:
         raise Skip("making a user to log in as needs root")
-    name, word = f"qxt{os.getpid() % 100000}", secrets.token_hex(6)
+    name, word = f"qxt{os.getpid() % 100000}", secrets.token_hex(12)
     with tempfile.TemporaryDirectory(prefix="qxterm-home-") as folder:
         home = Path(folder)
         subprocess.run(["useradd", "-M", "-d", folder, "-s", "/bin/bash", name], check=True)
