@@ -43,6 +43,7 @@ def parsed():
                         "draw what is there")
     parser.add_argument("--new", action="store_true", help="do not go on with the run that is there")
     parser.add_argument("--seed", type=int, help="of what the user and the hosts do (one of its own each time)")
+    parser.add_argument("--remark", metavar="TEXT", help="what the page says about the last sitting in the window")
     parser.add_argument("--samples", type=Path, metavar="FOLDER", help="where the samples are kept (build/endurance)")
     arguments = parser.parse_args()
     if arguments.hours is not None and arguments.hours <= 0:
@@ -103,6 +104,9 @@ def main():
         print(f"== In the scenario tool, {VIRTUAL_HOURS * share:g} hours of virtual time, seed {seed}", flush=True)
         number = len(run.sittings("scenario")) + 1
         noted("scenario", run, scenario.play(TOOL, run.folder, number, seed, int(EVENTS * share), VIRTUAL_HOURS * share))
+    if arguments.remark is not None and run.sittings("window"):
+        run.sittings("window")[-1]["remark"] = arguments.remark
+        run.save()
     good = report.report(run, write=arguments.samples == ROOT / "build" / "endurance")
     sys.exit(0 if good else 1)
 

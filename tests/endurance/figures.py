@@ -8,7 +8,7 @@ class Figure:
     column: str
     title: str
     unit: str  # of the number in the samples
-    grows: float  # how much it may grow in an hour; 0: less than one in all of a run
+    grows: float  # how much it may grow in an hour, and in a shorter sitting; 0: by less than one in a whole sitting
 
 
 MIB = 1024.0  # KiB

@@ -40,10 +40,10 @@ def percentile(values, share):
 
 def judged(rows, figures, axis="seconds"):
     """A verdict for each figure. rows: those that are judged, at rest and behind the warm-up; each sitting has a slope of
-    its own, and the steepest counts."""
+    its own, and the one that has come nearest to its bound counts."""
     verdicts = []
     for figure in figures:
-        steepest, values = None, []
+        worst, values = None, []
         for sitting in sorted({row["sitting"] for row in rows}):
             points = [(row[axis] / HOUR, row[figure.column], kindOf(row.get("phase"))) for row in rows
                       if row["sitting"] == sitting and row[figure.column] is not None]
@@ -51,23 +51,24 @@ def judged(rows, figures, axis="seconds"):
             if len(points) < LEAST or found is None:
                 continue
             values += [y for _, y, _ in points]
-            # How much in an hour, or in all.
-            grown = found if figure.grows else found * (points[-1][0] - points[0][0])
-            steepest = grown if steepest is None else max(steepest, grown)
-        verdicts.append(verdict(figure, steepest, values))
+            hours = points[-1][0] - points[0][0]
+            # A slope over some minutes says little about an hour.
+            bound = figure.grows * max(hours, 1) or 1
+            one = (found * hours / bound, found * hours, bound)
+            worst = one if worst is None else max(worst, one)
+        verdicts.append(verdict(figure, worst, values))
     return verdicts
 
 
-def verdict(figure, steepest, values):
-    if steepest is None:
+def verdict(figure, worst, values):
+    """worst: the share of the bound, how much was grown, the bound."""
+    if worst is None:
         return Verdict(figure.title, "too few samples", "", False)
+    share, grown, bound = worst
     lowest, highest = min(values), max(values)
-    per = "an hour" if figure.grows else "in all"
-    bound = figure.grows or 1
     unit = f" {figure.unit}" if figure.unit else ""
     where = f"{lowest:.0f}" if lowest == highest else f"{lowest:.0f} to {highest:.0f}"
-    return Verdict(figure.title, f"{where}{unit}, {steepest:+.1f} {per}", f"less than {bound:+.0f}{unit} {per}",
-                   steepest < bound)
+    return Verdict(figure.title, f"{where}{unit}, grown by {grown:.1f}", f"less than {bound:.0f}{unit}", share < 1)
 
 
 def answers(title, found, idle, share, stretch=1.0):

@@ -104,10 +104,11 @@ def sittingLine(run, one):
     load = f"; the machine's load was {statistics.median(loads):.1f}, at most {max(loads):.1f}" if loads else ""
     if one.get("ran"):
         load += f", and the window's thread waited {one['waited'] / one['ran']:.1f} times as long for a processor as it had one"
+    remark = f" {one['remark']}" if one.get("remark") else ""
     return (f"- Sitting {one['number']}, {one['date']}, {one['machine']}, seed {one['seed']}: {one['seconds'] / 60:.0f} minutes, "
             f"{counted(one.get('rounds', 0), 'round')}, {one.get('received', 0) / 1e9:.1f} GB of output, "
             f"{counted(one.get('sessions', 0), 'session')}, {sum(one.get('actions', {}).values())} things that the user did, "
-            f"{one.get('typed', 0)} bytes typed and pasted{load}.")
+            f"{one.get('typed', 0)} bytes typed and pasted{load}.{remark}")
 
 
 def report(run, write):

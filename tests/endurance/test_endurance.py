@@ -13,7 +13,7 @@ import report  # noqa: E402
 import samples  # noqa: E402
 import scenario  # noqa: E402
 from figures import WINDOW, Figure  # noqa: E402
-from judgement import answers, answersOf, judged, percentile  # noqa: E402
+from judgement import answers, answersOf, judged, percentile, slope  # noqa: E402
 
 COUNT = Figure("handles", "handles", "", 0)
 MEMORY = Figure("private", "private memory", "KiB", 1024)
@@ -51,9 +51,14 @@ class Slopes(unittest.TestCase):
         self.assertTrue(good(COUNT, run(lambda number, phase: 40 - number)))
 
     def test_memory_has_its_bound_for_an_hour(self):
-        # A round takes three minutes.
-        self.assertTrue(good(MEMORY, run(lambda number, phase: 10000 + 50 * number)))
-        self.assertFalse(good(MEMORY, run(lambda number, phase: 10000 + 52 * number)))
+        # A round takes three minutes; the samples of forty are 1.98 hours apart.
+        self.assertTrue(good(MEMORY, run(lambda number, phase: 10000 + 51 * number, rounds=40)))
+        self.assertFalse(good(MEMORY, run(lambda number, phase: 10000 + 52 * number, rounds=40)))
+
+    def test_memory_may_grow_as_much_in_half_an_hour(self):
+        # Those of ten rounds are 0.483 hours apart.
+        self.assertTrue(good(MEMORY, run(lambda number, phase: 10000 + 105 * number)))
+        self.assertFalse(good(MEMORY, run(lambda number, phase: 10000 + 107 * number)))
 
     def test_each_sitting_has_a_slope_of_its_own(self):
         second = run(lambda number, phase: 70, sitting=2.0)
@@ -61,8 +66,13 @@ class Slopes(unittest.TestCase):
         rising = run(lambda number, phase: 40 + number, sitting=2.0)
         self.assertFalse(good(COUNT, run(lambda number, phase: 40) + rising))
 
+    def test_phases_are_not_compared_with_each_other(self):
+        early, late = [(n, 40, "loop") for n in range(6)], [(n, 45, "serial") for n in range(6, 12)]
+        self.assertEqual(slope(early + late), 0)
+
     def test_too_few_samples_are_not_good(self):
         self.assertFalse(good(COUNT, run(lambda number, phase: 40, rounds=1)))
+        self.assertFalse(good(COUNT, [row for row in run(lambda number, phase: 40) if row["phase"].endswith("loop")][:4]))
 
 
 class Answers(unittest.TestCase):
@@ -119,13 +129,13 @@ class Folders(unittest.TestCase):
         columns = ("sitting", "seconds", "phase", "rest",
                    *(figure.column for figure in WINDOW if figure.column != "elsewhere"))
         table = samples.Table(self.folder / "window.csv", columns)
-        for number in range(1, 5):
-            for place in range(4):
-                # The third of each round, and all of the first, are far off.
-                far = number == 1 or place == 3
-                values = {name: 1000 * number * far + 40 for name in columns[4:]}
-                table.add({"sitting": 1, "seconds": 240 * number + 60 * place, "phase": f"{number} loop",
-                           "rest": int(place != 3), **values})
+        for number in range(1, 4):
+            for place in range(10):
+                # Lower in the first round, and higher and higher between the three samples at rest.
+                rest = place % 4 == 0
+                values = {name: (0 if number == 1 else 40) if rest else 1000 * number + place for name in columns[4:]}
+                table.add({"sitting": 1, "seconds": 600 * number + 60 * place, "phase": f"{number} loop", "rest": int(rest),
+                           **values})
         self.assertEqual([verdict.title for verdict in report.judgedWindow(one) if not verdict.good],
                          ["the window answers a message", "a key reaches the host"])
 
@@ -168,6 +178,7 @@ class ScenarioPart(unittest.TestCase):
         self.assertGreaterEqual(told["events"], 6000)
         self.assertAlmostEqual(told["virtual"], 180, delta=20)
         self.assertGreater(len(rows), 15)
+        self.assertAlmostEqual(rows[-1]["virtual"], 180, delta=20)
         # Between two sessions nothing is open.
         self.assertEqual({(row["forms"], row["sockets"], row["ports"], row["helpers"]) for row in rows}, {(1, 0, 0, 0)})
 
