@@ -7,7 +7,7 @@ from judgement import kindOf
 
 WIDTH, LEFT, RIGHT = 960, 64, 20  # pixels
 PANEL, GAP, HEAD = 110, 46, 54
-BUCKETS = 240  # points of a line at most
+BUCKETS = 120  # points of a line at most
 HOUR = 3600.0
 COLOURS = ("#1f5fa8", "#c2571a", "#2e7d32", "#8e3b97", "#6b6b6b")
 PHASES = {"y lines": "#cfe3f7", "no line end": "#d9f0dd", "recorded": "#fbe5cf", "reconnections": "#f6d5dc",
@@ -136,11 +136,12 @@ def panel(y, title, lines, bands, ends, limit):
         parts.append(f'<polyline points="{at(0, limit)} {at(total, limit)}" stroke="#b00020" stroke-dasharray="4 3" '
                      'fill="none"/>\n')
     parts.append(f'<text x="{LEFT}" y="{y - 5}" font-weight="bold">{escape(title)}</text>\n')
-    x = LEFT + 8 + 7.2 * len(title)
+    x = LEFT + 16 + 7.6 * len(title)
     for (name, points), colour in zip(lines.items(), COLOURS):
         thin = thinned(points, top)
         outline = [at(x_, high) for x_, _, _, high in thin] + [at(x_, low) for x_, low, _, _ in reversed(thin)]
-        parts.append(f'<polygon points="{" ".join(outline)}" fill="{colour}" fill-opacity="0.25"/>\n')
+        if any(low != high for _, low, _, high in thin):
+            parts.append(f'<polygon points="{" ".join(outline)}" fill="{colour}" fill-opacity="0.25"/>\n')
         middle = " ".join(at(x_, value) for x_, _, value, _ in thin)
         parts.append(f'<polyline points="{middle}" fill="none" stroke="{colour}" stroke-width="1.4"/>\n')
         parts.append(f'<text x="{x:.0f}" y="{y - 5}" fill="{colour}">{escape(name)}</text>\n')

@@ -15,9 +15,9 @@ MIB = 1024.0  # KiB
 
 # At rest: connected, an ordinary page on the screen, no dialog. "elsewhere" is no column: samples.withElsewhere adds it.
 WINDOW = (
-    Figure("private", "private memory", "KiB", 2 * MIB),
-    Figure("heap", "what the program has asked its heaps for", "KiB", 1 * MIB),
-    Figure("elsewhere", "the same without what came in serial phases", "KiB", 0.1 * MIB),
+    Figure("private", "private memory", "KiB", 3 * MIB),
+    Figure("heap", "what the program has asked its heaps for", "KiB", 2 * MIB),
+    Figure("elsewhere", "the same without what came in serial phases", "KiB", 0.5 * MIB),
     Figure("resident", "resident memory", "KiB", 4 * MIB),
     Figure("handles", "handles", "", 0),
     # Wine draws parts of controls into pictures, once, when the mouse first meets them.

@@ -26,6 +26,7 @@ from ssh_server import HOST, TELNET, SshServer, noHelpers, programFolder  # noqa
 from watch import Asker, Watch  # noqa: E402
 
 SSH_SESSIONS = 3  # of a round
+LONGEST_PAUSE = 2.0  # seconds of the user between two things
 MOST_FAILURES = 5  # one behind the other, until the sitting is given up
 SERIAL_SECONDS = 20.0
 SERIAL_PIECE = 4096
@@ -123,6 +124,7 @@ class Sitting:
             self._failed(self._watch.phase, failure)
             self._network()
         else:
+            time.sleep(self._random.uniform(0, LONGEST_PAUSE))
             self._inARow = 0
             self.actions[name] = self.actions.get(name, 0) + 1
 
