@@ -2,7 +2,7 @@
 #
 # qxterm-probe.exe: the program with ears (tests/windows/probe). neighbour.exe: what others do to it. glyphs.exe: how
 # the system draws the terminal font. reader.exe: the least that a client has to do. screen-reader.exe: what readers of
-# the screen learn.
+# the screen learn. asker.exe: how long a window takes to answer.
 
 file(GLOB sources CONFIGURE_DEPENDS tests/windows/probe/*.cpp)
 qxterm_program(qxterm-probe FILES ${sources} ROOMS qxterm_dumps)
@@ -30,3 +30,8 @@ add_executable(screen-reader ${screen_reader_sources})
 target_link_libraries(
     screen-reader PRIVATE qxterm_options qxterm_json uuid user32 ole32 oleaut32 oleacc
 )
+
+# Asks a window again and again, and tells how long it took to answer (./endure).
+file(GLOB asker_sources CONFIGURE_DEPENDS tests/windows/asker/*.cpp)
+add_executable(asker ${asker_sources})
+target_link_libraries(asker PRIVATE qxterm_options user32)

@@ -113,6 +113,26 @@ foreach(file IN LISTS demohost_tests)
     )
 endforeach()
 
+# What judges hours of use (./endure), and a piece of its scenario
+
+qxterm_test(
+    check/endurance
+    check
+    120
+    "${CMAKE_COMMAND}"
+    -E
+    env
+    "QXTERM_SCENARIO=$<TARGET_FILE:qxterm-scenario>"
+    "${Python3_EXECUTABLE}"
+    -m
+    unittest
+    discover
+    -s
+    tests/endurance
+    -p
+    "test_*.py"
+)
+
 # Recorded sessions: what the terminal description promises and what the program shows
 
 file(GLOB recordings CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/recordings/*.bin")

@@ -4,6 +4,8 @@
 #include <iostream>
 #include <iterator>
 
+#include "output.h"
+
 namespace qxterm::scenario {
 namespace {
 
@@ -27,26 +29,36 @@ bool Script::openNext() {
     name_ = files_[nextFile_++];
     position_ = 0;
     line_ = 0;
-    if (name_ == standardInput) {
-        content_.assign(std::istreambuf_iterator<char>{std::cin}, {});
-        return true;
-    }
+    content_.clear();
+    fromInput_ = name_ == standardInput;
+    if (fromInput_) return true;
     std::ifstream file{name_, std::ios::binary};
     content_.assign(std::istreambuf_iterator<char>{file}, {});
     if (!file.is_open() || file.bad()) throw ScriptFault{"the file cannot be read", name_};
     return true;
 }
 
+bool Script::takeLine(std::string& line) {
+    if (fromInput_) {
+        // Whoever writes the lines may wait for what the last one has printed.
+        flushOutput();
+        fromInput_ = static_cast<bool>(std::getline(std::cin, line));
+        return fromInput_;
+    }
+    if (position_ >= content_.size()) return false;
+    std::size_t end = content_.find('\n', position_);
+    if (end == std::string::npos) end = content_.size();
+    line.assign(content_, position_, end - position_);
+    position_ = end + 1;
+    return true;
+}
+
 bool Script::next(std::string& line) {
     do {
-        while (position_ >= content_.size()) {
+        while (!takeLine(line)) {
             if (!openNext()) return false;
         }
-        std::size_t end = content_.find('\n', position_);
-        if (end == std::string::npos) end = content_.size();
-        line.assign(content_, position_, end - position_);
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        position_ = end + 1;
         ++line_;
     } while (saysNothing(line));
     return true;

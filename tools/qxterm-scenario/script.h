@@ -15,7 +15,8 @@ struct ScriptFault {
     std::string where{};  ///< "FILE:LINE", filled in by the one who knows the line
 };
 
-/// The lines of all files named on the command line, in order; each file is read when its turn comes.
+/// The lines of all files named on the command line, in order; each file is read when its turn comes,
+/// standard input line by line.
 class Script : public LineSource {
 public:
     /// No file stands for standard input.
@@ -27,11 +28,14 @@ public:
 
 private:
     bool openNext();
+    /// The next line as it stands in the file that is being read; false at its end.
+    bool takeLine(std::string& line);
 
     std::vector<std::string> files_;
     std::size_t nextFile_ = 0;
     std::string name_;
     std::string content_;
+    bool fromInput_ = false;
     std::size_t position_ = 0;
     std::size_t line_ = 0;
 };

@@ -298,10 +298,13 @@ class Program:
         xdotool("mousemove", x, y, "click", "--repeat", up, "--delay", "20", "4")
 
     def clickButton(self, window, text):
-        """A button of a message box."""
-        for child in window["children"]:
+        """A button of a message box. Where it was when the box was found says nothing: a box is there before it is laid out
+        and put into its place, and has the keyboard afterwards."""
+        waitFor(lambda: focusTitle() == window["title"], f"{window['title']!r} has the keyboard")
+        texts = [child["text"] for child in window["children"]]
+        now = [one for one in self.ask("windows") if [child["text"] for child in one["children"]] == texts]
+        for child in now[0]["children"] if now else []:
             if child["class"] == "Button" and child["text"].replace("&", "") == text:
-                waitFor(lambda: focusTitle() == window["title"], f"{window['title']!r} has the keyboard")
                 left, top, width, height = child["place"]
                 self.clickAt(left + width // 2, top + height // 2)
                 return

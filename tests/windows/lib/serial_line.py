@@ -130,8 +130,11 @@ class SerialLine:
 
     def program(self, profile, **more):
         """The program with the line's signals."""
-        environment = {"LD_PRELOAD": str(self._library), "QXTERM_LINE": str(self.folder)}
-        return Program(profile, environment=environment, **more)
+        return Program(profile, environment=self.environment(), **more)
+
+    def environment(self):
+        """What a program's environment needs to have the line's signals."""
+        return {"LD_PRELOAD": str(self._library), "QXTERM_LINE": str(self.folder)}
 
 
 class Login:

@@ -1,5 +1,6 @@
 #include "observe.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/screen_store.h"
+#include "user_objects.h"
 
 // After the system's own headers.
 #include <psapi.h>
@@ -116,6 +118,24 @@ DWORD handleCount() {
     return count;
 }
 
+/// Bytes that this process has asked its heaps for and not given back. What the system keeps for itself
+/// besides is not in it.
+std::size_t heapBytes() {
+    std::size_t bytes = 0;
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count =
+        std::min<DWORD>(GetProcessHeaps(heaps.size(), heaps.data()), static_cast<DWORD>(heaps.size()));
+    for (DWORD n = 0; n < count; ++n) {
+        HeapLock(heaps[n]);
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heaps[n], &entry) != 0) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+        }
+        HeapUnlock(heaps[n]);
+    }
+    return bytes;
+}
+
 double lastDraw = 0;
 int drawCount = 0;
 
@@ -197,6 +217,9 @@ Json resources() {
     return {{"handles", handleCount()},
             {"gdi", gdiObjects()},
             {"windows", windowCount},
+            {"user", windowCount + menusAndIcons()},
+            {"systemTimers", systemTimers()},
+            {"heap", heapBytes()},
             {"workingSet", memory.WorkingSetSize},
             {"peakWorkingSet", memory.PeakWorkingSetSize},
             {"pageFile", memory.PagefileUsage}};

@@ -18,7 +18,7 @@ using scenario::Json;
 [[nodiscard]] Json windows();
 /// Which form and which of its controls has the keyboard; empty names for none, as in a message box.
 [[nodiscard]] Json focus();
-/// Handles, GDI objects, windows of this process; memory in bytes.
+/// Handles, GDI objects, windows, the desktop's objects, timers of this process; memory in bytes.
 [[nodiscard]] Json resources();
 /// When cells were drawn last, in seconds since 1970, and how many draws there were. The first call begins
 /// the watch, which takes the place of the selection's.
