@@ -40,7 +40,7 @@ extern "C" bool mutantReached(int number) {
         if (path != nullptr && watch(path)) {
             mutantChosen = watching;
         } else {
-            mutantChosen = chosen != nullptr ? std::atoi(chosen) : none;
+            mutantChosen = chosen != nullptr ? static_cast<int>(std::strtol(chosen, nullptr, 10)) : none;
         }
     }
     if (mutantChosen == watching && number < size) reached[number] = 1;
