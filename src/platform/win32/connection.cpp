@@ -53,7 +53,8 @@ bool beginConnect(Connection& connection, const HostAddress& address) {
     setOption(connection.handle, IPPROTO_TCP, TCP_NODELAY);
     setOption(connection.handle, SOL_SOCKET, SO_KEEPALIVE);
     connection.state = State::connecting;
-    armEvents(connection);
+    // Nothing would ever be heard of the attempt.
+    if (!armEvents(connection)) return false;
     const int result =
         connect(connection.handle, reinterpret_cast<const sockaddr*>(&address.address), address.length);
     return result == 0 || WSAGetLastError() == WSAEWOULDBLOCK;
@@ -68,8 +69,8 @@ void allFailed(Connection& connection) {
 /// The user comes first: whether keys, the mouse, paints or timers are waiting to be served.
 bool othersWait() { return (GetQueueStatus(QS_INPUT | QS_PAINT | QS_TIMER) >> 16U) != 0; }
 
-void listen(const Connection& connection, long events) {
-    WSAAsyncSelect(connection.handle, messageWindow(), connection.message, events);
+bool listen(const Connection& connection, long events) {
+    return WSAAsyncSelect(connection.handle, messageWindow(), connection.message, events) == 0;
 }
 
 /// Reading goes on soon: the program's own loop sees to it, and in a loop of the system's a timer, whose
@@ -77,15 +78,14 @@ void listen(const Connection& connection, long events) {
 void goOnLater(Connection& connection) {
     connection.more = true;
     if (connection.ticking) return;
-    connection.ticking = true;
-    SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr);
+    connection.ticking =
+        SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr) != 0;
 }
 
 /// While output flows a message for each read would cost as much as the reading.
 void beQuiet(Connection& connection) {
     if (connection.quiet) return;
-    connection.quiet = true;
-    listen(connection, socketEvents & ~FD_READ);
+    connection.quiet = listen(connection, socketEvents & ~FD_READ);
 }
 
 /// All has been read: from now on the system tells of what arrives.
@@ -97,7 +97,11 @@ void waitForMore(Connection& connection) {
     }
     if (!connection.quiet) return;
     connection.quiet = false;
-    if (connection.handle != INVALID_SOCKET) listen(connection, socketEvents);
+    // A system that tells of nothing any more is asked again by a timer.
+    if (connection.handle != INVALID_SOCKET && !listen(connection, socketEvents)) {
+        connection.quiet = true;
+        goOnLater(connection);
+    }
 }
 
 /// Appends what one read returns, without the Synchs; returns the number of bytes read.
@@ -191,8 +195,8 @@ void readForAWhile(Connection& connection) {
 
 }  // namespace
 
-void armEvents(const Connection& connection) {
-    listen(connection, connection.quiet ? socketEvents & ~FD_READ : socketEvents);
+bool armEvents(const Connection& connection) {
+    return listen(connection, connection.quiet ? socketEvents & ~FD_READ : socketEvents);
 }
 
 void closeConnection(Connection& connection) {

@@ -82,6 +82,14 @@ HFONT boldFont(PictureState& state) {
     return state.boldFont.get();
 }
 
+HFONT terminalFont(PictureState& state) {
+    if (!state.terminalFont && state.terminalSize.cy > 0) {
+        state.terminalFont.reset(CreateFontA(state.terminalSize.cy, state.terminalSize.cx, 0, 0, 0, 0, 0, 0,
+                                             DEFAULT_CHARSET, 0, 0, 0, 0, terminalFace));
+    }
+    return state.terminalFont.get();
+}
+
 }  // namespace win32
 
 void PictureBox::setFontName(std::string_view face) {
@@ -113,13 +121,14 @@ std::int32_t PictureBox::textWidth(std::string_view text) const {
 
 void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {
     deleteTerminalFont();
-    win32::stateOf(*this).terminalFont = win32::Font{
-        CreateFontA(height, width, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, win32::terminalFace)};
+    win32::stateOf(*this).terminalSize = {width, height};
+    (void)win32::terminalFont(win32::stateOf(*this));
 }
 
 void PictureBox::deleteTerminalFont() {
     win32::deselectFonts(*this);
     win32::stateOf(*this).terminalFont.reset();
+    win32::stateOf(*this).terminalSize = {};
 }
 
 void backend::cellSizeChanged(PictureBox& box, std::int32_t width, std::int32_t height,

@@ -25,6 +25,7 @@ struct PictureState {
     Font normalFont;
     Font boldFont;
     Font terminalFont;
+    SIZE terminalSize{};  ///< pixels of a character; 0 without a terminal font
     /// Pixels that the bold font has to be lowered by for both to stand on one base line.
     int boldOffset = 0;
 
@@ -36,5 +37,7 @@ struct PictureState {
 /// The fonts, made when they are first asked for after a change of name or size.
 [[nodiscard]] HFONT normalFont(PictureState& state);
 [[nodiscard]] HFONT boldFont(PictureState& state);
+/// Null where there is to be none, and while the system has none to give.
+[[nodiscard]] HFONT terminalFont(PictureState& state);
 
 }  // namespace qxterm::win32
