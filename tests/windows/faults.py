@@ -29,7 +29,7 @@ nameSerialPorts({"COM2": line.link})
 
 # Every kind of drawing, without anything that blinks.
 PAGE = (b"\x1b[?13h\x1b[?25l\x1b[m\x1b[1;1H\x1b[2Jfaults \x1b[1mbold\x1b[m \x1b[4munder\x1b[m \x1b[31;44mcolours\x1b[m\r\n"
-        b"\x0elqqqqk\r\nx    x\r\nmqqqqj\x0f\r\n" + b"\r\n".join(b"line %d" % n for n in range(30)))
+        b"\x0elqqqqk\r\nx    x\r\nmqqqqj\x0f\r\n" + b"\r\n".join(b"line %d" % n for n in range(18)))
 KEY_BAR = b"\x1b[1;4;0q  Next    page  \x1bOc\r\x1b[0p"
 
 
@@ -91,6 +91,8 @@ class Session:
 
     def isWell(self, what):
         self.desk.noBoxes()
+        if self.desk.ask("selection")["end"][0] != -1:  # a copy that failed keeps it
+            self.desk.clickAt(*self.desk.cellAt(40, 20))
         self.say(PAGE)
         waitFor(lambda: self.pixels() == self.reference, f"{what}: the page looks as before", 5, pause=0.2)
 
@@ -112,15 +114,6 @@ def draws(session):
 
 def takesAFlood(session):
     session.say(b"a line of many lines\r\n" * 30000)
-
-
-def coversTheScreen(session):
-    desk = session.desk
-    desk.menu("c", "o")
-    desk.dialog("frmOptions")
-    desk.key("Escape")
-    desk.gone("frmOptions")
-    session.rest()
 
 
 def opensAMenu(session):
@@ -185,10 +178,9 @@ def ordinaryUse():
     """(call, what is done meanwhile, what the user is told)."""
     cases = [
         ("ExtTextOutA", draws, None), ("FillRect", draws, None), ("ScrollDC", draws, None), ("GetClipBox", draws, None),
-        ("GetRegionData", draws, None), ("SelectObject", draws, None), ("ioctlsocket", draws, None),
+        ("GetRegionData", draws, None), ("ioctlsocket", draws, None),
         ("PostMessageA", draws, None), ("PatBlt", copies, None),
         ("SetTimer", opensAMenu, None), ("GetGUIThreadInfo", takesAFlood, None),
-        ("GetUpdateRgn", coversTheScreen, None), ("BeginPaint", coversTheScreen, None),
         ("CreatePen", showsTheKeyBar, None),
         ("CreateSolidBrush", showsTheKeyBar, None), ("DrawTextA", showsTheKeyBar, None),
         ("OpenClipboard", copies, DENIED), ("EmptyClipboard", copies, DENIED), ("GlobalAlloc", copies, MEMORY),
@@ -197,6 +189,7 @@ def ordinaryUse():
         ("CreateDialogParamA", opensOptions, MEMORY), ("CreateDialogParamA", showsAbout, MEMORY),
         ("CreateFontA", changesTheFont, None), ("GetTextExtentPoint32A", changesTheFont, None),
         ("GetDC", changesTheFont, None), ("GetTextMetricsA", changesTheFont, None),
+        ("SelectObject", changesTheFont, None),
         ("WritePrivateProfileStringA", saves, None),
         ("LoadImageA", showsAbout, "An unexpected error 75 has occurred"),
         ("GetFileAttributesA", showsAbout, "An unexpected error 53 has occurred"),
@@ -346,10 +339,11 @@ def sshHelpers():
     with Desk("ssh") as desk:
         held = None
         for function, told in cases:
-            waitFor(lambda: "ssh login:" in str(desk.ask("view")), "the local prompt")
             desk.focus()
             with failing(desk, function):
-                desk.type("bob\nsecret\n")
+                for text in ("bob", "secret"):
+                    desk.type(text)
+                    desk.key("Return")
                 if told is not None:
                     answerBoxes(desk, told)
                 desk.waitForm("frmConn")
@@ -378,7 +372,7 @@ def start():
     with Desk("loop", environment={"QXTERM_FAULT": "GetPrivateProfileStringA 0 1000000"}) as desk:
         checkEqual(desk.ask("lists")["profiles"], [], "profiles of a file that cannot be read")
         print("  GetPrivateProfileStringA 0 1000000: nothing to tell, and no profiles", flush=True)
-    for fault in ("AddFontResourceExA 0 1", "SetTimer 0 3", "WSAStartup 0 1"):
+    for fault in ("AddFontResourceExA 0 1", "SetTimer 0 3", "GetUpdateRgn 0 1000", "CreateRectRgn 0 1"):
         with Desk("loop", environment={"QXTERM_FAULT": fault}) as desk:
             desk.waitState("g_bConnectActive", True)
             desk.gone("frmConn")

@@ -74,12 +74,14 @@ bool listen(const Connection& connection, long events) {
 }
 
 /// Reading goes on soon: the program's own loop sees to it, and in a loop of the system's a timer, whose
-/// messages come last of all.
-void goOnLater(Connection& connection) {
+/// messages come last of all. False when the system has no timer.
+bool goOnLater(Connection& connection) {
     connection.more = true;
-    if (connection.ticking) return;
-    connection.ticking =
-        SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr) != 0;
+    if (!connection.ticking) {
+        connection.ticking =
+            SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr) != 0;
+    }
+    return connection.ticking;
 }
 
 /// While output flows a message for each read would cost as much as the reading.
@@ -100,7 +102,7 @@ void waitForMore(Connection& connection) {
     // A system that tells of nothing any more is asked again by a timer.
     if (connection.handle != INVALID_SOCKET && !listen(connection, socketEvents)) {
         connection.quiet = true;
-        goOnLater(connection);
+        (void)goOnLater(connection);
     }
 }
 
@@ -185,8 +187,12 @@ void readForAWhile(Connection& connection) {
         const bool likelyAll = count < longRead && connection.state == State::connected;
         if (likelyAll && !connection.quiet && !connection.more) break;
         if (microseconds() >= end) {
-            beQuiet(connection);
-            goOnLater(connection);
+            // Without a timer the system's messages have to do.
+            if (goOnLater(connection)) {
+                beQuiet(connection);
+            } else if (connection.quiet) {
+                connection.quiet = !listen(connection, socketEvents);
+            }
             return;
         }
     }
@@ -227,10 +233,11 @@ void tryNextAddress(Connection& connection) {
 
 void receive(Connection& connection) {
     if (!mayRead(connection)) return;
-    if (connection.reading || othersWait()) {
-        goOnLater(connection);
+    if (connection.reading) {
+        (void)goOnLater(connection);
         return;
     }
+    if (othersWait() && goOnLater(connection)) return;
     readForAWhile(connection);
     finish(connection);
 }
