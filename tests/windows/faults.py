@@ -332,7 +332,8 @@ def lineIsWell(desk, what):
 
 def sshHelpers():
     """Helpers that cannot be started, tied to the program, or told apart: none is left, and the user can go on."""
-    cases = [("CreatePipe", MEMORY), ("CreateEventA", MEMORY), ("CreateProcessA", None), ("CreateJobObjectA", None),
+    # The job is made once, so its refusal comes first.
+    cases = [("CreateJobObjectA", None), ("CreatePipe", MEMORY), ("CreateEventA", MEMORY), ("CreateProcessA", None),
              ("AssignProcessToJobObject", None), ("ResumeThread", None), ("GetTcpTable", None), ("GetUdpTable", None),
              ("SetHandleInformation", None)]
     writeProfiles({"ssh": {"connect": "ssh", "host": "127.0.0.1", "SSHnetport": str(freePort()), "Font": "large"}})
