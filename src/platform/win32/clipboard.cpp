@@ -36,6 +36,10 @@ void require(const Opened& opened) {
     if (!opened.ok()) throw RunTimeError{errors::permissionDenied};
 }
 
+void emptyOpened() {
+    if (EmptyClipboard() == 0) throw RunTimeError{errors::permissionDenied};
+}
+
 }  // namespace
 
 std::string text() {
@@ -52,21 +56,24 @@ std::string text() {
 void setText(std::string_view text) {
     const Opened opened;
     require(opened);
-    EmptyClipboard();
+    emptyOpened();
     HGLOBAL const memory = GlobalAlloc(GMEM_MOVEABLE, text.size() + 1);
-    if (memory == nullptr) throw RunTimeError{errors::outOfMemory};
-    auto* const data = static_cast<char*>(GlobalLock(memory));
-    std::memcpy(data, text.data(), text.size());
-    data[text.size()] = '\0';
-    GlobalUnlock(memory);
-    // From here on the memory is the clipboard's, unless it refuses.
-    if (SetClipboardData(CF_TEXT, memory) == nullptr) GlobalFree(memory);
+    auto* const data = memory != nullptr ? static_cast<char*>(GlobalLock(memory)) : nullptr;
+    if (data != nullptr) {
+        std::memcpy(data, text.data(), text.size());
+        data[text.size()] = '\0';
+        GlobalUnlock(memory);
+        // From here on the memory is the clipboard's, unless it refuses.
+        if (SetClipboardData(CF_TEXT, memory) != nullptr) return;
+    }
+    if (memory != nullptr) GlobalFree(memory);
+    throw RunTimeError{errors::outOfMemory};
 }
 
 void clear() {
     const Opened opened;
     require(opened);
-    EmptyClipboard();
+    emptyOpened();
 }
 
 bool hasText() { return IsClipboardFormatAvailable(CF_TEXT) != 0; }

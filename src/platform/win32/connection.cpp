@@ -63,7 +63,8 @@ bool beginConnect(Connection& connection, const HostAddress& address) {
     setOption(connection.handle, IPPROTO_TCP, TCP_NODELAY);
     setOption(connection.handle, SOL_SOCKET, SO_KEEPALIVE);
     connection.state = State::connecting;
-    armEvents(connection);
+    // Nothing would ever be heard of the attempt.
+    if (!armEvents(connection)) return false;
     const int result =
         connect(connection.handle, reinterpret_cast<const sockaddr*>(&address.address), address.length);
     return result == 0 || WSAGetLastError() == WSAEWOULDBLOCK;
@@ -78,24 +79,25 @@ void allFailed(Connection& connection) {
 /// The user comes first: whether keys, the mouse, paints or timers are waiting to be served.
 bool othersWait() { return (GetQueueStatus(QS_INPUT | QS_PAINT | QS_TIMER) >> 16U) != 0; }
 
-void listen(const Connection& connection, long events) {
-    WSAAsyncSelect(connection.handle, messageWindow(), connection.message, events);
+bool listen(const Connection& connection, long events) {
+    return WSAAsyncSelect(connection.handle, messageWindow(), connection.message, events) == 0;
 }
 
 /// Reading goes on soon: the program's own loop sees to it, and in a loop of the system's a timer, whose
-/// messages come last of all.
-void goOnLater(Connection& connection) {
+/// messages come last of all. False when the system has no timer.
+bool goOnLater(Connection& connection) {
     connection.more = true;
-    if (connection.ticking) return;
-    connection.ticking = true;
-    SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr);
+    if (!connection.ticking) {
+        connection.ticking =
+            SetTimer(messageWindow(), timerReceiveFirst + placeOf(connection), readingTick, nullptr) != 0;
+    }
+    return connection.ticking;
 }
 
 /// While output flows a message for each read would cost as much as the reading.
 void beQuiet(Connection& connection) {
     if (connection.quiet) return;
-    connection.quiet = true;
-    listen(connection, socketEvents & ~FD_READ);
+    connection.quiet = listen(connection, socketEvents & ~FD_READ);
 }
 
 /// All has been read: from now on the system tells of what arrives.
@@ -107,7 +109,11 @@ void waitForMore(Connection& connection) {
     }
     if (!connection.quiet) return;
     connection.quiet = false;
-    if (connection.handle != INVALID_SOCKET) listen(connection, socketEvents);
+    // A system that tells of nothing any more is asked again by a timer.
+    if (connection.handle != INVALID_SOCKET && !listen(connection, socketEvents)) {
+        connection.quiet = true;
+        (void)goOnLater(connection);
+    }
 }
 
 /// Whether what one read may bring can be kept: what is taken from the system must not get lost.
@@ -205,8 +211,12 @@ void readForAWhile(Connection& connection) {
         const bool likelyAll = count < longRead && connection.state == State::connected;
         if (likelyAll && !connection.quiet && !connection.more) break;
         if (microseconds() >= end) {
-            beQuiet(connection);
-            goOnLater(connection);
+            // Without a timer the system's messages have to do.
+            if (goOnLater(connection)) {
+                beQuiet(connection);
+            } else if (connection.quiet) {
+                connection.quiet = !listen(connection, socketEvents);
+            }
             return;
         }
     }
@@ -215,8 +225,8 @@ void readForAWhile(Connection& connection) {
 
 }  // namespace
 
-void armEvents(const Connection& connection) {
-    listen(connection, connection.quiet ? socketEvents & ~FD_READ : socketEvents);
+bool armEvents(const Connection& connection) {
+    return listen(connection, connection.quiet ? socketEvents & ~FD_READ : socketEvents);
 }
 
 void closeConnection(Connection& connection) {
@@ -246,10 +256,11 @@ void tryNextAddress(Connection& connection) {
 
 void receive(Connection& connection) {
     if (!mayRead(connection)) return;
-    if (connection.reading || othersWait()) {
-        goOnLater(connection);
+    if (connection.reading) {
+        (void)goOnLater(connection);
         return;
     }
+    if (othersWait() && goOnLater(connection)) return;
     readForAWhile(connection);
     finish(connection);
 }

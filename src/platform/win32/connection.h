@@ -71,8 +71,9 @@ void readOn(Connection& connection);
 void sendBytes(Connection& connection, const char* bytes, std::size_t count);
 /// FD_WRITE: the system takes bytes again.
 void sendRest(Connection& connection);
-/// Has the events of a connecting or connected socket delivered to the hidden window.
-void armEvents(const Connection& connection);
+/// Has the events of a connecting or connected socket delivered to the hidden window. False when the system
+/// cannot.
+bool armEvents(const Connection& connection);
 
 }  // namespace win32
 }  // namespace qxterm

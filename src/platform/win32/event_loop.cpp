@@ -5,6 +5,7 @@
 #include "platform/win32/event_loop.h"
 #include "platform/win32/frames.h"
 #include "platform/win32/native.h"
+#include "platform/win32/timers.h"
 
 namespace qxterm {
 namespace win32 {
@@ -95,6 +96,7 @@ void waitAndDispatch() {
     MSG message{};
     lastServed = microseconds();
     if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) == 0) {
+        startRefusedTimers();
         if (idleWork != nullptr && idleWork()) return;
         showPictures();
         if (GetMessageA(&message, nullptr, 0, 0) == -1) {

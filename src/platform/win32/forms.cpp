@@ -28,6 +28,13 @@ void moveWindow(HWND window, const TwipsRect& to) {
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void dropNative(Form& form) {
+    detachControls(form);
+    std::erase(forms(), &form);
+    delete form.native;
+    form.native = nullptr;
+}
+
 /// Forms owned by the main window would vanish with it behind their objects' backs.
 void unloadOthers(const Form& main) {
     const std::vector<Form*> all = forms();
@@ -69,14 +76,15 @@ void showTitle(const Form& form) {
 using namespace win32;
 
 void backend::createWindow(Form& form) {
+    (void)messageWindow();
     form.native = new Form::Native;
     forms().push_back(&form);
     const bool isMain = form.kind() == FormKind::mainWindow;
     HWND const window = isMain ? createMainWindow(form) : createDialog(form);
     form.native->window = window;
     if (window == nullptr) {
-        OutputDebugStringA((std::string{"no window for "} + form.name() + "\n").c_str());
-        return;
+        dropNative(form);
+        throw RunTimeError{errors::outOfMemory};
     }
     if (form.kind() != FormKind::picture) showTitle(form);
 }
@@ -88,10 +96,7 @@ void backend::destroyWindow(Form& form) {
     endModal(form);
     HWND const window = windowOf(form);
     if (window != nullptr) DestroyWindow(window);
-    detachControls(form);
-    std::erase(forms(), &form);
-    delete form.native;
-    form.native = nullptr;
+    dropNative(form);
     if (isMain) endLoop();
 }
 

@@ -134,19 +134,36 @@ Control::Native* createControl(Control& control, HWND parent) {
     }
 }
 
+/// False when the system has no window left for one of them.
+bool createControls(const Form& form, HWND window) {
+    for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
+        Control::Native* const native = createControl(*control, window);
+        if (native == nullptr) continue;
+        if (native->window == nullptr) {
+            delete native;
+            return false;
+        }
+        attachControl(*control, native);
+    }
+    return true;
+}
+
 }  // namespace
 
 HWND createMainWindow(Form& form) {
     static const bool registered = (registerClass(), true);
     (void)registered;
-    HWND const window = CreateWindowExA(WS_EX_APPWINDOW, className, "", style, 0, 0, 0, 0, nullptr,
-                                        createMenuBar(form), instance(), nullptr);
-    if (window == nullptr) return nullptr;
-    for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
-        Control::Native* const native = createControl(*control, window);
-        if (native != nullptr) attachControl(*control, native);
+    HMENU const menu = createMenuBar(form);
+    if (menu == nullptr) return nullptr;
+    HWND const window = CreateWindowExA(WS_EX_APPWINDOW, className, "", style, 0, 0, 0, 0, nullptr, menu,
+                                        instance(), nullptr);
+    if (window == nullptr) {
+        DestroyMenu(menu);
+        return nullptr;
     }
-    return window;
+    if (createControls(form, window)) return window;
+    DestroyWindow(window);
+    return nullptr;
 }
 
 }  // namespace qxterm::win32

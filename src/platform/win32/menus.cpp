@@ -62,12 +62,15 @@ std::vector<Shown> visibleEntries(const Menu& menu) {
 
 void rebuild(NativeMenu& native, std::vector<Shown> entries) {
     while (GetMenuItemCount(native.popup) > 0) DeleteMenu(native.popup, 0, MF_BYPOSITION);
+    bool whole = true;
     for (const Shown& entry : entries) {
         const bool separator = entry.caption == "-";
-        AppendMenuA(native.popup, separator ? MF_SEPARATOR : MF_STRING, static_cast<UINT_PTR>(entry.command),
-                    separator ? nullptr : entry.caption.c_str());
+        whole &= AppendMenuA(native.popup, separator ? MF_SEPARATOR : MF_STRING,
+                             static_cast<UINT_PTR>(entry.command),
+                             separator ? nullptr : entry.caption.c_str()) != 0;
     }
-    native.shown = std::move(entries);
+    // What is missing is put in when the menu is opened.
+    native.shown = whole ? std::move(entries) : std::vector<Shown>{};
 }
 
 void synchronise(NativeMenu& native) {
@@ -90,8 +93,15 @@ HMENU createMenuBar(const Form& form) {
         if (&menu->form() != &form) continue;
         if (bar == nullptr) bar = CreateMenu();
         NativeMenu native{menu, CreatePopupMenu(), {}};
+        const bool made = bar != nullptr && native.popup != nullptr &&
+                          AppendMenuA(bar, MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(native.popup),
+                                      menu->caption()) != 0;
+        if (!made) {
+            if (native.popup != nullptr) DestroyMenu(native.popup);
+            if (bar != nullptr) DestroyMenu(bar);
+            return nullptr;
+        }
         synchronise(native);
-        AppendMenuA(bar, MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(native.popup), menu->caption());
         nativeMenus().push_back(std::move(native));
     }
     return bar;
@@ -111,9 +121,10 @@ void chooseMenuEntry(const Form& form, int command) {
 }
 
 void openMenu(const Form& form, HMENU popup) {
-    for (const NativeMenu& one : nativeMenus()) {
+    for (NativeMenu& one : nativeMenus()) {
         if (one.popup != popup || &one.menu->form() != &form) continue;
         one.menu->onOpen.raise();
+        synchronise(one);
         return;
     }
 }

@@ -5,7 +5,7 @@
 
 namespace qxterm::win32 {
 
-/// The menu bar of the form's menus, for its window.
+/// The menu bar of the form's menus, for its window. Null when the system has none to give.
 [[nodiscard]] HMENU createMenuBar(const Form& form);
 /// WM_COMMAND of a menu entry.
 void chooseMenuEntry(const Form& form, int command);

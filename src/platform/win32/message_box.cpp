@@ -46,7 +46,8 @@ Answer messageBox(std::string_view text, std::string_view title, Buttons buttons
     win32::boxOpened();
     const int pressed = MessageBoxA(owner, textCopy.c_str(), titleCopy.c_str(), kind);
     win32::boxClosed();
-    return pressed == 0 ? refusal(buttons) : static_cast<Answer>(pressed);
+    // Not every system says OK when Escape closes a box that has nothing else.
+    return pressed == 0 || buttons == Buttons::ok ? refusal(buttons) : static_cast<Answer>(pressed);
 }
 
 }  // namespace qxterm

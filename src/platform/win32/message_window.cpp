@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/run_time_error.h"
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
@@ -38,8 +39,11 @@ HWND create() {
     description.hInstance = instance();
     description.lpszClassName = className;
     RegisterClassA(&description);
-    return CreateWindowExA(WS_EX_TOOLWINDOW, className, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                           instance(), nullptr);
+    HWND const window = CreateWindowExA(WS_EX_TOOLWINDOW, className, "", WS_POPUP, 0, 0, 0, 0, nullptr,
+                                        nullptr, instance(), nullptr);
+    // Timers, sockets and serial lines tell of themselves through it.
+    if (window == nullptr) throw RunTimeError{errors::outOfMemory};
+    return window;
 }
 
 }  // namespace

@@ -92,9 +92,9 @@ HFONT boldFont(PictureState& state) {
 }
 
 HFONT terminalFont(PictureState& state) {
-    if (!state.terminalFont && state.terminalCell.cy != 0) {
-        state.terminalFont = Font{CreateFontA(state.terminalCell.cy, state.terminalCell.cx, 0, 0, 0, 0, 0, 0,
-                                              DEFAULT_CHARSET, 0, 0, 0, 0, terminalFace)};
+    if (!state.terminalFont && state.terminalSize.cy > 0) {
+        state.terminalFont.reset(CreateFontA(state.terminalSize.cy, state.terminalSize.cx, 0, 0, 0, 0, 0, 0,
+                                             DEFAULT_CHARSET, 0, 0, 0, 0, terminalFace));
     }
     return state.terminalFont.get();
 }
@@ -126,14 +126,14 @@ std::int32_t PictureBox::textWidth(std::string_view text) const {
 
 void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {
     deleteTerminalFont();
-    win32::stateOf(*this).terminalCell = {width, height};
+    win32::stateOf(*this).terminalSize = {width, height};
+    (void)win32::terminalFont(win32::stateOf(*this));
 }
 
 void PictureBox::deleteTerminalFont() {
     win32::deselectFonts(*this);
-    win32::PictureState& state = win32::stateOf(*this);
-    state.terminalFont.reset();
-    state.terminalCell = {};
+    win32::stateOf(*this).terminalFont.reset();
+    win32::stateOf(*this).terminalSize = {};
 }
 
 void backend::cellSizeChanged(PictureBox& box, std::int32_t width, std::int32_t height,

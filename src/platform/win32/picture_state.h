@@ -25,7 +25,7 @@ struct PictureState {
     Font normalFont;
     Font boldFont;
     Font terminalFont;
-    SIZE terminalCell{};  ///< what the terminal font is made for; 0: for nothing
+    SIZE terminalSize{};  ///< pixels of a character; 0 without a terminal font
     /// Pixels that the bold font has to be lowered by for both to stand on one base line.
     int boldOffset = 0;
 

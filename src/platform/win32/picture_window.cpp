@@ -1,6 +1,7 @@
 #include "platform/win32/picture_window.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "platform/win32/accessible_screen.h"
 #include "platform/win32/frames.h"
@@ -29,12 +30,13 @@ void raiseMouse(const MouseEvent& event, std::int16_t buttons, POINT at) {
 void paint(PictureBox& box, HWND window) {
     PictureNative& native = *nativeOf(box);
     if (!native.updateRegion) native.updateRegion = Region{CreateRectRgn(0, 0, 0, 0)};
-    GetUpdateRgn(window, native.updateRegion.get(), FALSE);
     CellSet uncovered;
-    forEachArea(native.state, native.updateRegion.get(), [&](const CellArea& cells) {
+    const auto take = [&](const CellArea& cells) {
         uncovered.add(cells);
         box.invalidate(cells);
-    });
+    };
+    const bool known = native.updateRegion && GetUpdateRgn(window, native.updateRegion.get(), FALSE) != ERROR;
+    if (!known || !forEachArea(native.state, native.updateRegion.get(), take)) take(allCells);
     native.presenter.forget(uncovered);
     PAINTSTRUCT details{};
     BeginPaint(window, &details);
@@ -125,10 +127,15 @@ Control::Native* createPictureWindow(PictureBox& box, HWND parent) {
     HWND const window =
         CreateWindowExA(0, className, "", WS_CHILD | WS_CLIPSIBLINGS, 0, 0, 0, 0, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(box.id())), instance(), nullptr);
-    auto* const native = new PictureNative{state, window};
+    if (window == nullptr) return new Control::Native{nullptr};
+    auto native = std::make_unique<PictureNative>(state, window);
+    if (!native->presenter.canDraw()) {
+        DestroyWindow(window);
+        return new Control::Native{nullptr};
+    }
     box.resetPicture();
     SetWindowLongPtrA(native->window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&box));
-    return native;
+    return native.release();
 }
 
 void focusScreen(const Form& form) {

@@ -4,12 +4,6 @@
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
-namespace {
-
-/// More pixels than any window has.
-constexpr RECT everything{0, 0, 32767, 32767};
-
-}  // namespace
 
 Presenter::Presenter(PictureState& state, HWND window) : state_{state}, window_{window}, dc_{GetDC(window)} {
     SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);
@@ -28,8 +22,11 @@ void Presenter::show(PictureBox& box) {
     }
     // Pixels that wait for a paint must not be scrolled somewhere else.
     const bool mayScroll = GetUpdateRect(window_, nullptr, FALSE) == 0;
+    failed_ = false;
     glass_.show(box.takeFrame(), box.background(), *this, mayScroll);
     GdiFlush();
+    // The next frame draws everything anew.
+    if (failed_) glass_.forget();
 }
 
 /// False while the window is hidden, minimised or covered as a whole.
@@ -64,7 +61,7 @@ void Presenter::fill(const RECT& area, std::uint8_t colour) {
         dcBrushIndex_ = colour;
         SetDCBrushColor(dc_, state_.colour(colour));
     }
-    FillRect(dc_, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    if (FillRect(dc_, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH))) == 0) failed_ = true;
 }
 
 void Presenter::text(int row, int column, std::string_view codes, const TextLook& look, bool underlined) {
@@ -86,8 +83,9 @@ void Presenter::text(int row, int column, std::string_view codes, const TextLook
         SetBkColor(dc_, state_.colour(look.bg));
     }
     const RECT area = pixels(row, column, static_cast<int>(codes.size()));
-    ExtTextOutA(dc_, area.left, area.top + lowered, ETO_OPAQUE | ETO_CLIPPED, &area, codes.data(),
-                static_cast<UINT>(codes.size()), state_.advances.data());
+    if (ExtTextOutA(dc_, area.left, area.top + lowered, ETO_OPAQUE | ETO_CLIPPED, &area, codes.data(),
+                    static_cast<UINT>(codes.size()), state_.advances.data()) == 0)
+        failed_ = true;
     if (!underlined) return;
     const LONG top = underlineTop(row, state_.cellHeight, display::twipsPerPixelY());
     fill({area.left, top, area.right, top + 1}, look.fg);
@@ -100,19 +98,20 @@ void Presenter::blank(int row, int column, int count, std::uint8_t colour) {
 void Presenter::invert(int row, int column, int count, bool bar) {
     RECT area = pixels(row, column, count);
     if (bar) area.top = area.bottom - underlineCursorHeight;
-    PatBlt(dc_, area.left, area.top, area.right - area.left, area.bottom - area.top, DSTINVERT);
+    const LONG width = area.right - area.left;
+    if (PatBlt(dc_, area.left, area.top, width, area.bottom - area.top, DSTINVERT) == 0) failed_ = true;
 }
 
 void Presenter::scroll(int first, int last, int by, CellSet& lost) {
     RECT area = pixels(first, 0, pictureColumns);
     area.bottom = pixels(last, 0, pictureColumns).bottom;
     if (!lost_) lost_ = Region{CreateRectRgn(0, 0, 0, 0)};
-    if (!lost_ || ScrollDC(dc_, 0, by * state_.cellHeight, &area, &area, lost_.get(), nullptr) == 0) {
-        lost.add({0, first, pictureColumns, last - first + 1});
-        return;
-    }
+    const bool scrolled =
+        lost_ && ScrollDC(dc_, 0, by * state_.cellHeight, &area, &area, lost_.get(), nullptr) != 0;
     // Where the pixels came from was covered by another window, perhaps.
-    forEachArea(state_, lost_.get(), [&](const CellArea& cells) { lost.add(cells); });
+    const bool told =
+        scrolled && forEachArea(state_, lost_.get(), [&](const CellArea& cells) { lost.add(cells); });
+    if (!told) lost.add({0, first, pictureColumns, last - first + 1});
 }
 
 CellArea cellsTouched(const PictureState& state, const RECT& area) {
@@ -124,13 +123,14 @@ CellArea cellsTouched(const PictureState& state, const RECT& area) {
     return {left, top, (area.right + width - 1) / width - left, (area.bottom + height - 1) / height - top};
 }
 
-std::vector<RECT> rectanglesOf(HRGN region) {
+std::optional<std::vector<RECT>> rectanglesOf(HRGN region) {
     const DWORD size = GetRegionData(region, 0, nullptr);
+    if (size < sizeof(RGNDATAHEADER)) return std::nullopt;
     std::vector<char> bytes(size);
     auto* const data = reinterpret_cast<RGNDATA*>(bytes.data());
-    if (size < sizeof(RGNDATAHEADER) || GetRegionData(region, size, data) == 0) return {everything};
+    if (GetRegionData(region, size, data) == 0) return std::nullopt;
     const auto* const first = reinterpret_cast<const RECT*>(data->Buffer);
-    return {first, first + data->rdh.nCount};
+    return std::vector<RECT>{first, first + data->rdh.nCount};
 }
 
 }  // namespace qxterm::win32

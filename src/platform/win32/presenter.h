@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,8 @@ public:
     /// The window's own device context (CS_OWNDC).
     Presenter(PictureState& state, HWND window);
 
+    /// False when the system had no device context for the window.
+    [[nodiscard]] bool canDraw() const { return dc_ != nullptr; }
     /// Draws what differs from the glass; nothing while no pixel of the window can be seen.
     void show(PictureBox& box);
     /// Nobody knows what stands there any more.
@@ -42,6 +45,7 @@ private:
     HDC dc_;
     Glass glass_;
     Region lost_;
+    bool failed_ = false;  ///< a drawing call of this frame was refused
     HFONT font_ = nullptr;
     // What was last set in the device context; a colour that no table has at first.
     static constexpr std::uint8_t none = 0xFF;
@@ -52,13 +56,15 @@ private:
 
 /// The cells that an area of pixels touches.
 [[nodiscard]] CellArea cellsTouched(const PictureState& state, const RECT& area);
-/// The rectangles that a region is made of. Everything, when the system had no room for the region or does
-/// not tell: nothing may be taken for untouched that is not.
-[[nodiscard]] std::vector<RECT> rectanglesOf(HRGN region);
-/// Calls take(CellArea) for each of them.
+/// The rectangles that a region is made of; nothing when the system does not tell.
+[[nodiscard]] std::optional<std::vector<RECT>> rectanglesOf(HRGN region);
+/// Calls take(CellArea) for each of them. False when the system does not tell them.
 template <class Take>
-void forEachArea(const PictureState& state, HRGN region, Take&& take) {
-    for (const RECT& area : rectanglesOf(region)) take(cellsTouched(state, area));
+[[nodiscard]] bool forEachArea(const PictureState& state, HRGN region, Take&& take) {
+    const auto areas = rectanglesOf(region);
+    if (!areas) return false;
+    for (const RECT& area : *areas) take(cellsTouched(state, area));
+    return true;
 }
 
 }  // namespace qxterm::win32

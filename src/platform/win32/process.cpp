@@ -26,9 +26,11 @@ namespace win32 {
 namespace {
 
 /// All helpers belong to this job. The program's handle of it is the only one and is never closed: when the
-/// program is gone, the system closes it and ends what still runs. Null when the system has none to give.
+/// program is gone, the system closes it and ends what still runs. Null when the system has none to give; the
+/// next start asks again.
 HANDLE jobOfHelpers() {
-    static HANDLE const job = zpt::endingJob().release();
+    static HANDLE job = nullptr;
+    if (job == nullptr) job = zpt::endingJob().release();
     return job;
 }
 

@@ -31,15 +31,23 @@ bool roomToWrite() {
     return GetDiskFreeSpaceExA(folder.c_str(), &room, nullptr, nullptr) == 0 || room.QuadPart >= enough;
 }
 
+/// Before a read. An empty value ends it at once; a read that fails leaves it.
+constexpr char untouched = '\1';
+
+std::string taken(const Buffer& buffer, DWORD length, std::string_view fallback) {
+    if (length == 0 && buffer.front() == untouched) return std::string{fallback};
+    return {buffer.data(), length};
+}
+
 }  // namespace
 
 std::string getPrivateProfileString(std::string_view section, std::string_view key,
                                     std::string_view fallback) {
-    Buffer buffer{};
+    Buffer buffer{untouched};
     const DWORD length = GetPrivateProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
                                                   std::string{fallback}.c_str(), buffer.data(),
                                                   static_cast<DWORD>(buffer.size()), fileName);
-    return {buffer.data(), length};
+    return taken(buffer, length, fallback);
 }
 
 std::string getWholePrivateProfileString(std::string_view section, std::string_view key) {
@@ -63,11 +71,11 @@ void writePrivateProfileString(std::string_view section, std::string_view key, s
 }
 
 std::string getProfileString(std::string_view section, std::string_view key, std::string_view fallback) {
-    Buffer buffer{};
+    Buffer buffer{untouched};
     const DWORD length =
         GetProfileStringA(std::string{section}.c_str(), std::string{key}.c_str(),
                           std::string{fallback}.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
-    return {buffer.data(), length};
+    return taken(buffer, length, fallback);
 }
 
 }  // namespace qxterm

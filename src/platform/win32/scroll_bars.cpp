@@ -102,8 +102,8 @@ void scrollByUser(const Form& form, HWND window, int code) {
 void backend::scrollBarChanged(ScrollBar& bar) {
     win32::ScrollBarNative& native = win32::nativeOf(bar);
     if (native.waiting) return;
-    native.waiting = true;
-    PostMessageA(win32::messageWindow(), win32::wmScrollBars, 0, 0);
+    native.waiting = PostMessageA(win32::messageWindow(), win32::wmScrollBars, 0, 0) != 0;
+    if (!native.waiting) win32::tell(bar);
 }
 
 }  // namespace qxterm

@@ -130,7 +130,9 @@ void endBreak(Port& port) {
     if (lasted >= shortestBreak) {
         clearBreak(port);
     } else {
-        SetTimer(messageWindow(), timerBreak, static_cast<UINT>(shortestBreak - lasted), nullptr);
+        const auto rest = static_cast<UINT>(shortestBreak - lasted);
+        // Without a timer a short break is better than one that never ends.
+        if (SetTimer(messageWindow(), timerBreak, rest, nullptr) == 0) clearBreak(port);
     }
 }
 

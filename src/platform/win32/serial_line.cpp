@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/run_time_error.h"
 #include "platform/win32/message_window.h"
 
 namespace qxterm::win32 {
@@ -30,8 +31,10 @@ SerialLine::SerialLine(KernelHandle port, std::uint32_t token)
     calls_->writeEvent = makeEvent(true);
     calls_->waiting.hEvent = calls_->waitEvent.get();
     calls_->writing.hEvent = calls_->writeEvent.get();
+    const bool events = stop_ && wake_ && readEvent_ && calls_->waitEvent && calls_->writeEvent;
     lastCarrier_ = carrier();
-    thread_.reset(CreateThread(nullptr, 0, threadMain, this, 0, nullptr));
+    if (events) thread_.reset(CreateThread(nullptr, 0, threadMain, this, 0, nullptr));
+    if (!thread_) throw RunTimeError{errors::outOfMemory};
 }
 
 SerialLine::~SerialLine() {

@@ -167,7 +167,7 @@ std::int16_t Socket::addressFamily(std::string_view host) const {
 
 void Socket::rearmEvents() {
     // While it is still connecting the answer must not be lost; it arrives as it is.
-    if (native != nullptr && native->state == State::connected) armEvents(*native);
+    if (native != nullptr && native->state == State::connected) (void)armEvents(*native);
 }
 
 }  // namespace qxterm

@@ -13,7 +13,10 @@ struct Running {
     Timer* timer;
     /// New with each start: a tick of an earlier period that still waits in the queue is none.
     UINT_PTR number;
+    bool ticks;  ///< false: the system had no timer left, and is asked again
 };
+
+bool anyRefused = false;
 
 std::vector<Running>& running() {
     static std::vector<Running> all;
@@ -36,16 +39,30 @@ void stop(const Timer& timer) {
     running().erase(at);
 }
 
+[[nodiscard]] bool ask(const Running& one) {
+    return SetTimer(messageWindow(), one.number, static_cast<UINT>(one.timer->interval()), nullptr) != 0;
+}
+
 void start(Timer& timer) {
     static UINT_PTR next = timerObjects;
     static const bool subscribed = (handleMessages(WM_TIMER, WM_TIMER, tick), true);
     (void)subscribed;
     ++next;
-    running().push_back({&timer, next});
-    SetTimer(messageWindow(), next, static_cast<UINT>(timer.interval()), nullptr);
+    running().push_back({&timer, next, false});
+    running().back().ticks = ask(running().back());
+    if (!running().back().ticks) anyRefused = true;
 }
 
 }  // namespace
+
+void startRefusedTimers() {
+    if (!anyRefused) return;
+    anyRefused = false;
+    for (Running& one : running()) {
+        if (!one.ticks) one.ticks = ask(one);
+        if (!one.ticks) anyRefused = true;
+    }
+}
 
 void disableTimers(const Form& form) {
     std::vector<Timer*> its;

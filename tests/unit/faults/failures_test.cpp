@@ -18,6 +18,7 @@
 #include "platform/headless/forms.h"
 #include "platform/headless/picture_box.h"
 #include "platform/system_text.h"
+#include "platform/timer.h"
 #include "terminal/model/input_busy.h"
 
 namespace qxterm::test::failures_test {
@@ -278,6 +279,26 @@ TEST_F(FailurePlans, AreForgottenByAReset) {
     headless::planFailure(Point::timerStart, {0, FailurePlan::always, 0});
     headless::reset();
     EXPECT_FALSE(headless::fails(Point::timerStart));
+}
+
+TEST_F(FailurePlans, ARefusedTimerRunsOnceTheSystemHasOne) {
+    static constinit Form form{"form", FormKind::dialog, 0, ""};
+    static constinit Timer timer{form, "timer"};
+    static int ticks = 0;
+    ticks = 0;
+    timer.onTimer.connect("tick", [] { ++ticks; });
+    form.load();
+    headless::planFailure(Point::timerStart, {0, 2, 0});
+    timer.setInterval(100);
+    timer.setEnabled(true);
+    headless::advance(0);  // refused once more
+    EXPECT_EQ(headless::failuresOf(Point::timerStart), 2U);
+    headless::advance(100);
+    EXPECT_EQ(ticks, 1);
+    headless::advance(200);
+    EXPECT_EQ(ticks, 3);
+    form.unload();
+    EXPECT_EQ(headless::runningTimers(), 0U);
 }
 
 TEST_F(FailurePlans, PointsStandAtTheirNumbers) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace qxterm {
+namespace qxterm::geometry_test {
 namespace {
 
 TEST(PixelRect, IsEmptyWithoutWidthOrHeight) {
@@ -15,4 +15,4 @@ TEST(PixelRect, IsEmptyWithoutWidthOrHeight) {
 }
 
 }  // namespace
-}  // namespace qxterm
+}  // namespace qxterm::geometry_test

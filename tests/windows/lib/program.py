@@ -165,12 +165,12 @@ class Program:
 
     # --- the probe ---------------------------------------------------------------------------------------------------
 
-    def ask(self, *subjects, seconds=PATIENCE):
-        """The probe's answer about one subject, or a list of answers."""
+    def ask(self, *subjects, seconds=PATIENCE, more=None):
+        """The probe's answer about one subject, or a list of answers. more: what the question says besides."""
         self._number += 1
         folder = Path(self.scratch)
         half = folder / "request.tmp"
-        half.write_text(json.dumps({"id": self._number, "want": list(subjects)}))
+        half.write_text(json.dumps({"id": self._number, "want": list(subjects), **(more or {})}))
         half.rename(folder / "request.json")
 
         def answer():
@@ -185,6 +185,8 @@ class Program:
             return reply if reply["id"] == self._number else None
 
         reply = waitFor(answer, f"the probe answers about {', '.join(subjects)}", seconds)
+        if "refused" in reply:
+            raise Failure(f"the probe: {reply['refused']}")
         for subject in subjects:
             if "fault" in reply[subject]:
                 raise Failure(f"the probe on {subject}: {reply[subject]['fault']}")

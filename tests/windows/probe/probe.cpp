@@ -2,8 +2,8 @@
 //
 // This file is linked into qxterm-probe.exe only; the program's own files know nothing of it. A question is
 // the file request.json in the folder that the environment variable QXTERM_PROBE names: {"id": N, "want":
-// [NAME ...]}. The answer is reply.json: {"id": N, NAME: {...} ...}. Both files get their names when they are
-// complete.
+// [NAME ...]}, and with "faults" it plans failures first (faults.h). The answer is reply.json: {"id": N,
+// NAME: {...} ...}. Both files get their names when they are complete.
 
 #include <array>
 #include <cstdlib>
@@ -14,6 +14,7 @@
 #include <string>
 
 #include "dumps.h"
+#include "faults.h"
 #include "folder.h"
 #include "observe.h"
 #include "platform/run_time_error.h"
@@ -55,6 +56,7 @@ const std::map<std::string, std::function<Json()>>& subjects() {
                                                                   {"copy", copy},
                                                                   {"cover", cover},
                                                                   {"uncover", uncover},
+                                                                  {"faults", faults},
                                                                   {"fewObjects", fewObjects},
                                                                   {"noObjects", noObjects},
                                                                   {"freeObjects", freeObjects},
@@ -112,11 +114,19 @@ Json about(const std::string& subject) {
 void CALLBACK look(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) {
     static const Folder folder;
     static bool answering = false;
+    const OwnCalls own;
     if (!folder.known() || answering) return;
     const Json asked = folder.question();
     if (asked.is_null()) return;
     answering = true;
     Json reply{{"id", asked.value("id", 0)}};
+    if (asked.contains("faults")) {
+        try {
+            planFaults(asked["faults"]);
+        } catch (const std::exception& failure) {
+            reply["refused"] = failure.what();
+        }
+    }
     for (const Json& subject : asked.value("want", Json::array())) {
         const auto name = subject.get<std::string>();
         reply[name] = about(name);
@@ -146,7 +156,10 @@ void CALLBACK look(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD 
 const std::terminate_handler formerHandler = std::set_terminate(noteEnd);
 
 /// A timer of the thread, which belongs to no window and is served by every message loop.
-const UINT_PTR lookTimer = SetTimer(nullptr, 0, lookEvery, look);
+const UINT_PTR lookTimer = [] {
+    const OwnCalls own;
+    return SetTimer(nullptr, 0, lookEvery, look);
+}();
 
 }  // namespace
 

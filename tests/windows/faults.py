@@ -1,0 +1,385 @@
+"""Calls of the Windows API that fail, one after the other, while the program is used.
+
+The probe makes them fail (tests/windows/probe/faults.h). Whatever it is, the program tells the user in the words that it
+has for that, or copes; afterwards the session goes on, every pixel of the screen is right, and no handle, GDI object or
+window is left over. docs/testing/faults.md has the table.
+"""
+
+import contextlib
+import sys
+import time
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
+from desk import Desk, setClipboard  # noqa: E402
+from peers import Peer  # noqa: E402
+from program import (PATIENCE, Failure, capture, check, checkEqual, netProfile, run, waitFor,  # noqa: E402
+                     writeProfiles)
+from serial_line import SerialLine, nameSerialPorts, serialProfile  # noqa: E402
+from ssh_server import freePort, noHelpers  # noqa: E402
+
+MANY = 1 << 30
+MEMORY = "Out of memory."
+DENIED = "An unexpected error 70 has occurred"
+DROPPED = "The connection has been dropped"
+BUSY_PORT = "Another application is using the serial port"
+
+line = SerialLine()
+nameSerialPorts({"COM2": line.link})
+
+# Every kind of drawing, without anything that blinks.
+PAGE = (b"\x1b[?13h\x1b[?25l\x1b[m\x1b[1;1H\x1b[2Jfaults \x1b[1mbold\x1b[m \x1b[4munder\x1b[m \x1b[31;44mcolours\x1b[m\r\n"
+        b"\x0elqqqqk\r\nx    x\r\nmqqqqj\x0f\r\n" + b"\r\n".join(b"line %d" % n for n in range(18)))
+KEY_BAR = b"\x1b[1;4;0q  Next    page  \x1bOc\r\x1b[0p"
+
+
+@contextlib.contextmanager
+def failing(desk, *functions, after=0, times=MANY):
+    """The calls fail inside the block."""
+    desk.ask("faults", more={"faults": {function: [after, times] for function in functions}})
+    yield
+    if desk.alive():
+        for function in functions:
+            waitFor(lambda: desk.ask("faults").get(function, [0, 0])[1] > 0, f"{function} is called, and fails", 5)
+        desk.ask("faults", more={"faults": {}})
+
+
+def answerBoxes(desk, expected):
+    """Answers with Escape what the program tells; it has to tell what is expected, and nothing else."""
+    if expected is not None:
+        desk.messageBox(expected)
+    deadline = time.monotonic() + PATIENCE
+    while boxes := desk.boxes():
+        for text in boxes:
+            check(expected is not None and expected in text, f"a box says {text!r}")
+        check(time.monotonic() < deadline, f"the boxes do not end: {boxes}")
+        desk.key("Escape")
+
+
+class Session:
+    """A session with a host in this process, and the picture of its page."""
+
+    def __init__(self, desk, host):
+        self.desk, self.host = desk, host
+        self.awaitSession()
+        self.say(PAGE)
+        self.rest()
+        self.reference = self.pixels()
+        self.held = self.resources()
+
+    def awaitSession(self):
+        self.desk.waitState("g_bConnectActive", True)
+        self.desk.gone("frmConn")
+        self.desk.focus()
+
+    def say(self, text):
+        """Sends text; returns when it has been interpreted."""
+        self.host.received.clear()
+        self.host.send(text + b"\xff\xfd\x63")
+        waitFor(lambda: b"\xff\xfc\x63" in bytes(self.host.received), "the text is interpreted")
+
+    def rest(self):
+        time.sleep(0.1)  # until the last frame has been shown
+
+    def pixels(self):
+        left, top, width, height = self.desk.ask("places")["picterm"]
+        return capture(left, top, width, height)
+
+    def resources(self):
+        told = self.desk.ask("resources")
+        return {name: told[name] for name in ("handles", "gdi", "windows")}
+
+    def isWell(self, what):
+        self.desk.noBoxes()
+        if self.desk.ask("selection")["end"][0] != -1:  # a copy that failed keeps it
+            self.desk.clickAt(*self.desk.cellAt(40, 20))
+        self.say(PAGE)
+        waitFor(lambda: self.pixels() == self.reference, f"{what}: the page looks as before", 5, pause=0.2)
+
+    def leavesNothing(self, slack=0):
+        """slack: of what the system itself may keep."""
+        waitFor(lambda: all(count <= self.held[name] + slack for name, count in self.resources().items()),
+                lambda: f"before the failures the program held {self.held}, afterwards {self.resources()}")
+
+
+def draws(session):
+    session.say(b"\x1b[2J")
+    session.rest()
+    session.say(PAGE)
+    for number in range(4):  # a frame each, so that the window is scrolled
+        session.rest()
+        session.say(b"scroll %d\r\n" % number)
+    session.rest()
+
+
+def takesAFlood(session):
+    session.say(b"a line of many lines\r\n" * 30000)
+
+
+def opensAMenu(session):
+    session.desk.openMenu("p")
+    session.say(b"\x1b[2J")
+    session.say(PAGE)
+    session.desk.closeMenu()
+    session.rest()
+
+
+def showsTheKeyBar(session):
+    session.say(KEY_BAR)
+    session.rest()
+
+
+def copies(session):
+    desk = session.desk
+    desk.drag((0, 0), (6, 0))
+    desk.key("ctrl+Insert")
+
+
+def pastes(session):
+    setClipboard("pasted")
+    session.desk.menu("e", "p")
+    session.desk.focus()
+
+
+def opensOptions(session):
+    session.desk.menu("c", "o")
+
+
+def changesTheFont(session):
+    desk = session.desk
+    for letter, points in (("s", 9), ("l", 11)):
+        desk.menu("c", "o")
+        desk.dialog("frmOptions")
+        desk.key("ctrl+Prior", "alt+" + letter, "Return")
+        desk.gone("frmOptions")
+        checkEqual(desk.ask("profile")["fontsize"], points, "the font's size")
+        session.say(PAGE)
+    desk.focus()
+
+
+def saves(session):
+    session.desk.menu("p", "s")
+    session.desk.focus()
+
+
+def showsAbout(session):
+    session.desk.menu("h", "a")
+
+
+def asksForHelp(session):
+    session.desk.menu("h", "c")
+
+
+def typesAKey(session):
+    session.desk.type("k")
+
+
+def ordinaryUse():
+    """(call, what is done meanwhile, what the user is told)."""
+    cases = [
+        ("ExtTextOutA", draws, None), ("FillRect", draws, None), ("ScrollDC", draws, None), ("GetClipBox", draws, None),
+        ("GetRegionData", draws, None), ("ioctlsocket", draws, None),
+        ("PostMessageA", draws, None), ("PatBlt", copies, None),
+        ("SetTimer", opensAMenu, None), ("GetGUIThreadInfo", takesAFlood, None),
+        ("CreatePen", showsTheKeyBar, None),
+        ("CreateSolidBrush", showsTheKeyBar, None), ("DrawTextA", showsTheKeyBar, None),
+        ("OpenClipboard", copies, DENIED), ("EmptyClipboard", copies, DENIED), ("GlobalAlloc", copies, MEMORY),
+        ("GlobalLock", copies, MEMORY), ("SetClipboardData", copies, MEMORY),
+        ("GetClipboardData", pastes, None), ("EnableMenuItem", pastes, None),
+        ("CreateDialogParamA", opensOptions, MEMORY), ("CreateDialogParamA", showsAbout, MEMORY),
+        ("CreateFontA", changesTheFont, None), ("GetTextExtentPoint32A", changesTheFont, None),
+        ("GetDC", changesTheFont, None), ("GetTextMetricsA", changesTheFont, None),
+        ("SelectObject", changesTheFont, None),
+        ("WritePrivateProfileStringA", saves, None),
+        ("LoadImageA", showsAbout, "An unexpected error 75 has occurred"),
+        ("GetFileAttributesA", showsAbout, "An unexpected error 53 has occurred"),
+        ("CreateCompatibleDC", showsAbout, None), ("BitBlt", showsAbout, None),
+        ("GetFileAttributesA", asksForHelp, "The help file cannot be found"),
+        ("LoadLibraryExA", asksForHelp, "HTML Help is not installed"),
+        ("CreateFileA", typesAKey, DENIED), ("WriteFile", typesAKey, "An unexpected error 75 has occurred"),
+    ]
+    with Peer() as host:
+        writeProfiles({"net": netProfile(host.port)}, Logging="1")
+        with Desk("net") as desk:
+            session = Session(desk, host)
+            problems = []
+            for function, action, told in cases:
+                what = f"{function} fails, the program {action.__name__}"
+                try:
+                    oneCase(session, function, action, told, what)
+                    print(f"  {what}: {told or 'nothing to tell'}", flush=True)
+                except Failure as failure:
+                    check(desk.alive(), f"{what}: the program has ended")
+                    problems.append(f"{what}: {failure}")
+                    print(f"  FAILED {problems[-1]}", flush=True)
+                    recover(session)
+            check(not problems, "\n".join(problems))
+            session.leavesNothing(slack=8)
+            connections(session)
+
+
+def oneCase(session, function, action, told, what):
+    desk = session.desk
+    with failing(desk, function):
+        action(session)
+        if told is not None:
+            answerBoxes(desk, told)
+    for form in ("frmSplash", "frmOptions"):
+        if form in desk.ask("forms"):
+            desk.key("Escape")
+            desk.gone(form)
+    desk.focus()
+    if action is changesTheFont:
+        action(session)  # the measures of a time without fonts stay until the next change
+    session.isWell(what)
+
+
+def recover(session):
+    """Whatever stands is closed, so that the next case can be tried."""
+    desk = session.desk
+    desk.ask("faults", more={"faults": {}})
+    for _ in range(5):
+        desk.key("Escape")
+    if not desk.ask("state")["g_bConnectActive"]:
+        reconnect(session, "recovery")
+
+
+def connections(session):
+    """Calls of a connection, with the same program: the attempt fails or the session ends, and the next one is well."""
+    desk = session.desk
+    for function in ("send", "recv"):
+        with failing(desk, function):
+            if function == "send":
+                desk.type("k")
+            else:
+                session.host.send(b"never read")
+            answerBoxes(desk, DROPPED)
+        desk.waitState("g_bConnectActive", False)
+        reconnect(session, function)
+    for function in ("socket", "connect", "WSAAsyncSelect", "QueueUserWorkItem", "getaddrinfo", "setsockopt"):
+        desk.menu("c", "d")
+        desk.waitState("g_bConnectActive", False)
+        with failing(desk, function):
+            desk.menu("c", "c")
+            if function == "setsockopt":
+                session.awaitSession()
+            else:
+                desk.dialog("frmConn")
+                waitFor(lambda: desk.ask("faults").get(function, [0, 0])[1] > 0, f"{function} is called")
+                desk.key("Escape")
+                desk.gone("frmConn")
+        if function != "setsockopt":
+            reconnect(session, function)
+        print(f"  {function} fails: the attempt is given up, the next one succeeds", flush=True)
+    session.leavesNothing(slack=8)
+
+
+def reconnect(session, what):
+    session.desk.menu("c", "c")
+    session.awaitSession()
+    session.isWell(what)
+
+
+def serialPort():
+    """While the port is opened, and while it is open."""
+    opening = [("CreateFileA", BUSY_PORT), ("GetCommState", BUSY_PORT), ("SetCommState", "An unexpected error 5 "),
+               ("CreateEventA", MEMORY), ("CreateThread", MEMORY)]
+    using = ["WaitCommEvent", "WriteFile", "ReadFile"]
+
+    class SerialDesk(Desk):
+        pass
+
+    writeProfiles({"line": serialProfile()})
+    with line:
+        environment = line.program("line", waiting=False).environment
+        with SerialDesk("line", environment=environment) as desk:
+            desk.waitState("g_bConnectActive", True)
+            desk.gone("frmConn")
+            desk.focus()
+            held = None
+            for function, told in opening:
+                desk.menu("c", "d")
+                desk.waitState("g_bConnectActive", False)
+                with failing(desk, function):
+                    desk.menu("c", "c")
+                    answerBoxes(desk, told)
+                checkEqual(desk.ask("state")["g_bConnectActive"], False, "no session")
+                lineIsWell(desk, function)
+                print(f"  {function} fails while the port is opened: {told}", flush=True)
+                held = held or desk.ask("resources")["handles"]
+            for function in using:
+                with failing(desk, function):
+                    desk.type("k")
+                    line.send(b"x")
+                    waitFor(lambda: desk.ask("faults").get(function, [0, 0])[1] > 0 or None, f"{function} is called")
+                    desk.noBoxes()
+                desk.menu("c", "d")
+                desk.waitState("g_bConnectActive", False)
+                lineIsWell(desk, function)
+                print(f"  {function} fails on an open port: nothing to tell", flush=True)
+            waitFor(lambda: desk.ask("resources")["handles"] <= held + 4, lambda: f"handles: {held} before, "
+                    f"{desk.ask('resources')['handles']} afterwards")
+
+
+def lineIsWell(desk, what):
+    desk.menu("c", "c")
+    desk.waitState("g_bConnectActive", True)
+    desk.gone("frmConn")
+    desk.focus()
+    line.send(b"\x1b[2J\x1b[1;1Hbehind " + what.encode())
+    desk.waitText("behind " + what, row=0)
+
+
+def sshHelpers():
+    """Helpers that cannot be started, tied to the program, or told apart: none is left, and the user can go on."""
+    # The job is made once, so its refusal comes first.
+    cases = [("CreateJobObjectA", None), ("CreatePipe", MEMORY), ("CreateEventA", MEMORY), ("CreateProcessA", None),
+             ("AssignProcessToJobObject", None), ("ResumeThread", None), ("GetTcpTable", None), ("GetUdpTable", None),
+             ("SetHandleInformation", None)]
+    writeProfiles({"ssh": {"connect": "ssh", "host": "127.0.0.1", "SSHnetport": str(freePort()), "Font": "large"}})
+    with Desk("ssh") as desk:
+        held = None
+        for function, told in cases:
+            desk.focus()
+            with failing(desk, function):
+                for text in ("bob", "secret"):
+                    desk.type(text)
+                    desk.key("Return")
+                if told is not None:
+                    answerBoxes(desk, told)
+                desk.waitForm("frmConn")
+                desk.dialog("frmConn")
+                desk.key("Escape")
+                desk.gone("frmConn")
+            desk.noBoxes()
+            noHelpers(function)
+            print(f"  {function} fails: {told or 'nothing to tell'}", flush=True)
+            held = held or desk.ask("resources")["handles"]
+            desk.menu("c", "c")
+        waitFor(lambda: desk.ask("resources")["handles"] <= held + 4, lambda: f"handles: {held} before, "
+                f"{desk.ask('resources')['handles']} afterwards")
+
+
+def start():
+    """What the program needs fails while it starts: it says so and ends. Without the rest it starts all the same."""
+    writeProfiles({"loop": {"connect": "loop", "Font": "large"}})
+    for fault in ("CreateWindowExA 0 1000", "CreateWindowExA 2 1000", "CreateDialogParamA 0 1000", "CreateMenu 0 1000"):
+        with Desk("loop", waiting=False, environment={"QXTERM_FAULT": fault}) as desk:
+            desk.messageBox(MEMORY, seconds=60)
+            waitFor(lambda: not desk.alive() or desk.key("Escape"), "the program ends", pause=0.3)
+            desk.waitEnd()
+            checkEqual(desk.process.returncode, 0, "the program's exit status")
+            print(f"  {fault}: {MEMORY} The program ends", flush=True)
+    with Desk("loop", environment={"QXTERM_FAULT": "GetPrivateProfileStringA 0 1000000"}) as desk:
+        checkEqual(desk.ask("lists")["profiles"], [], "profiles of a file that cannot be read")
+        print("  GetPrivateProfileStringA 0 1000000: nothing to tell, and no profiles", flush=True)
+    for fault in ("AddFontResourceExA 0 1", "SetTimer 0 3", "GetUpdateRgn 0 1000", "CreateRectRgn 0 1"):
+        with Desk("loop", environment={"QXTERM_FAULT": fault}) as desk:
+            desk.waitState("g_bConnectActive", True)
+            desk.gone("frmConn")
+            desk.type("survived")
+            desk.waitText("survived", row=0)
+            print(f"  {fault}: nothing to tell", flush=True)
+
+
+run(ordinaryUse, serialPort, sshHelpers, start)
