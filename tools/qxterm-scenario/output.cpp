@@ -34,6 +34,9 @@ void print(const Json& object) {
     if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size()) lost = true;
 }
 
-bool flushOutput() { return std::fflush(stdout) == 0 && !lost; }
+bool flushOutput() {
+    if (std::fflush(stdout) != 0) lost = true;
+    return !lost;
+}
 
 }  // namespace qxterm::scenario
