@@ -40,7 +40,8 @@ bool Script::openNext() {
 
 bool Script::takeLine(std::string& line) {
     if (fromInput_) {
-        // Whoever writes the lines may wait for what the last one has printed. What is lost is told at the end.
+        // Whoever writes the lines may wait for what the last one has printed. What is lost is told at the
+        // end.
         (void)flushOutput();
         fromInput_ = static_cast<bool>(std::getline(std::cin, line));
         return fromInput_;
