@@ -119,7 +119,7 @@ def panel(y, title, lines, bands, ends, limit):
     top = roundTop(max(highest, 1)) if limit is None else 4 * limit
 
     def at(x, value):
-        return f"{LEFT + x * across:.1f},{y + PANEL - min(value, top) / top * PANEL:.1f}"
+        return f"{LEFT + x * across:.0f},{y + PANEL - min(value, top) / top * PANEL:.0f}"
 
     parts = [f'<rect x="{LEFT + begin * across:.1f}" y="{y}" width="{max((end - begin) * across, 0.2):.1f}" '
              f'height="{PANEL}" fill="{PHASES.get(kind, "#ffffff")}"/>\n' for begin, end, kind in bands]

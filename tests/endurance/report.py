@@ -115,6 +115,9 @@ def report(run, write):
     """Prints the verdicts, and writes page and chart when told to. True when all is good."""
     window = judgedWindow(run) if run.sittings("window") else []
     scenario = judgedScenario(run) if run.sittings("scenario") else []
+    if not window and not scenario:
+        print(f"There are no samples in {run.folder}.")
+        return False
     for title, verdicts in (("In the window", window), ("In the scenario tool", scenario)):
         if verdicts:
             print(f"\n{title}:")
@@ -130,4 +133,4 @@ def report(run, write):
     else:
         run.path("endurance.svg").write_text(drawing)
         run.path("endurance.md").write_text(text)
-    return bool(window or scenario) and all(one.good for one in window + scenario)
+    return all(one.good for one in window + scenario)

@@ -124,6 +124,11 @@ class Folders(unittest.TestCase):
         table.add({"seconds": "1.5", "phase": "1 loop"})
         self.assertEqual(samples.rows(self.folder / "window.csv"), [{"seconds": 1.5, "phase": "1 loop", "answer50": None}])
 
+    def test_nothing_is_written_about_nothing(self):
+        before = report.PAGE.read_bytes()
+        self.assertFalse(report.report(samples.Run(self.folder), write=True))
+        self.assertEqual(report.PAGE.read_bytes(), before)
+
     def test_first_round_and_samples_between_are_not_judged(self):
         one = self.begin("one")
         columns = ("sitting", "seconds", "phase", "rest",

@@ -27,6 +27,7 @@ from watch import Asker, Watch  # noqa: E402
 
 SSH_SESSIONS = 3  # of a round
 LONGEST_PAUSE = 2.0  # seconds of the user between two things
+PORT_PATIENCE = 300.0  # seconds
 MOST_FAILURES = 5  # one behind the other, until the sitting is given up
 SERIAL_SECONDS = 20.0
 SERIAL_PIECE = 4096
@@ -241,10 +242,13 @@ class Tunnel:
             while connection.recv(100):
                 pass
 
-        try:
-            return Listener(inBackground(serve), TELNET)
-        except PortTaken as taken:
-            raise Failure(f"no session through SSH: {taken}") from taken
+        def listener():
+            with contextlib.suppress(PortTaken):
+                return Listener(inBackground(serve), TELNET)
+            return None
+
+        # Another test may have it for a while.
+        return waitFor(listener, f"port {TELNET}, behind the tunnel, is free", PORT_PATIENCE, pause=1)
 
 
 def line(connection):
