@@ -15,7 +15,8 @@ HEADS = re.compile(r"\b(?:if|while|for|switch|if constexpr|catch)\s*$")
 WORDS = re.compile(r"(?:return|throw|case|else|do|co_return|goto|const|constexpr)\b\s*")
 # Behind the arguments of a template, in a declaration.
 TEMPLATE = re.compile(r"\w> \w")
-CONSTANT = re.compile(r"^(\s*(?:(?:inline|static) )*)constexpr (?!.*\)\s*(?:const )?(?:noexcept )?\{)")
+# Not `static constexpr`, which a class could not do without.
+CONSTANT = re.compile(r"^(\s*(?:inline )?)constexpr (?!.*\)\s*(?:const )?(?:noexcept )?\{)")
 
 
 def masked(text, strings=True):

@@ -300,5 +300,14 @@ TEST_F(SelectionWindow, AutoScrollEndsWithTheButton) {
     up(3, 5);
 }
 
+TEST_F(SelectionWindow, ARepaintKeepsTheMarksOfALineOfSeveralColours) {
+    host("abc\x1b[31mdef\x1b[1mghi\x1b[m");
+    drag(1, 0, 8, 0);
+    ASSERT_EQ(getSel(), "bcdefgh");
+    EXPECT_EQ(differences(), "");
+    headless::uncover(picterm);
+    EXPECT_EQ(differences(), "");
+}
+
 }  // namespace
 }  // namespace qxterm::test::selection_window_test
