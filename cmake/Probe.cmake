@@ -30,3 +30,8 @@ add_executable(screen-reader ${screen_reader_sources})
 target_link_libraries(
     screen-reader PRIVATE qxterm_options qxterm_json uuid user32 ole32 oleaut32 oleacc
 )
+
+# What somebody might put beside a program, under the name of one of Windows' libraries.
+add_library(planted MODULE tests/windows/planted/planted.cpp)
+set_target_properties(planted PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+target_link_libraries(planted PRIVATE qxterm_options)

@@ -44,10 +44,10 @@ void deselectFonts(const PictureBox& box) {
 /// Error 7 when the system has no room for the new font; then the former one stays, with all that was
 /// measured with it.
 void changeFont(const PictureBox& box, std::string face, float points) {
-    Font font = makeFont(face, points, FW_NORMAL);
-    if (!font) throw RunTimeError{errors::outOfMemory};
-    deselectFonts(box);
     PictureState& state = stateOf(box);
+    Font font = makeFont(face, points, FW_NORMAL);
+    if (!font && state.normalFont) throw RunTimeError{errors::outOfMemory};
+    deselectFonts(box);
     state.fontName = std::move(face);
     state.points = points;
     state.normalFont = std::move(font);
@@ -91,14 +91,6 @@ HFONT boldFont(PictureState& state) {
     return state.boldFont.get();
 }
 
-HFONT terminalFont(PictureState& state) {
-    if (!state.terminalFont && state.terminalCell.cy != 0) {
-        state.terminalFont = Font{CreateFontA(state.terminalCell.cy, state.terminalCell.cx, 0, 0, 0, 0, 0, 0,
-                                              DEFAULT_CHARSET, 0, 0, 0, 0, terminalFace)};
-    }
-    return state.terminalFont.get();
-}
-
 }  // namespace win32
 
 void PictureBox::setFontName(std::string_view face) {
@@ -122,14 +114,13 @@ std::int32_t PictureBox::textWidth(std::string_view text) const {
 
 void PictureBox::createTerminalFont(std::int32_t height, std::int32_t width) {
     deleteTerminalFont();
-    win32::stateOf(*this).terminalCell = {width, height};
+    win32::stateOf(*this).terminalFont = win32::Font{
+        CreateFontA(height, width, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, win32::terminalFace)};
 }
 
 void PictureBox::deleteTerminalFont() {
     win32::deselectFonts(*this);
-    win32::PictureState& state = win32::stateOf(*this);
-    state.terminalFont.reset();
-    state.terminalCell = {};
+    win32::stateOf(*this).terminalFont.reset();
 }
 
 void backend::cellSizeChanged(PictureBox& box, std::int32_t width, std::int32_t height,

@@ -25,7 +25,6 @@ struct PictureState {
     Font normalFont;
     Font boldFont;
     Font terminalFont;
-    SIZE terminalCell{};  ///< what the terminal font is made for; 0: for nothing
     /// Pixels that the bold font has to be lowered by for both to stand on one base line.
     int boldOffset = 0;
 
@@ -34,10 +33,8 @@ struct PictureState {
 
 [[nodiscard]] PictureState& stateOf(const PictureBox& box);
 
-/// The fonts, made when they are first asked for after a change of name or size. Null while the system has no
-/// room for one, and for a terminal font that nobody wants.
+/// The fonts, made when they are first asked for after a change of name or size.
 [[nodiscard]] HFONT normalFont(PictureState& state);
 [[nodiscard]] HFONT boldFont(PictureState& state);
-[[nodiscard]] HFONT terminalFont(PictureState& state);
 
 }  // namespace qxterm::win32

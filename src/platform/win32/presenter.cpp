@@ -4,12 +4,6 @@
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
-namespace {
-
-/// More pixels than any window has.
-constexpr RECT everything{0, 0, 32767, 32767};
-
-}  // namespace
 
 Presenter::Presenter(PictureState& state, HWND window) : state_{state}, window_{window}, dc_{GetDC(window)} {
     SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);
@@ -47,8 +41,7 @@ RECT Presenter::pixels(int row, int column, int count) const {
 }
 
 void Presenter::selectFont(HFONT font) {
-    // Without a font, when the system has no more, the one before has to serve.
-    if (font == nullptr || font_ == font) return;
+    if (font_ == font) return;
     SelectObject(dc_, font);
     font_ = font;
 }
@@ -69,8 +62,8 @@ void Presenter::fill(const RECT& area, std::uint8_t colour) {
 
 void Presenter::text(int row, int column, std::string_view codes, const TextLook& look, bool underlined) {
     int lowered = 0;
-    if (look.font == TextFont::terminal && terminalFont(state_) != nullptr) {
-        selectFont(terminalFont(state_));
+    if (look.font == TextFont::terminal && state_.terminalFont) {
+        selectFont(state_.terminalFont.get());
     } else if (look.bold) {
         selectFont(boldFont(state_));
         lowered = state_.boldOffset;
@@ -107,7 +100,7 @@ void Presenter::scroll(int first, int last, int by, CellSet& lost) {
     RECT area = pixels(first, 0, pictureColumns);
     area.bottom = pixels(last, 0, pictureColumns).bottom;
     if (!lost_) lost_ = Region{CreateRectRgn(0, 0, 0, 0)};
-    if (!lost_ || ScrollDC(dc_, 0, by * state_.cellHeight, &area, &area, lost_.get(), nullptr) == 0) {
+    if (ScrollDC(dc_, 0, by * state_.cellHeight, &area, &area, lost_.get(), nullptr) == 0) {
         lost.add({0, first, pictureColumns, last - first + 1});
         return;
     }
@@ -126,9 +119,10 @@ CellArea cellsTouched(const PictureState& state, const RECT& area) {
 
 std::vector<RECT> rectanglesOf(HRGN region) {
     const DWORD size = GetRegionData(region, 0, nullptr);
+    if (size < sizeof(RGNDATAHEADER)) return {};
     std::vector<char> bytes(size);
     auto* const data = reinterpret_cast<RGNDATA*>(bytes.data());
-    if (size < sizeof(RGNDATAHEADER) || GetRegionData(region, size, data) == 0) return {everything};
+    if (GetRegionData(region, size, data) == 0) return {};
     const auto* const first = reinterpret_cast<const RECT*>(data->Buffer);
     return {first, first + data->rdh.nCount};
 }

@@ -52,8 +52,7 @@ private:
 
 /// The cells that an area of pixels touches.
 [[nodiscard]] CellArea cellsTouched(const PictureState& state, const RECT& area);
-/// The rectangles that a region is made of. Everything, when the system had no room for the region or does
-/// not tell: nothing may be taken for untouched that is not.
+/// The rectangles that a region is made of.
 [[nodiscard]] std::vector<RECT> rectanglesOf(HRGN region);
 /// Calls take(CellArea) for each of them.
 template <class Take>
