@@ -30,6 +30,7 @@ add_library(qxterm_whole_program INTERFACE)
 if(MINGW)
     target_compile_options(
         qxterm_whole_program INTERFACE -flto=auto -ffat-lto-objects -ffunction-sections -fdata-sections
+                                       -fstack-protector-strong
     )
 endif()
 
@@ -39,6 +40,8 @@ if(MINGW)
     # -static: the program needs no DLL but the system's own. Without a time stamp a build can be repeated
     # byte for byte.
     add_link_options(-static -Wl,--tsaware -Wl,--no-insert-timestamp)
+    # Brings the routine that ends a program whose stack was written over.
+    add_link_options(-fstack-protector-strong)
 endif()
 
 find_program(QXTERM_CCACHE ccache)

@@ -35,3 +35,8 @@ target_link_libraries(
 file(GLOB asker_sources CONFIGURE_DEPENDS tests/windows/asker/*.cpp)
 add_executable(asker ${asker_sources})
 target_link_libraries(asker PRIVATE qxterm_options user32)
+
+# What somebody might put beside a program, under the name of one of Windows' libraries.
+add_library(planted MODULE tests/windows/planted/planted.cpp)
+set_target_properties(planted PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+target_link_libraries(planted PRIVATE qxterm_options)

@@ -2,6 +2,34 @@
 
 add_custom_target(program)
 
+# Whoever can write into a program's folder could put a library there that bears the name of one of Windows': those that a
+# program names in its table of imports are looked for beside it first, before any of its code runs. So the programs
+# name only what Windows never looks for (kernel32, msvcrt), and load all else at its first call, when they have said
+# that libraries come from the system's folder alone. DLL by DLL an import library of that kind goes before the tool
+# chain's.
+set(delayed_folder "${CMAKE_BINARY_DIR}/delayed")
+file(MAKE_DIRECTORY "${delayed_folder}")
+foreach(name user32 gdi32 comctl32 ws2_32 iphlpapi advapi32)
+    find_library(QXTERM_IMPORTS_${name} lib${name}.a REQUIRED)
+    mark_as_advanced(QXTERM_IMPORTS_${name})
+    add_custom_command(
+        OUTPUT "${delayed_folder}/lib${name}.a"
+        COMMAND
+            "${CMAKE_SOURCE_DIR}/cmake/make-delayed.sh" "${CMAKE_NM}" "${CMAKE_DLLTOOL}" ${name}
+            "${QXTERM_IMPORTS_${name}}" "${delayed_folder}/lib${name}.a"
+        DEPENDS cmake/make-delayed.sh "${QXTERM_IMPORTS_${name}}"
+        VERBATIM
+    )
+    list(APPEND delayed_libraries "${delayed_folder}/lib${name}.a")
+endforeach()
+add_custom_target(delayed_imports DEPENDS ${delayed_libraries})
+
+function(qxterm_delayed_imports target)
+    add_dependencies(${target} delayed_imports)
+    target_link_directories(${target} PRIVATE "${delayed_folder}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${delayed_libraries})
+endfunction()
+
 function(qxterm_handed_over target)
     target_link_libraries(${target} PRIVATE qxterm_whole_program)
     # The same seed of the names that the compiler makes up: two builds give the same bytes.
@@ -43,6 +71,7 @@ endfunction()
 
 qxterm_program(qxterm)
 qxterm_handed_over(qxterm)
+qxterm_delayed_imports(qxterm)
 add_dependencies(program qxterm)
 
 # Files that the program looks for in its own folder.
@@ -77,6 +106,7 @@ foreach(helper zpt_ssh zpt_tnetd)
     qxterm_helper_version(${helper})
     target_link_libraries(${helper} PRIVATE qxterm_options ${helper}_parts zpt_common_win32)
     qxterm_handed_over(${helper})
+    qxterm_delayed_imports(${helper})
     add_dependencies(program ${helper})
 endforeach()
 # It asks who listens on a port.
@@ -90,6 +120,7 @@ add_library(setup-actions MODULE helpers/setup/win32/actions.cpp ${setup_sources
 target_link_libraries(setup-actions PRIVATE msi)
 set_target_properties(setup-actions PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
 target_link_options(qxterm-start PRIVATE -municode)
+qxterm_delayed_imports(qxterm-start)
 foreach(target qxterm-start setup-actions)
     target_link_libraries(${target} PRIVATE qxterm_options setup_parts zpt_common_win32 advapi32)
     qxterm_helper_version(${target})

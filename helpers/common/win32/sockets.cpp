@@ -16,7 +16,7 @@ public:
         } else {
             auto& six = reinterpret_cast<sockaddr_in6&>(storage_);
             six.sin6_family = AF_INET6;
-            six.sin6_addr = in6addr_loopback;
+            six.sin6_addr = IN6ADDR_LOOPBACK_INIT;
             six.sin6_port = htons(port);
             length_ = sizeof six;
         }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "common/win32/console.h"
 #include "common/win32/handle.h"
 #include "common/win32/system.h"
 #include "setup/ini_text.h"
@@ -65,6 +66,9 @@ std::wstring startFolder(const std::wstring& own) {
     length = GetEnvironmentVariableW(L"USERPROFILE", buffer.data(), size);
     return length != 0 && length < size ? std::wstring{buffer.data(), length} : current;
 }
+
+/// Before all other code: what watches the stack calls the system, too.
+[[gnu::constructor(101)]] void hardenFirst() { zpt::hardenProcess(); }
 
 }  // namespace
 

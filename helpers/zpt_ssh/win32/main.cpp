@@ -60,10 +60,12 @@ int runSession(const zpt::ClientCommand& command, zpt::Forward& forward) {
     ExitProcess(end.exitCode);
 }
 
+/// Before all other code: what watches the stack calls the system, too.
+[[gnu::constructor(101)]] void hardenFirst() { zpt::hardenProcess(); }
+
 }  // namespace
 
 int main(int count, char** values) {
-    zpt::hardenProcess();
     const auto parsed =
         zpt::parseSshRequest(zpt::argumentsOf(count, values), takeVariable(zpt::loginVariable));
     if (!parsed.good()) return refuse(wrongCommandLine, parsed.complaint);

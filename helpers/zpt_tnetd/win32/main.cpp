@@ -11,10 +11,12 @@ namespace {
 constexpr int wrongCommandLine = 2;
 constexpr int cannotListen = 3;
 
+/// Before all other code: what watches the stack calls the system, too.
+[[gnu::constructor(101)]] void hardenFirst() { zpt::hardenProcess(); }
+
 }  // namespace
 
 int main(int count, char** values) {
-    zpt::hardenProcess();
     const auto parsed = zpt::parseRelayRequest(zpt::argumentsOf(count, values));
     if (!parsed.good()) {
         zpt::complain(zpt::relayHelper, parsed.complaint);
