@@ -138,14 +138,15 @@ def tunnel():
 
 def ordinaryProgram():
     """The trap works: a program that names a library in its table of imports loads the one that stands beside it."""
-    shutil.copy(BUILD / "qxterm-probe.exe", trap.folder)
-    for name in KNOWN:
-        check(not (trap.folder / f"{name}.dll").exists(), f"{name} is planted")
-    for file in trap.folder.glob("*.dll"):
+    own = Trap()
+    shutil.copy(BUILD / "qxterm-probe.exe", own.folder)
+    for file in own.folder.glob("*.dll"):
         if file.name != "iphlpapi.dll":
             file.unlink()
-    with trap.started("qxterm-probe.exe"):
-        waitFor(lambda: "iphlpapi.dll in " in trap.sprung().lower(), lambda: f"the library is loaded: {trap.said()}")
+    with own.started("qxterm-probe.exe"):
+        waitFor(lambda: "iphlpapi.dll in " in own.sprung().lower(), lambda: f"the library is loaded: {own.said()}")
 
 
-run(session, tunnel, relay, ordinaryProgram)
+# Wine's server stays from one program to the next: one that goes may do so just when the next one begins.
+subprocess.run(["wineserver", "--persistent"], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+run(session, tunnel, ordinaryProgram, relay)
