@@ -204,7 +204,7 @@ set(with_display "${CMAKE_SOURCE_DIR}/tools/setup/with-display.sh")
 function(qxterm_wine_test name seconds)
     qxterm_test("${name}" wine ${seconds} ${ARGN})
     set_tests_properties(
-        "${name}" PROPERTIES ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED wine_prefix COST
+        "${name}" PROPERTIES ENVIRONMENT "QXTERM_BUILD=${windows_build}" FIXTURES_REQUIRED "wine_prefix;wine_peers" COST
                              100 PROCESSORS 1
     )
 endfunction()
@@ -223,6 +223,10 @@ endfunction()
 # Made once, outside the time of any single test.
 qxterm_test(wine/prefix wine 300 "${with_prefix}" true)
 set_tests_properties(wine/prefix PROPERTIES RUN_SERIAL ON FIXTURES_SETUP wine_prefix)
+
+# What the tests log in to, fetched once: a test in a network of its own cannot, and several would get in one another's way.
+qxterm_test(wine/peers wine 600 bash -c "tools/setup/telnetd.sh && tools/setup/plink.sh")
+set_tests_properties(wine/peers PROPERTIES RUN_SERIAL ON FIXTURES_SETUP wine_peers)
 
 foreach(program unit-tests terminal-tests)
     qxterm_wine_test(

@@ -32,14 +32,14 @@ public:
             if (line.find("socket connect") != std::string::npos &&
                 (line.find("onyield") != std::string::npos || !headless::socketInUse(comnet2)))
                 impossible_ = true;
-            if (line.find("endSshHelpers") != std::string::npos) helpers_ = false;
+            leftovers_.told(line);
             return true;
         }
         return false;
     }
     void carriedOut() override {
         checkMemory();
-        if (!impossible_) checkSession(helpers_);
+        if (!impossible_) checkSession(leftovers_);
     }
     [[nodiscard]] const std::string& file() const override { return name_; }
     [[nodiscard]] std::size_t line() const override { return 0; }
@@ -69,7 +69,7 @@ private:
     std::string name_ = "text";
     std::int64_t time_ = 0;
     bool impossible_ = false;
-    bool helpers_ = true;
+    Leftovers leftovers_;
 };
 
 void run(Input input) {

@@ -18,7 +18,6 @@
 #include "program.h"
 #include "program_forms.h"
 #include "support/target.h"
-#include "support/whole_program.h"
 #include "terminal/drawing/paint.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/screen_store.h"
@@ -148,7 +147,7 @@ bool Steps::next(std::string& line) {
     }
     count(line);
     painted_ = line == "paint";
-    if (line.starts_with("fault endSshHelpers")) helpersMayStay_ = true;
+    leftovers_.told(line);
     allowSends(plan_.yields ? Sends::anything : sendsOf(line));
     return true;
 }
@@ -166,7 +165,7 @@ void Steps::carriedOut() {
     if (g_bConnectActive && !sessionWasUp_) ++total.sessions[static_cast<std::size_t>(g_iConnectType())];
     sessionWasUp_ = g_bConnectActive;
     checkMemory();
-    checkSession(!helpersMayStay_);
+    checkSession(leftovers_);
     if (painted_ && !plan_.faults && scenario::programRuns()) checkPicture();
 }
 

@@ -8,6 +8,7 @@
 
 #include "line_source.h"
 #include "model/host_bytes.h"
+#include "support/whole_program.h"
 
 namespace qxterm::fuzz {
 
@@ -57,7 +58,7 @@ private:
 
     test::Choices choices_;
     bool sessionWasUp_ = false;
-    bool helpersMayStay_ = false;
+    Leftovers leftovers_;
     bool painted_ = false;  ///< the step that is carried out is a paint
     Plan plan_;
     std::uint32_t length_;

@@ -17,9 +17,17 @@ void allowSends(Sends allowed);
 
 /// Ends the program unless the terminal's memory is in order: rows, cursor, region, records, what is carried.
 void checkMemory();
-/// The same for the registry of timers, and for what a session leaves behind when none runs. helpers: those
-/// of SSH sessions too, which stay when ending them was made to fail.
-void checkSession(bool helpers);
+/// What a session may leave behind, because ending it was made to fail.
+struct Leftovers {
+    bool helpers = false;  ///< of an SSH session
+    bool attempt = false;  ///< to connect, whose status dialog is gone
+
+    /// A command of the scenario that plans such a failure.
+    void told(std::string_view line);
+};
+
+/// The same as checkMemory for the registry of timers, and for what a session leaves behind when none runs.
+void checkSession(const Leftovers& allowed);
 /// The window has just been painted, and no failure is planned: ends the program unless it shows what the
 /// lines of the view hold.
 void checkPicture();

@@ -50,6 +50,8 @@ void localConnect() {
         const std::uint32_t own = ++attempt;
         if (!fieldsUsable()) return;
         localPort = findLocalPort();
+        // A failed search may have ended the attempt by its report; nobody would end helpers that start now.
+        if (own != attempt || eventLoop::ending()) return;
         StartSSH(CurrentProfile.host, g_sSSHLogin, localPort);
         if (own != attempt || eventLoop::ending()) return;
         // Without a client of ours whoever else answers at that port is not to be given the password.

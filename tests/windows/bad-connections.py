@@ -171,6 +171,22 @@ def dropped():
             program.waitState("g_bConnectActive", True)
 
 
+def boxOutlastsTheDialog():
+    """The host hangs up while frmConn still stands. The box belongs to it then, but does not go with it."""
+    left = [closesAtOnce, lambda connection: connection.sendall(b"\x1b[3Cgood")]
+    with Peer(lambda connection: left.pop(0)(connection)) as peer:
+        profile("127.0.0.1", peer.port)
+        with Program("bad") as program:
+            box = program.messageBox(DROPPED)
+            program.waitForm("frmConn", loaded=False)
+            program.picture("dropped-without-dialog")
+            checkEqual(program.boxes(), [DROPPED], "message boxes")
+            program.clickButton(box, "OK")
+            notConnected(program)
+            program.connectionMenu("c")
+            program.waitRows({0: "   good"}, "what comes after the dropped connection")
+
+
 def leavesNothingBehind():
     """Connecting and disconnecting again and again: no handle, GDI object, window or timer is left."""
 
@@ -237,4 +253,5 @@ def twoWindows():
             checkEqual((ini[name]["connect"], ini[name]["netport"]), ("net", str(peer.port)), f"profile {name}")
 
 
-run(refused, unknownName, neverAnswers, retryAndCancel, cancelAtOnce, dropped, leavesNothingBehind, emptyHost, twoWindows)
+run(refused, unknownName, neverAnswers, retryAndCancel, cancelAtOnce, dropped, boxOutlastsTheDialog,
+    leavesNothingBehind, emptyHost, twoWindows)

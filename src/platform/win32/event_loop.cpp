@@ -1,5 +1,7 @@
 #include "platform/event_loop.h"
 
+#include <utility>
+
 #include "platform/win32/clock.h"
 #include "platform/win32/dialog.h"
 #include "platform/win32/event_loop.h"
@@ -12,6 +14,8 @@ namespace win32 {
 namespace {
 
 bool programEnding = false;
+/// An interpreter in the middle of a block serves the queue.
+bool yielding = false;
 /// Work that the loop does while no message waits. Null while there is none.
 bool (*idleWork)() = nullptr;
 
@@ -90,6 +94,11 @@ bool carryOut(MSG& message) {
 
 void endLoop() { programEnding = true; }
 
+bool waitsForTheBlock(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (!yielding || (message != WM_CLOSE && message != WM_SYSCOMMAND) || systemLoopRuns()) return false;
+    return PostMessageA(window, message, wParam, lParam) != 0;
+}
+
 void setIdleWork(bool (*work)()) { idleWork = work; }
 
 void waitAndDispatch() {
@@ -104,7 +113,10 @@ void waitAndDispatch() {
             return;
         }
     }
+    // In the loop of a modal form, which something in a block may have opened, nothing waits.
+    const bool inBlock = std::exchange(yielding, false);
     (void)carryOut(message);
+    yielding = inBlock;
 }
 
 }  // namespace win32
@@ -129,10 +141,12 @@ void doEvents() {
     // Its messages are served as soon as the block has ended.
     const bool left = win32::systemLoopRuns();
     MSG message{};
+    win32::yielding = true;
     while (!left && !ending() && win32::takeHarmless(message)) {
-        if (!win32::carryOut(message)) return;
+        if (!win32::carryOut(message)) break;
     }
-    win32::showPicturesIfDue(true);
+    win32::yielding = false;
+    if (!ending()) win32::showPicturesIfDue(true);
 }
 
 void sleep(std::int32_t milliseconds) {

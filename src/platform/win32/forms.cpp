@@ -95,7 +95,10 @@ void backend::destroyWindow(Form& form) {
     disableTimers(form);
     endModal(form);
     HWND const window = windowOf(form);
-    if (window != nullptr) DestroyWindow(window);
+    if (window != nullptr) {
+        keepBoxesOf(window);
+        DestroyWindow(window);
+    }
     dropNative(form);
     if (isMain) endLoop();
 }

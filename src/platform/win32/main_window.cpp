@@ -2,6 +2,7 @@
 
 #include "platform/picture_box.h"
 #include "platform/resource_ids.h"
+#include "platform/win32/event_loop.h"
 #include "platform/win32/key_buttons.h"
 #include "platform/win32/keyboard.h"
 #include "platform/win32/menus.h"
@@ -81,6 +82,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     const auto standard = [&] { return DefWindowProcA(window, message, wParam, lParam); };
     Form* const form = formOf(window);
     if (form == nullptr) return standard();
+    if (waitsForTheBlock(window, message, wParam, lParam)) return 0;
     if (keyboardTakes(*form, message, wParam)) return 0;
     switch (message) {
         case WM_COMMAND: command(*form, wParam, lParam); return 0;

@@ -46,6 +46,8 @@ Answer messageBox(std::string_view text, std::string_view title, Buttons buttons
     win32::boxOpened();
     const int pressed = MessageBoxA(owner, textCopy.c_str(), titleCopy.c_str(), kind);
     win32::boxClosed();
+    // The system would have activated the owner.
+    if (owner != nullptr && IsWindow(owner) == 0) SetActiveWindow(topmostWindow());
     // Not every system says OK when Escape closes a box that has nothing else.
     return pressed == 0 || buttons == Buttons::ok ? refusal(buttons) : static_cast<Answer>(pressed);
 }

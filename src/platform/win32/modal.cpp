@@ -24,6 +24,13 @@ void applyModality() {
     }
 }
 
+/// Gives a window that belongs to the owner to the main window.
+BOOL CALLBACK giveToMainWindow(HWND window, LPARAM owner) {
+    if (GetWindow(window, GW_OWNER) == reinterpret_cast<HWND>(owner))
+        SetWindowLongPtrA(window, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(mainWindow()));
+    return TRUE;
+}
+
 }  // namespace
 
 void beginModal(Form& form) {
@@ -53,6 +60,11 @@ void boxOpened() {
 void boxClosed() {
     --openBoxes;
     applyModality();
+}
+
+void keepBoxesOf(HWND owner) {
+    if (openBoxes == 0 || owner == mainWindow()) return;
+    EnumThreadWindows(GetCurrentThreadId(), giveToMainWindow, reinterpret_cast<LPARAM>(owner));
 }
 
 bool systemLoopRuns() {

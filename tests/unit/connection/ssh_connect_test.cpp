@@ -13,6 +13,7 @@
 #include "connection/ssh_prompt.h"
 #include "connection/status_dialog.h"
 #include "connection/transport_controls.h"
+#include "diag/error_trap.h"
 #include "diag/trace_log.h"
 #include "platform/headless/event_loop.h"
 #include "platform/headless/port_table.h"
@@ -142,6 +143,14 @@ TEST_F(SshConnect, DisconnectDuringTheWaitEndsTheAttempt) {
               (Lines{clientLine, relayLine, "process terminate zpt_ssh", "process terminate zpt_tnetd"}));
     EXPECT_FALSE(frmConn.loaded());
     EXPECT_FALSE(localPromptActive());
+}
+
+TEST_F(SshConnect, AnAttemptThatASearchForAPortHasEndedStartsNoHelpers) {
+    planFault("CN_NetStat", 10054);  // a connection reset: its report ends what is up
+    enterBob();
+    EXPECT_EQ(processes(), Lines{});
+    EXPECT_FALSE(sshHelperRecorded());
+    EXPECT_FALSE(frmConn.loaded());
 }
 
 TEST_F(SshConnect, ClosingTheWindowDuringTheWaitEndsTheAttempt) {
