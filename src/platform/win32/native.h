@@ -68,8 +68,8 @@ void endModal(const Form& form);
 /// Counts message boxes, under which no form answers.
 void boxOpened();
 void boxClosed();
-/// Before a window goes: the system would take the message boxes that it owns along, unread and unanswered. They
-/// become the main window's.
+/// Before a window goes: the system would take the message boxes that it owns along, unread and unanswered.
+/// They become the main window's.
 void keepBoxesOf(HWND owner);
 /// Whether a loop of the system's own runs: that of a menu, a message box, a dragged scroll bar. The messages
 /// that it waits for are its own to take.
