@@ -111,7 +111,9 @@ void checkMemory() {
 }
 
 void Leftovers::told(std::string_view line) {
-    const auto plans = [line](std::string_view routine) { return line.find(routine) != std::string_view::npos; };
+    const auto plans = [line](std::string_view routine) {
+        return line.find(routine) != std::string_view::npos;
+    };
     if (plans("endSshHelpers")) helpers = true;
     if (plans("Form_QueryUnload")) attempt = true;
 }
