@@ -21,9 +21,14 @@ struct Question {
     std::list<LookUp> answer = std::list<LookUp>(1);
 };
 
-/// What has been answered, and the window's thread has not yet taken.
-std::list<LookUp> answers;
 SRWLOCK answersLock = SRWLOCK_INIT;
+
+/// What has been answered, and the window's thread has not yet taken. Never destroyed: a worker may still answer
+/// while the program ends.
+std::list<LookUp>& answers() {
+    static auto& all = *new std::list<LookUp>;
+    return all;
+}
 
 class Locked {
 public:
@@ -56,7 +61,7 @@ void ask(const Question& question, LookUp& answer) {
 void send(Question& question) {
     {
         const Locked locked;
-        answers.splice(answers.end(), question.answer);
+        answers().splice(answers().end(), question.answer);
     }
     PostMessageA(question.receiver, wmResolved, 0, 0);
 }
@@ -98,7 +103,7 @@ void lookUp(std::string_view host, std::uint16_t port, std::uint32_t token) {
 
 std::list<LookUp> takeLookUps() {
     const Locked locked;
-    return std::exchange(answers, {});
+    return std::exchange(answers(), {});
 }
 
 }  // namespace qxterm::win32
