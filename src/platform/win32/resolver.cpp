@@ -23,8 +23,8 @@ struct Question {
 
 SRWLOCK answersLock = SRWLOCK_INIT;
 
-/// What has been answered, and the window's thread has not yet taken. Never destroyed: a worker may still answer
-/// while the program ends.
+/// What has been answered, and the window's thread has not yet taken. Never destroyed: a worker may still
+/// answer while the program ends.
 std::list<LookUp>& answers() {
     static auto& all = *new std::list<LookUp>;
     return all;
