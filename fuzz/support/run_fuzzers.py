@@ -7,6 +7,7 @@ Usage: run_fuzzers.py [--jobs N] [--minutes N] FUZZER ...
 
 import argparse
 import concurrent.futures
+import json
 import os
 import re
 import resource
@@ -30,12 +31,15 @@ class Fuzzer:
         self.dictionary = os.path.abspath(f"fuzz/dictionaries/{name}.dict")
         self.found = os.path.abspath(f"{FOUND}/{name}")
         self.inputs = f"{self.found}/inputs"
-        self.seconds = 0.0
-        self.runs = 0
-        self.edges = 0
-        self.features = 0
+        self.totals = f"{self.found}/totals.json"
+        self.seconds = 0.0  # of this sitting
         for folder in (self.corpus, self.inputs):
             os.makedirs(folder, exist_ok=True)
+        # Of all sittings: sixty minutes may be three times twenty.
+        self.total = {"seconds": 0.0, "runs": 0, "edges": 0, "features": 0}
+        if os.path.exists(self.totals):
+            with open(self.totals, encoding="ascii") as file:
+                self.total |= json.load(file)
 
     def options(self):
         options = ["-timeout=600", "-report_slow_units=600", "-rss_limit_mb=2048", "-print_final_stats=1", f"-artifact_prefix={self.found}/"]
@@ -65,17 +69,20 @@ class Fuzzer:
             process.send_signal(signal.SIGINT)
             usage = wait(process)
         self.seconds += usage
+        self.total["seconds"] += usage
         self.read(log)
+        with open(self.totals, "w", encoding="ascii") as file:
+            json.dump(self.total, file)
         return not self.findings()
 
     def read(self, log):
         with open(log, encoding="latin-1") as file:
             text = file.read()
         for runs in re.findall(r"number_of_executed_units: (\d+)", text):
-            self.runs += int(runs)
+            self.total["runs"] += int(runs)
         for edges, features in re.findall(r"cov: (\d+) ft: (\d+)", text):
-            self.edges = max(self.edges, int(edges))
-            self.features = max(self.features, int(features))
+            self.total["edges"] = max(self.total["edges"], int(edges))
+            self.total["features"] = max(self.total["features"], int(features))
 
     def minimise(self):
         """The corpus becomes the smallest set of inputs that reaches the same, and those with a name of their own."""
@@ -101,8 +108,8 @@ class Fuzzer:
 
     def line(self):
         return (
-            f"{self.name:17} {self.seconds / 60:7.1f} {self.runs:9} {self.edges:6} {self.features:8} "
-            f"{len(os.listdir(self.corpus)):7} {len(self.findings()):9}"
+            f"{self.name:17} {self.seconds / 60:7.1f} {self.total['seconds'] / 60:7.1f} {self.total['runs']:10} "
+            f"{self.total['edges']:6} {self.total['features']:8} {len(os.listdir(self.corpus)):7} {len(self.findings()):9}"
         )
 
 
@@ -137,7 +144,7 @@ def main():
     options.add_argument("fuzzers", nargs="+")
     chosen = options.parse_args()
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    print(f"{'fuzzer':17} {'minutes':>7} {'runs':>9} {'edges':>6} {'features':>8} {'inputs':>7} {'findings':>9}", flush=True)
+    print(f"{'fuzzer':17} {'minutes':>7} {'in all':>7} {'runs':>10} {'edges':>6} {'features':>8} {'inputs':>7} {'findings':>9}", flush=True)
     fuzzers = [Fuzzer(name) for name in chosen.fuzzers]
     with concurrent.futures.ThreadPoolExecutor(chosen.jobs) as pool:
         for done in [pool.submit(fuzz, fuzzer, chosen.minutes) for fuzzer in fuzzers]:
