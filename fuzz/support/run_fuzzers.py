@@ -85,7 +85,7 @@ class Fuzzer:
             self.total["features"] = max(self.total["features"], int(features))
 
     def minimise(self):
-        """The corpus becomes the smallest set of inputs that reaches the same, and those with a name of their own."""
+        """The corpus becomes a small set of inputs that reaches every edge reached, and those with a name of their own."""
         kept = f"{self.found}/kept"
         shutil.rmtree(kept, ignore_errors=True)
         os.makedirs(kept)
@@ -93,7 +93,7 @@ class Fuzzer:
             if not GIVEN_BY_HAND.match(name):
                 shutil.copy(f"{self.corpus}/{name}", f"{kept}/{name}")
         subprocess.run(
-            [self.program, "-merge=1", "-timeout=600", "-rss_limit_mb=2048", kept, self.corpus, self.inputs],
+            [self.program, "-set_cover_merge=1", "-use_counters=0", "-timeout=600", "-rss_limit_mb=2048", kept, self.corpus, self.inputs],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
