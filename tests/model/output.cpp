@@ -529,7 +529,7 @@ void Terminal::reset() {
 }
 
 void Terminal::fillWithE() {
-    flush();
+    store();
     for (int r = 0; r <= lastPageRow; ++r) {
         Line line;
         line.text = std::string(columns, 'E');
