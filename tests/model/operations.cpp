@@ -162,8 +162,12 @@ void Terminal::drawUsed(const Line& line, int windowRow) {
 
 void Terminal::drawWhole(const Line& line, int windowRow) {
     drawUsed(line, windowRow);
+    // In the background of this moment: a later change of it is not seen before the next paint.
+    Cell blank;
+    blank.drawn = true;
+    blank.background = background;
     for (int c = std::max(line.used + 1, 0); c < columns; ++c)
-        window[static_cast<std::size_t>(windowRow)][static_cast<std::size_t>(c)] = Cell{};
+        window[static_cast<std::size_t>(windowRow)][static_cast<std::size_t>(c)] = blank;
 }
 
 void Terminal::fill(int fromColumn, int toColumn, int fromRow, int toRow) {
