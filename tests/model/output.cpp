@@ -34,6 +34,7 @@ Terminal::Terminal() {
             strings[which][static_cast<std::size_t>(key - 1)] = defaultString(key);
         }
     }
+    paint();
 }
 
 void Terminal::block(std::string_view bytes) {
