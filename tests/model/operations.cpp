@@ -72,14 +72,15 @@ void Terminal::lineFeed() {
     store();
     if (row == statusRow) return;
     if (row == regionBottom) {
-        scrollUp();
+        moveUp();
         if (++waitingScrolls_ > mostWaitingScrolls) flush();
     } else if (row < lastPageRow) {
         ++row;
     }
 }
 
-void Terminal::scrollUp() {
+/// The lines alone: the window follows later.
+void Terminal::moveUp() {
     if (regionTop == 0) {
         Line gone = screen[0];
         gone.used = std::max(gone.used, gone.toDraw ? gone.dirtyLast : -1);
@@ -89,6 +90,10 @@ void Terminal::scrollUp() {
     for (int r = regionTop; r < regionBottom; ++r)
         screen[static_cast<std::size_t>(r)] = screen[static_cast<std::size_t>(r + 1)];
     screen[static_cast<std::size_t>(regionBottom)] = Line{};
+}
+
+void Terminal::scrollUp() {
+    moveUp();
     scrollWindow(regionTop, regionBottom, -1);
 }
 
@@ -115,6 +120,7 @@ void Terminal::erase(int fromColumn, int toColumn, int fromRow, int toRow) {
 
 void Terminal::flush() {
     store();
+    if (waitingScrolls_ > 0) scrollWindow(regionTop, regionBottom, -waitingScrolls_);
     waitingScrolls_ = 0;
     for (int r = 0; r < rows; ++r) {
         Line& line = screen[static_cast<std::size_t>(r)];
@@ -195,6 +201,7 @@ void Terminal::scrollWindow(int first, int last, int by) {
 
 void Terminal::paint() {
     if ((mode & drawingSuspended) != 0) return;
+    waitingScrolls_ = 0;  // all is drawn where it belongs
     for (int r = 0; r <= lastPageRow; ++r) drawWhole(numbered(view + r), r);
     drawWhole(screen[statusRow], statusRow);
 }

@@ -167,6 +167,7 @@ private:
     void insertText(const std::string& text, int word);
     void deleteCharacters(int count);
     void lineFeed();
+    void moveUp();
     void scrollUp();
     void scrollDown();
     void erase(int fromColumn, int toColumn, int fromRow, int toRow);
