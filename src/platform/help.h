@@ -11,7 +11,8 @@ inline constexpr std::int32_t helpContext = 15;
 inline constexpr std::int32_t closeAll = 18;
 
 /// Shows help of the file; context 0 where the command has none. HTML Help is loaded when it is first used;
-/// when it or the file is missing a message box tells so. closeAll loads nothing for it.
+/// when it or the file is missing, or the file cannot be read, a message box tells so. closeAll loads nothing
+/// for it.
 void show(const std::string& file, std::int32_t command, std::int32_t context);
 
 /// What the box says when the file is missing.

@@ -201,10 +201,12 @@ def ordinaryUse():
         ("GetDC", changesTheFont, None), ("GetTextMetricsA", changesTheFont, None),
         ("SelectObject", changesTheFont, None),
         ("WritePrivateProfileStringA", saves, None),
-        ("LoadImageA", showsAbout, "An unexpected error 75 has occurred"),
+        ("CreateDIBSection", showsAbout, MEMORY), ("CreateFileA", showsAbout, "An unexpected error 75 has occurred"),
+        ("ReadFile", showsAbout, "An unexpected error 75 has occurred"),
         ("GetFileAttributesA", showsAbout, "An unexpected error 53 has occurred"),
         ("CreateCompatibleDC", showsAbout, None), ("BitBlt", showsAbout, None),
         ("GetFileAttributesA", asksForHelp, "The help file cannot be found"),
+        ("CreateFileA", asksForHelp, "The help file cannot be read"),
         ("LoadLibraryExA", asksForHelp, "HTML Help is not installed"),
         ("CreateFileA", typesAKey, DENIED), ("WriteFile", typesAKey, "An unexpected error 75 has occurred"),
     ]

@@ -1,6 +1,7 @@
 #include "platform/help.h"
 
 #include "platform/message_box.h"
+#include "platform/win32/files.h"
 #include "platform/win32/native.h"
 
 namespace qxterm::help {
@@ -22,6 +23,17 @@ bool everShown = false;
 
 void tell(const std::string& text) { messageBox(text, programTitle, Buttons::ok, Icon::information); }
 
+/// Windows marks what a browser or a mail program has brought, and HTML Help then shows empty pages.
+void tellOfMark(const std::string& file) {
+    static bool told = false;
+    if (told || !win32::fileExists(file + ":Zone.Identifier")) return;
+    told = true;
+    tell(
+        "The help file comes from another computer, and Windows may show its pages empty. \"Unblock\" in the "
+        "file's properties allows them:\r\n" +
+        file);
+}
+
 }  // namespace
 
 void show(const std::string& file, std::int32_t command, std::int32_t context) {
@@ -29,14 +41,19 @@ void show(const std::string& file, std::int32_t command, std::int32_t context) {
         if (everShown) htmlHelp()(nullptr, nullptr, static_cast<UINT>(command), 0);
         return;
     }
-    if (GetFileAttributesA(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    if (!win32::fileExists(file)) {
         tell(missingFile(file));
+        return;
+    }
+    if (!win32::canBeRead(file)) {
+        tell("The help file cannot be read:\r\n" + file);
         return;
     }
     if (htmlHelp() == nullptr) {
         tell("HTML Help is not installed on this computer. The help is in the file\r\n" + file);
         return;
     }
+    tellOfMark(file);
     everShown = true;
     htmlHelp()(win32::mainWindow(), file.c_str(), static_cast<UINT>(command),
                static_cast<DWORD_PTR>(context));

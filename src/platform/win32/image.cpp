@@ -1,6 +1,12 @@
 #include "platform/win32/image.h"
 
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
 #include "platform/backend.h"
+#include "platform/bitmap_file.h"
+#include "platform/win32/files.h"
 #include "platform/win32/native.h"
 #include "platform/win32/twips.h"
 
@@ -25,9 +31,21 @@ void paintImage(const Control& image, HDC dc) {
            SRCCOPY);
 }
 
-bool fileExists(const std::string& path) {
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+/// Not by the system's own reader, which may look for pixels behind the end of a file that was cut off.
+Bitmap readPicture(const std::string& path) {
+    constexpr std::size_t longest = std::size_t{16} * 1024 * 1024;
+    const auto file = wholeFile(path, longest);
+    const auto parts = file ? partsOfBitmap(*file) : std::nullopt;
+    if (!parts) throw RunTimeError{errors::pathFileAccess};
+    // The system wants the description at an even place.
+    std::vector<std::uint32_t> description(parts->descriptionSize / sizeof(std::uint32_t));
+    std::memcpy(description.data(), file->data() + parts->description, parts->descriptionSize);
+    void* pixels = nullptr;
+    Bitmap picture{CreateDIBSection(nullptr, reinterpret_cast<const BITMAPINFO*>(description.data()),
+                                    DIB_RGB_COLORS, &pixels, nullptr, 0)};
+    if (!picture) throw RunTimeError{errors::outOfMemory};
+    std::memcpy(pixels, file->data() + parts->pixels, parts->pixelsSize);
+    return picture;
 }
 
 }  // namespace
@@ -55,9 +73,7 @@ bool paintImages(const Form& form, HDC dc) {
 void backend::loadPicture(Image& image, const std::string& path) {
     using namespace win32;
     if (!fileExists(path)) throw RunTimeError{errors::fileNotFound};
-    Bitmap picture{static_cast<HBITMAP>(
-        LoadImageA(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE | LR_CREATEDIBSECTION))};
-    if (!picture) throw RunTimeError{errors::pathFileAccess};
+    Bitmap picture = readPicture(path);
     if (image.native == nullptr) return;
     BITMAP details{};
     GetObjectA(picture.get(), sizeof details, &details);

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/win32/system.h"
+#include "platform/win32/files.h"
 
 namespace qxterm {
 namespace {
@@ -25,7 +25,7 @@ std::string usualFile() {
 bool roomToWrite() {
     constexpr ULONGLONG enough = 65536;
     static const std::string file = usualFile();
-    if (file.empty() || GetFileAttributesA(file.c_str()) == INVALID_FILE_ATTRIBUTES) return true;
+    if (file.empty() || !win32::fileExists(file)) return true;
     const std::string folder = file.substr(0, file.find_last_of('\\') + 1);
     ULARGE_INTEGER room{};
     return GetDiskFreeSpaceExA(folder.c_str(), &room, nullptr, nullptr) == 0 || room.QuadPart >= enough;

@@ -34,6 +34,17 @@ def heldFile(path, seconds=120):
             holder.kill()
 
 
+@contextlib.contextmanager
+def keptToItself(path, seconds=120):
+    """Another program has the file open, and lets nobody read it."""
+    with _start("keep-file", seconds, path) as holder:
+        try:
+            checkEqual(holder.stdout.readline().strip(), "held", "what keeps the file to itself")
+            yield
+        finally:
+            holder.kill()
+
+
 def forgeMessages():
     """Another program posts what the windows of the program send each other, with addresses of nothing in it. All has
     been carried out when the routine returns."""

@@ -3,7 +3,9 @@
 //   neighbour hold-clipboard SECONDS   opens the clipboard, prints "held", and lets go of it at the end
 //   neighbour hold-file SECONDS FILE   has the file open so that nobody else can replace or rename it, prints
 //                                      "held"
-//   neighbour end-session              asks the main window whether the session may end, prints "yes" or
+//   neighbour keep-file SECONDS FILE   has the file open so that nobody else can read it either, prints
+//   "held" neighbour end-session              asks the main window whether the session may end, prints "yes"
+//   or
 //                                      "no", and tells it what became of that; "silent" without an answer
 //   neighbour cover SECONDS            has a window in front of the main window, here and there, prints
 //                                      "over"
@@ -41,9 +43,10 @@ int holdClipboard(int seconds) {
     return 0;
 }
 
-int holdFile(int seconds, const char* path) {
-    HANDLE const file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+/// share: what others may do meanwhile.
+int holdFile(int seconds, const char* path, DWORD share) {
+    HANDLE const file =
+        CreateFileA(path, GENERIC_READ, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return 1;
     say("held");
     Sleep(static_cast<DWORD>(seconds) * 1000);
@@ -179,7 +182,9 @@ int cover(int seconds) {
 int main(int count, char** arguments) {
     const std::string_view wish = count > 1 ? arguments[1] : "";
     if (wish == "hold-clipboard" && count > 2) return holdClipboard(std::atoi(arguments[2]));
-    if (wish == "hold-file" && count > 3) return holdFile(std::atoi(arguments[2]), arguments[3]);
+    if (wish == "hold-file" && count > 3)
+        return holdFile(std::atoi(arguments[2]), arguments[3], FILE_SHARE_READ);
+    if (wish == "keep-file" && count > 3) return holdFile(std::atoi(arguments[2]), arguments[3], 0);
     if (wish == "cover" && count > 2) return cover(std::atoi(arguments[2]));
     if (wish == "texts" && count > 2) return tellTexts(arguments[2]);
     if (wish == "press" && count > 3) return press(arguments[2], arguments[3]);

@@ -84,6 +84,7 @@ constexpr std::intptr_t invalid = -1;
     X(BeginPaint, none, ERROR_NOT_ENOUGH_MEMORY)             \
     X(BitBlt, none, ERROR_INVALID_HANDLE)                    \
     X(CreateCompatibleDC, none, ERROR_NOT_ENOUGH_MEMORY)     \
+    X(CreateDIBSection, none, ERROR_NOT_ENOUGH_MEMORY)       \
     X(CreateDialogParamA, none, ERROR_NOT_ENOUGH_MEMORY)     \
     X(CreateEventA, none, ERROR_NOT_ENOUGH_MEMORY)           \
     X(CreateFileA, invalid, ERROR_ACCESS_DENIED)             \
