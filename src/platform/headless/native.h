@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/controls.h"
 #include "platform/form.h"
 
@@ -12,7 +14,8 @@ struct Form::Native {
 
 struct Control::Native {
     TwipsRect place;
-    float points = 10;  ///< font size of a picture box
+    float points = 10;   ///< font size of a picture box
+    std::string face{};  ///< and its font's name
 };
 
 }  // namespace qxterm

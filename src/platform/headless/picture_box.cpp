@@ -130,7 +130,9 @@ void backend::cellSizeChanged(PictureBox& /*box*/, std::int32_t width, std::int3
     headless::cell = {width, height};
 }
 
-void PictureBox::setFontName(std::string_view /*face*/) {}
+void PictureBox::setFontName(std::string_view face) {
+    if (native != nullptr) native->face = face;
+}
 
 void PictureBox::setFontSize(float points) {
     if (native != nullptr) native->points = points;

@@ -5,6 +5,8 @@
 #include "config/profile_record.h"
 #include "config/user_profile.h"
 #include "platform/headless/display.h"
+#include "platform/headless/native.h"
+#include "platform/headless/profile_strings.h"
 #include "platform/main_form.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/screen_controls.h"
@@ -68,6 +70,15 @@ TEST_F(Layout, AProfileOfAnotherSizeResizesTheScreen) {
     expectSizes(7, 15, 0, 15);
     readUserProf("middle");
     expectSizes(8, 16, 0, 15);
+}
+
+TEST_F(Layout, TheFaceFollowsTheLanguage) {
+    startAt(1024, 768, 15);
+    EXPECT_EQ(picterm.native->face, "Courier New");
+    headless::resetAll();
+    headless::setLanguage("jpn");
+    startAt(1024, 768, 15);
+    EXPECT_EQ(picterm.native->face, "QXTERM");
 }
 
 TEST_F(Layout, TheKeyBarStandsBelowTheScreen) {

@@ -150,6 +150,21 @@ TEST(SynchFilter, RemovesAnUrgentDmAlone) {
     expectForEachCut("iDdx", "x");
 }
 
+TEST(SynchFilter, ACommandIsAnyByteFrom236On) {
+    // While an urgent byte waits somewhere: IAC stays with the command that follows it in the next read, and
+    // is the half of a Synch before anything else.
+    const auto outOf = [](char second) {
+        SynchFilter filter;
+        std::string out;
+        filter.arrived("\xff", false, out);
+        filter.arrived(std::string{second, 'x'}, true, out);
+        return out;
+    };
+    EXPECT_EQ(outOf('\xec'), "\xff\xecx");
+    EXPECT_EQ(outOf('\xfe'), "\xff\xfex");
+    EXPECT_EQ(outOf('\xeb'), "\xebx");
+}
+
 TEST(SynchFilter, GivesOutWhatPrecedesAtOnce) {
     SynchFilter filter;
     std::string out;

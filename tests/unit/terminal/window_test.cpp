@@ -176,6 +176,16 @@ TEST_F(Window, ScrolledViewShowsTheStoredLines) {
     }
 }
 
+TEST_F(Window, RowsThatAScrollOnceExposedArePaintedLikeAnyOther) {
+    host(std::string(24, '\n') + "below");  // one line scrolls off, and exposes row 23
+    headless::deliverPaints();
+    ASSERT_EQ(shown(23), "below");
+    // Another window stood over that row alone.
+    picterm.invalidate({0, 23, 80, 1});
+    headless::deliverPaints();
+    EXPECT_EQ(shown(23), "below");
+}
+
 TEST_F(Window, TheWheelMovesTheViewWithinItsLimits) {
     host(std::string(40, '\n'));  // 17 lines scroll off
     ASSERT_EQ(scrollbackTop, 501 - 17);
