@@ -26,6 +26,9 @@ if(QXTERM_SANITIZE MATCHES "undefined")
     endforeach()
 endif()
 
+# It replaces operator new, whose other uses in the same unit the compiler would take into account.
+set_source_files_properties(tests/unit/faults/memory.cpp PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+
 foreach(program unit-tests terminal-tests)
     qxterm_unity(${program} 7)
     target_include_directories(${program} PRIVATE tests/unit)

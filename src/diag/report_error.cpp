@@ -1,6 +1,7 @@
 #include "diag/report_error.h"
 
 #include <array>
+#include <new>
 #include <utility>
 
 #include "diag/format_msg.h"
@@ -42,6 +43,13 @@ constexpr std::array<std::pair<std::int16_t, const char*>, 13> descriptions{{
 
 void tell(const char* text, Icon icon) { messageBox(text, programTitle, Buttons::ok, icon); }
 
+std::int16_t tellOutOfMemory() {
+    return messageBox("Out of memory.  Please close other applications and try again", programTitle,
+                      Buttons::retryCancel, Icon::none) == Answer::retry
+               ? actionRetry
+               : actionLeave;
+}
+
 std::int16_t tellUnexpected(const char* routine, std::int16_t number) {
     std::string text = formatMsg("An unexpected error %1 has occurred", std::to_string(number));
     if (g_bVerboseErrors) {
@@ -71,13 +79,12 @@ std::string errorDescription(std::int16_t number) {
                                       : "Application-defined or object-defined error";
 }
 
-std::int16_t reportError(const char* routine, std::int16_t number) {
+namespace {
+
+/// Composing the words may need memory.
+std::int16_t reportInWords(const char* routine, std::int16_t number) {
     switch (number) {
-        case errors::outOfMemory:
-            return messageBox("Out of memory.  Please close other applications and try again", programTitle,
-                              Buttons::retryCancel, Icon::none) == Answer::retry
-                       ? actionRetry
-                       : actionLeave;
+        case errors::outOfMemory: return tellOutOfMemory();
         case errors::deviceUnavailable:
             tell(
                 "Another application is using the serial port.  You must choose another port or exit the "
@@ -105,6 +112,16 @@ std::int16_t reportError(const char* routine, std::int16_t number) {
                        programTitle, Buttons::ok, Icon::information);
             return actionLeave;
         default: return tellUnexpected(routine, number);
+    }
+}
+
+}  // namespace
+
+std::int16_t reportError(const char* routine, std::int16_t number) {
+    try {
+        return reportInWords(routine, number);
+    } catch (const std::bad_alloc&) {
+        return tellOutOfMemory();
     }
 }
 

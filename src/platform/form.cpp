@@ -16,6 +16,17 @@ std::vector<Form*>& shown() {
     return forms;
 }
 
+/// A form that cannot be shown does not stay behind, loaded and out of everybody's reach.
+template <class Show>
+void showOrUnload(Form& form, Show&& show) {
+    try {
+        show();
+    } catch (...) {
+        (void)form.unload();
+        throw;
+    }
+}
+
 }  // namespace
 
 void Form::load() {
@@ -34,21 +45,26 @@ void Form::load() {
 void Form::show() {
     load();
     if (!loaded_ || visible_) return;
-    visible_ = true;
-    shown().push_back(this);
-    backend::showWindow(*this, false);
+    showOrUnload(*this, [this] {
+        shown().push_back(this);
+        visible_ = true;
+        backend::showWindow(*this, false);
+    });
 }
 
-void Form::showModal() {
+void Form::showModal(void (*prepare)()) {
     if (eventLoop::ending()) return;
     load();
     if (!loaded_) return;
-    if (!visible_) {
-        visible_ = true;
-        shown().push_back(this);
-    }
-    backend::showWindow(*this, true);
-    backend::runModal(*this);
+    showOrUnload(*this, [this, prepare] {
+        if (prepare != nullptr) prepare();
+        if (!visible_) {
+            shown().push_back(this);
+            visible_ = true;
+        }
+        backend::showWindow(*this, true);
+        backend::runModal(*this);
+    });
 }
 
 bool Form::unload(UnloadReason reason) {

@@ -45,12 +45,13 @@ public:
     /// Creates the window, hidden, gives form and controls their designed state and raises onLoad. Nothing
     /// when loaded.
     void load();
-    /// Loads when needed and shows the window without waiting.
+    /// Loads when needed and shows the window without waiting. Unloaded when it cannot be shown.
     void show();
     /// Loads when needed, shows the window on top of the others, which are disabled, and runs a nested event
     /// loop until the form is unloaded. Returns at once when the load routine has unloaded the form, and does
-    /// nothing once the program is ending.
-    void showModal();
+    /// nothing once the program is ending. prepare: run behind the loading. When that or the showing fails
+    /// the form is unloaded, and the failure passes on.
+    void showModal(void (*prepare)() = nullptr);
     /// Raises onQueryUnload; unless that cancels, raises onUnload and destroys the window. Nothing when not
     /// loaded. Returns false when cancelled.
     bool unload(UnloadReason reason = UnloadReason::formCode);

@@ -174,20 +174,20 @@ void layOutForSave() {
 
 void showOpenProfile() {
     trapped("showOpenProfile", [] {
-        frmprof.load();
-        frmprof.setCaption(openMode);
-        layOutForOpen();
-        frmprof.showModal();
+        frmprof.showModal([] {
+            frmprof.setCaption(openMode);
+            layOutForOpen();
+        });
     });
 }
 
 void showSaveProfileAs() {
     trapped("showSaveProfileAs", [] {
-        frmprof.load();
-        frmprof.setCaption(saveMode);
-        cmd3Dconn.setCaption("OK");
-        layOutForSave();
-        frmprof.showModal();
+        frmprof.showModal([] {
+            frmprof.setCaption(saveMode);
+            cmd3Dconn.setCaption("OK");
+            layOutForSave();
+        });
     });
 }
 

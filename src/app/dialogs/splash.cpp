@@ -69,11 +69,7 @@ void cmdOK_Click() {
 }  // namespace
 
 void showAbout() {
-    trapped("showAbout", [] {
-        frmSplash.load();
-        cmdOK.setVisible(true);
-        frmSplash.showModal();
-    });
+    trapped("showAbout", [] { frmSplash.showModal([] { cmdOK.setVisible(true); }); });
 }
 
 void connectSplash() {

@@ -34,13 +34,13 @@ std::string text() {
 void setText(std::string_view text) {
     headless::raiseIfPlanned(headless::Point::clipboardSet);
     headless::content() = text;
-    headless::record("clipboard", {{"text", std::string{text}}});
+    headless::record("clipboard", [&] { return headless::Fields{{"text", std::string{text}}}; });
 }
 
 void clear() {
     headless::raiseIfPlanned(headless::Point::clipboardClear);
     headless::content().reset();
-    headless::record("clipboard", {{"text", std::string{}}});
+    headless::record("clipboard", [&] { return headless::Fields{{"text", std::string{}}}; });
 }
 
 bool hasText() { return headless::content().has_value(); }

@@ -28,7 +28,9 @@ void visibleChanged(Control& /*control*/) {}
 
 void captionChanged(Control& control) {
     if (control.kind() != ControlKind::label) return;
-    headless::record("label", {{"name", control.name()}, {"text", control.caption()}});
+    headless::record("label", [&] {
+        return headless::Fields{{"name", control.name()}, {"text", control.caption()}};
+    });
 }
 
 void textColourChanged(Label& /*label*/) {}

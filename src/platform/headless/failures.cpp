@@ -65,7 +65,7 @@ bool meet(Point point) {
     }
     if (state.plan.times != FailurePlan::always) --state.plan.times;
     ++state.failures;
-    record("failed", {{"point", std::string{infoOf(point).name}}});
+    record("failed", [&] { return Fields{{"point", std::string{infoOf(point).name}}}; });
     return true;
 }
 

@@ -11,7 +11,7 @@ void show(const std::string& file, std::int32_t command, std::int32_t context) {
         messageBox(missingFile(file), programTitle, Buttons::ok, Icon::information);
         return;
     }
-    headless::record("help", {{"command", command}, {"context", context}});
+    headless::record("help", [&] { return headless::Fields{{"command", command}, {"context", context}}; });
 }
 
 }  // namespace qxterm::help

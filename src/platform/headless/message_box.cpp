@@ -85,11 +85,13 @@ Answer messageBox(std::string_view text, std::string_view title, Buttons buttons
     if (eventLoop::ending() || headless::fails(headless::Point::boxShow))
         return headless::usualAnswer(buttons);
     const Answer answer = headless::nextAnswer(buttons);
-    headless::record("box", {{"title", std::string{title}},
-                             {"text", std::string{text}},
-                             {"buttons", headless::nameOf(buttons)},
-                             {"icon", headless::nameOf(icon)},
-                             {"answer", headless::nameOf(answer)}});
+    headless::record("box", [&] {
+        return headless::Fields{{"title", std::string{title}},
+                                {"text", std::string{text}},
+                                {"buttons", headless::nameOf(buttons)},
+                                {"icon", headless::nameOf(icon)},
+                                {"answer", headless::nameOf(answer)}};
+    });
     return answer;
 }
 

@@ -47,12 +47,6 @@ std::vector<HelperProcess*>& recordedHelpers() {
 std::int64_t forwardDelay = 0;
 std::int64_t lastStart = 0;
 
-void recordOf(const HelperProcess& helper, const char* op, Fields more = {}) {
-    Fields fields{{"op", op}, {"name", helper.name()}};
-    fields.insert(fields.end(), more.begin(), more.end());
-    headless::record("process", std::move(fields));
-}
-
 }  // namespace
 
 void failHelper(std::string_view name) { failing().emplace(name); }
@@ -106,12 +100,14 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
     if (handles == StandardHandles::pipes) headless::raiseIfPlanned(headless::Point::processPipe);
     if (headless::fails(headless::Point::processStart)) return false;
     if (headless::failing().contains(name_)) return false;
-    headless::recordOf(*this, "start", {{"command", std::string{commandLine}}});
+    headless::record("process", [&] {
+        return headless::Fields{{"op", "start"}, {"name", name()}, {"command", std::string{commandLine}}};
+    });
     auto started = std::make_unique<Native>();
     started->ended = headless::exiting().contains(name_);
     for (const EnvironmentValue& one : environment) started->environment.emplace_back(one.name, one.value);
-    native = started.release();
     headless::recordedHelpers().push_back(this);
+    native = started.release();
     headless::lastStart = headless::now();
     return true;
 }
@@ -132,7 +128,7 @@ void HelperProcess::waitRunningEvents(std::int32_t milliseconds) {
 std::uint32_t HelperProcess::terminate() {
     if (ended() || headless::fails(headless::Point::processTerminate)) return headless::errorAccessDenied;
     native->ended = true;
-    headless::recordOf(*this, "terminate");
+    headless::record("process", [&] { return headless::Fields{{"op", "terminate"}, {"name", name()}}; });
     return 0;
 }
 

@@ -99,8 +99,10 @@ std::string getWholePrivateProfileString(std::string_view section, std::string_v
 void writePrivateProfileString(std::string_view section, std::string_view key, std::string_view value) {
     if (headless::fails(headless::Point::iniWrite)) return;
     headless::putIni(section, key, value);
-    headless::record(
-        "ini", {{"section", std::string{section}}, {"key", std::string{key}}, {"value", std::string{value}}});
+    headless::record("ini", [&] {
+        return headless::Fields{
+            {"section", std::string{section}}, {"key", std::string{key}}, {"value", std::string{value}}};
+    });
 }
 
 std::string getProfileString(std::string_view section, std::string_view key, std::string_view fallback) {

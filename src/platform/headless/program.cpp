@@ -31,7 +31,7 @@ void end() { headless::endProgram(); }
 
 void appendTrace(std::string_view line) {
     headless::raiseIfPlanned(headless::Point::traceWrite);
-    headless::record("trace", {{"line", std::string{line}}});
+    headless::record("trace", [&] { return headless::Fields{{"line", std::string{line}}}; });
 }
 
 }  // namespace qxterm::program

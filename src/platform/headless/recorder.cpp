@@ -50,6 +50,7 @@ bool recordsDrawing() { return drawingOn && currentSink != nullptr; }
 
 void record(std::string_view kind, Fields fields) {
     if (currentSink == nullptr || !recording(kind)) return;
+    const OwnMemory own;
     currentSink({std::string{kind}, std::move(fields)});
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -30,8 +31,29 @@ void setSink(Sink sink);
 void setRecording(std::string_view kind, bool on);
 [[nodiscard]] bool recording(std::string_view kind);
 
+/// While one lives, memory is asked for by what the platform in memory does for itself, not by the program.
+/// The tests that refuse memory to the program ask here.
+class OwnMemory {
+public:
+    OwnMemory() { ++living; }
+    OwnMemory(const OwnMemory&) = delete;
+    OwnMemory& operator=(const OwnMemory&) = delete;
+    ~OwnMemory() { --living; }
+    [[nodiscard]] static bool asked() { return living > 0; }
+
+private:
+    static inline int living = 0;
+};
+
 /// Hands a record to the sink when its kind is on. Called by the platform.
 void record(std::string_view kind, Fields fields = {});
+/// The same with the fields that `fields()` returns.
+template <class MakeFields>
+requires std::is_invocable_r_v<Fields, MakeFields>
+void record(std::string_view kind, MakeFields&& fields) {
+    const OwnMemory own;
+    record(kind, Fields(fields()));
+}
 
 /// True while drawing calls have to be recorded: asked before a draw record is put together.
 [[nodiscard]] bool recordsDrawing();

@@ -104,7 +104,7 @@ void SerialPort::setPortOpen(bool wanted) {
     if (!wanted) {
         state.open = false;
         state.received.clear();
-        headless::record("serial", {{"op", "close"}});
+        headless::record("serial", [&] { return headless::Fields{{"op", "close"}}; });
         return;
     }
     headless::raiseIfPlanned(headless::Point::serialOpen);
@@ -112,17 +112,19 @@ void SerialPort::setPortOpen(bool wanted) {
     headless::raiseIfPlanned(headless::Point::serialSettings);
     state.open = true;
     ++state.opening;
-    headless::record("serial", {{"op", "open"},
+    headless::record("serial", [&] {
+        return headless::Fields{{"op", "open"},
                                 {"port", state.port},
                                 {"settings", state.settings},
-                                {"handshaking", state.handshaking}});
+                                {"handshaking", state.handshaking}};
+    });
 }
 
 bool SerialPort::portOpen() const { return native != nullptr && native->open; }
 
 void SerialPort::setBreak(bool on) {
     if (portOpen() && !headless::fails(headless::Point::serialBreak))
-        headless::record("serial", {{"op", "break"}, {"value", on}});
+        headless::record("serial", [&] { return headless::Fields{{"op", "break"}, {"value", on}}; });
 }
 
 bool SerialPort::carrierHolding() const {
@@ -154,7 +156,7 @@ void SerialPort::output(std::string_view text) {
         headless::vanishLater(*this);
         return;
     }
-    headless::record("send", {{"to", "serial"}, {"bytes", hexText(text)}});
+    headless::record("send", [&] { return headless::Fields{{"to", "serial"}, {"bytes", hexText(text)}}; });
 }
 
 }  // namespace qxterm

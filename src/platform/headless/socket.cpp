@@ -130,7 +130,9 @@ using headless::stateOf;
 
 void Socket::connect(std::string_view host, std::uint16_t port) {
     close();
-    headless::record("socket", {{"op", "connect"}, {"host", std::string{host}}, {"port", port}});
+    headless::record("socket", [&] {
+        return headless::Fields{{"op", "connect"}, {"host", std::string{host}}, {"port", port}};
+    });
     Native& state = stateOf(*this);
     state.phase = Phase::connecting;
     ++state.attempt;
@@ -143,7 +145,7 @@ void Socket::close() {
     native->received.clear();
     if (native->phase == Phase::closed) return;
     native->phase = Phase::closed;
-    headless::record("socket", {{"op", "close"}});
+    headless::record("socket", [&] { return headless::Fields{{"op", "close"}}; });
 }
 
 void Socket::send(std::string_view text) {
@@ -151,7 +153,7 @@ void Socket::send(std::string_view text) {
     if (phase == Phase::lost) throw RunTimeError{headless::errorReset};
     if (phase != Phase::connected) throw RunTimeError{headless::errorNotConnected};
     headless::raiseIfPlanned(headless::Point::socketSend);
-    headless::record("send", {{"to", "socket"}, {"bytes", hexText(text)}});
+    headless::record("send", [&] { return headless::Fields{{"to", "socket"}, {"bytes", hexText(text)}}; });
 }
 
 void Socket::send(std::span<const std::uint8_t> bytes) { send(std::string(bytes.begin(), bytes.end())); }

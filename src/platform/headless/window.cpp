@@ -63,18 +63,9 @@ namespace qxterm::backend {
 
 using headless::record;
 
-void createWindow(Form& form) {
-    headless::raiseIfPlanned(headless::Point::windowCreate);
-    headless::loaded().push_back(&form);
-    form.native = new Form::Native{headless::designedPlace(form.kind())};
-    for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
-        control->native = new Control::Native{headless::designedPlace(control->kind())};
-        if (control->kind() == ControlKind::pictureBox) static_cast<PictureBox*>(control)->resetPicture();
-    }
-    headless::armTimers(form);
-}
+namespace {
 
-void destroyWindow(Form& form) {
+void dropNative(Form& form) {
     std::erase(headless::loaded(), &form);
     headless::disarmTimers(form);
     headless::forgetFocus(form);
@@ -84,12 +75,34 @@ void destroyWindow(Form& form) {
     }
     delete form.native;
     form.native = nullptr;
-    record("window", {{"name", form.name()}, {"op", "unload"}});
+}
+
+}  // namespace
+
+void createWindow(Form& form) {
+    headless::raiseIfPlanned(headless::Point::windowCreate);
+    try {
+        headless::loaded().push_back(&form);
+        form.native = new Form::Native{headless::designedPlace(form.kind())};
+        for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
+            control->native = new Control::Native{headless::designedPlace(control->kind())};
+            if (control->kind() == ControlKind::pictureBox) static_cast<PictureBox*>(control)->resetPicture();
+        }
+        headless::armTimers(form);
+    } catch (const std::bad_alloc&) {
+        dropNative(form);
+        throw;
+    }
+}
+
+void destroyWindow(Form& form) {
+    dropNative(form);
+    record("window", [&] { return headless::Fields{{"name", form.name()}, {"op", "unload"}}; });
     if (form.kind() == FormKind::mainWindow) headless::endProgram();
 }
 
 void showWindow(Form& form, bool modal) {
-    record("window", {{"name", form.name()}, {"op", modal ? "modal" : "show"}});
+    record("window", [&] { return headless::Fields{{"name", form.name()}, {"op", modal ? "modal" : "show"}}; });
     for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
         if (control->kind() == ControlKind::pictureBox) headless::uncover(static_cast<PictureBox&>(*control));
     }
@@ -97,7 +110,7 @@ void showWindow(Form& form, bool modal) {
 }
 
 void formCaptionChanged(Form& form, const std::string& caption) {
-    record("caption", {{"name", form.name()}, {"text", caption}});
+    record("caption", [&] { return headless::Fields{{"name", form.name()}, {"text", caption}}; });
 }
 
 TwipsRect formPlace(const Form& form) { return form.native->place; }
@@ -122,7 +135,9 @@ void focusForm(Form& form) { headless::giveFocus(form, nullptr); }
 
 void formHookChanged(Form& /*form*/, bool /*attached*/) {}
 
-void applicationTitleChanged(std::string_view text) { record("apptitle", {{"text", std::string{text}}}); }
+void applicationTitleChanged(std::string_view text) {
+    record("apptitle", [&] { return headless::Fields{{"text", std::string{text}}}; });
+}
 
 TwipsRect controlPlace(const Control& control) { return control.native->place; }
 

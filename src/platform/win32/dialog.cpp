@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/resource_ids.h"
+#include "platform/win32/guarded.h"
 #include "platform/win32/image.h"
 #include "platform/win32/key_filter.h"
 #include "platform/win32/native.h"
@@ -132,8 +133,8 @@ bool turnTab(const Form& form, const MSG& message) {
 }
 
 HWND createDialog(Form& form) {
-    HWND const window =
-        CreateDialogParamA(instance(), MAKEINTRESOURCEA(form.resource()), mainWindow(), dialogProcedure, 0);
+    HWND const window = CreateDialogParamA(instance(), MAKEINTRESOURCEA(form.resource()), mainWindow(),
+                                           Guarded<dialogProcedure>::call, 0);
     if (window == nullptr) return nullptr;
     form.native->window = window;
     setIcon(window);

@@ -37,10 +37,11 @@ void dropNative(Form& form) {
 
 /// Forms owned by the main window would vanish with it behind their objects' backs.
 void unloadOthers(const Form& main) {
-    const std::vector<Form*> all = forms();
-    std::for_each(all.rbegin(), all.rend(), [&](Form* form) {
+    // Each takes itself out of the list, and others perhaps.
+    for (std::size_t left = forms().size(); left > 0; left = std::min(left - 1, forms().size())) {
+        Form* const form = forms()[left - 1];
         if (form != &main) (void)form->unload();
-    });
+    }
 }
 
 }  // namespace
@@ -78,13 +79,15 @@ using namespace win32;
 void backend::createWindow(Form& form) {
     (void)messageWindow();
     form.native = new Form::Native;
-    forms().push_back(&form);
-    const bool isMain = form.kind() == FormKind::mainWindow;
-    HWND const window = isMain ? createMainWindow(form) : createDialog(form);
-    form.native->window = window;
-    if (window == nullptr) {
+    try {
+        forms().push_back(&form);
+        const bool isMain = form.kind() == FormKind::mainWindow;
+        form.native->window = isMain ? createMainWindow(form) : createDialog(form);
+        if (form.native->window == nullptr) throw RunTimeError{errors::outOfMemory};
+    } catch (...) {
+        if (form.native->window != nullptr) DestroyWindow(form.native->window);
         dropNative(form);
-        throw RunTimeError{errors::outOfMemory};
+        throw;
     }
     if (form.kind() != FormKind::picture) showTitle(form);
 }

@@ -1,6 +1,7 @@
 #include "platform/win32/key_filter.h"
 
 #include "platform/clipboard.h"
+#include "platform/win32/guarded.h"
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
@@ -86,7 +87,7 @@ LRESULT CALLBACK filterProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 
 void filterKeys(Control& control) {
     if (keyEvent(control) == nullptr) return;
-    SetWindowSubclass(control.native->window, filterProcedure, filterNumber,
+    SetWindowSubclass(control.native->window, Guarded<filterProcedure>::call, filterNumber,
                       reinterpret_cast<DWORD_PTR>(&control));
 }
 

@@ -3,6 +3,7 @@
 #include "platform/picture_box.h"
 #include "platform/resource_ids.h"
 #include "platform/win32/event_loop.h"
+#include "platform/win32/guarded.h"
 #include "platform/win32/key_buttons.h"
 #include "platform/win32/keyboard.h"
 #include "platform/win32/menus.h"
@@ -117,7 +118,7 @@ HICON programIcon(int widthMetric, int heightMetric) {
 void registerClass() {
     WNDCLASSEXA description{};
     description.cbSize = sizeof description;
-    description.lpfnWndProc = windowProcedure;
+    description.lpfnWndProc = Guarded<windowProcedure>::call;
     description.hInstance = instance();
     description.hIcon = programIcon(SM_CXICON, SM_CYICON);
     description.hIconSm = programIcon(SM_CXSMICON, SM_CYSMICON);
@@ -163,7 +164,12 @@ HWND createMainWindow(Form& form) {
         DestroyMenu(menu);
         return nullptr;
     }
-    if (createControls(form, window)) return window;
+    try {
+        if (createControls(form, window)) return window;
+    } catch (...) {
+        DestroyWindow(window);
+        throw;
+    }
     DestroyWindow(window);
     return nullptr;
 }

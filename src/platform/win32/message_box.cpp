@@ -1,5 +1,8 @@
 #include "platform/message_box.h"
 
+#include <algorithm>
+#include <array>
+#include <new>
 #include <string>
 
 #include "platform/event_loop.h"
@@ -34,6 +37,31 @@ HWND topmostWindow() {
     return popup != nullptr && IsWindowVisible(popup) != 0 ? popup : window;
 }
 
+/// A text for the system. Without memory for a copy it ends where the reserve does, which is longer than
+/// most.
+class Text {
+public:
+    explicit Text(std::string_view text) {
+        try {
+            copy_ = text;
+            shown_ = copy_.c_str();
+        } catch (const std::bad_alloc&) {
+            const std::size_t length = std::min(text.size(), reserve_.size() - 1);
+            std::copy_n(text.begin(), length, reserve_.begin());
+            shown_ = reserve_.data();
+        }
+    }
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+    ~Text() = default;
+    [[nodiscard]] const char* get() const { return shown_; }
+
+private:
+    std::string copy_;
+    std::array<char, 256> reserve_{};
+    const char* shown_;
+};
+
 }  // namespace
 
 Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
@@ -41,10 +69,10 @@ Answer messageBox(std::string_view text, std::string_view title, Buttons buttons
     HWND const owner = topmostWindow();
     const UINT kind =
         static_cast<UINT>(buttons) | static_cast<UINT>(icon) | (owner == nullptr ? MB_TASKMODAL : 0U);
-    const std::string textCopy{text};
-    const std::string titleCopy{title};
+    const Text textCopy{text};
+    const Text titleCopy{title};
     win32::boxOpened();
-    const int pressed = MessageBoxA(owner, textCopy.c_str(), titleCopy.c_str(), kind);
+    const int pressed = MessageBoxA(owner, textCopy.get(), titleCopy.get(), kind);
     win32::boxClosed();
     // The system would have activated the owner.
     if (owner != nullptr && IsWindow(owner) == 0) SetActiveWindow(topmostWindow());

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/run_time_error.h"
+#include "platform/win32/guarded.h"
 #include "platform/win32/native.h"
 
 namespace qxterm::win32 {
@@ -35,7 +36,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 
 HWND create() {
     WNDCLASSA description{};
-    description.lpfnWndProc = windowProcedure;
+    description.lpfnWndProc = Guarded<windowProcedure>::call;
     description.hInstance = instance();
     description.lpszClassName = className;
     RegisterClassA(&description);

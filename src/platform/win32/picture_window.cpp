@@ -5,6 +5,7 @@
 
 #include "platform/win32/accessible_screen.h"
 #include "platform/win32/frames.h"
+#include "platform/win32/guarded.h"
 #include "platform/win32/keyboard.h"
 #include "platform/win32/picture_native.h"
 #include "platform/win32/screen_watchers.h"
@@ -99,7 +100,7 @@ void registerClass() {
     WNDCLASSA description{};
     // The device context stays the window's own, with font and colours selected.
     description.style = CS_OWNDC;
-    description.lpfnWndProc = windowProcedure;
+    description.lpfnWndProc = Guarded<windowProcedure>::call;
     description.hInstance = instance();
     description.hCursor = LoadCursor(nullptr, IDC_IBEAM);
     description.lpszClassName = className;

@@ -13,6 +13,7 @@
 #include "connection/ssh_helpers.h"
 #include "connection/transport_controls.h"
 #include "diag/report_error.h"
+#include "faults/memory.h"
 #include "faults/ordinary_use.h"
 #include "platform/event_loop.h"
 #include "platform/headless/forms.h"
@@ -120,7 +121,7 @@ protected:
     static void expectNothingIsLeft() {
         EXPECT_EQ(windowsThatStayed, std::vector<std::string>{});
         EXPECT_TRUE(headless::modalForms().empty());
-        EXPECT_TRUE(headless::loadedForms().empty());
+        for (const Form* form : headless::loadedForms()) ADD_FAILURE() << form->name() << " is still loaded";
         EXPECT_EQ(headless::runningTimers(), 0U);
         EXPECT_FALSE(comnet2.connected());
         EXPECT_FALSE(comser.portOpen());
@@ -234,6 +235,30 @@ TEST_P(Failures, WhileTheProgramEnds) {
         headless::clearFailures();
         use_.leave();
         expectNothingIsLeft();
+    }
+}
+
+/// Each request for memory is refused, alone, with the hundred behind it, or with all behind it.
+TEST_P(Failures, OfMemory) {
+    const auto useWith = [&](std::uint64_t after, std::uint64_t count) {
+        headless::resetAll();
+        watch();
+        use_.prepare();
+        planShortage(after, count);
+        use_.work();
+        return endShortage();
+    };
+    (void)useWith(0, 0);  // what is kept from then on is not asked for again
+    const std::uint64_t requests = useWith(0, 0);
+    for (const std::uint64_t count : {1U, 100U, 100000U}) {
+        for (std::uint64_t after = 0; after < requests; ++after) {
+            SCOPED_TRACE("request " + std::to_string(after) + ", " + std::to_string(count) + " refused");
+            (void)useWith(after, count);
+            // What an earlier use has kept is not asked for again.
+            ASSERT_TRUE(refusedRequests() > 0 || after + 5 >= requests);
+            if (!eventLoop::ending()) expectAllIsWellAgain();
+            if (HasFailure()) return;
+        }
     }
 }
 

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+
+/// Makes the system refuse memory: the unit tests' own operator new asks here.
+namespace qxterm::test {
+
+/// From now on counts requests for memory. Behind so many of them so many fail, then all is given again.
+void planShortage(std::uint64_t after, std::uint64_t count);
+/// No more fail. Returns how many have been made since the plan.
+std::uint64_t endShortage();
+/// How many have failed since the plan.
+[[nodiscard]] std::uint64_t refusedRequests();
+
+}  // namespace qxterm::test
