@@ -1,12 +1,14 @@
 #include "platform/form.h"
 
 #include <algorithm>
+#include <new>
 
 #include "platform/backend.h"
 #include "platform/controls.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
 #include "platform/menu.h"
+#include "platform/run_time_error.h"
 
 namespace qxterm {
 namespace {
@@ -21,7 +23,10 @@ template <class Show>
 void showOrUnload(Form& form, Show&& show) {
     try {
         show();
-    } catch (...) {
+    } catch (const std::bad_alloc&) {
+        (void)form.unload();
+        throw;
+    } catch (const RunTimeError&) {
         (void)form.unload();
         throw;
     }

@@ -102,7 +102,9 @@ void destroyWindow(Form& form) {
 }
 
 void showWindow(Form& form, bool modal) {
-    record("window", [&] { return headless::Fields{{"name", form.name()}, {"op", modal ? "modal" : "show"}}; });
+    record("window", [&] {
+        return headless::Fields{{"name", form.name()}, {"op", modal ? "modal" : "show"}};
+    });
     for (Control* control = form.firstControl(); control != nullptr; control = control->next()) {
         if (control->kind() == ControlKind::pictureBox) headless::uncover(static_cast<PictureBox&>(*control));
     }
