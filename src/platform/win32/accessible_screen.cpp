@@ -8,9 +8,8 @@
 #include <vector>
 
 #include "platform/screen_reading.h"
+#include "platform/win32/accessibility_libraries.h"
 #include "platform/win32/picture_native.h"
-
-#include <oleacc.h>
 
 // IAccessible and IEnumVARIANT by hand, since no library of the system's makes them. A reader in another
 // process calls them whenever it likes, from within any message loop of this program: in the middle of a
@@ -18,52 +17,6 @@
 
 namespace qxterm::win32 {
 namespace {
-
-/// The libraries of COM and of accessibility, from the system's folder; loaded when somebody first reads the
-/// screen. Without any one of them no object is made, so that whatever an object calls is there.
-struct Libraries {
-    decltype(&::CoInitializeEx) coInitialize = nullptr;
-    decltype(&::CoDisconnectObject) coDisconnect = nullptr;
-    decltype(&::SysAllocStringLen) makeText = nullptr;
-    decltype(&::LresultFromObject) resultFrom = nullptr;
-    decltype(&::AccessibleObjectFromWindow) objectOf = nullptr;
-    decltype(&::CreateStdAccessibleObject) standardObject = nullptr;
-
-    [[nodiscard]] bool complete() const {
-        return coInitialize != nullptr && coDisconnect != nullptr && makeText != nullptr &&
-               resultFrom != nullptr && objectOf != nullptr && standardObject != nullptr;
-    }
-};
-
-template <class Routine>
-void find(HMODULE library, const char* name, Routine& routine) {
-    if (library == nullptr) return;
-    routine = reinterpret_cast<Routine>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-}
-
-Libraries load() {
-    const auto open = [](const char* name) {
-        return LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    };
-    Libraries all;
-    HMODULE const com = open("ole32.dll");
-    find(com, "CoInitializeEx", all.coInitialize);
-    find(com, "CoDisconnectObject", all.coDisconnect);
-    find(open("oleaut32.dll"), "SysAllocStringLen", all.makeText);
-    HMODULE const accessibility = open("oleacc.dll");
-    find(accessibility, "LresultFromObject", all.resultFrom);
-    find(accessibility, "AccessibleObjectFromWindow", all.objectOf);
-    find(accessibility, "CreateStdAccessibleObject", all.standardObject);
-    // The one thread has the windows, and with them the calls of other processes. It stays so until the
-    // program ends.
-    if (all.complete() && FAILED(all.coInitialize(nullptr, COINIT_APARTMENTTHREADED))) return {};
-    return all;
-}
-
-const Libraries& libraries() {
-    static const Libraries all = load();
-    return all;
-}
 
 /// What a text of the screen is in the system's code page.
 std::wstring wide(const std::string& text) {
@@ -74,8 +27,8 @@ std::wstring wide(const std::string& text) {
 }
 
 HRESULT give(const std::wstring& text, BSTR* result) {
-    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see Libraries
-    *result = libraries().makeText(text.data(), static_cast<UINT>(text.size()));
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see AccessibilityLibraries
+    *result = accessibility().makeText(text.data(), static_cast<UINT>(text.size()));
     return *result != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 
@@ -141,8 +94,9 @@ public:
         if (!connected()) return CO_E_OBJNOTCONNECTED;
         void* found = nullptr;
         const HRESULT result =
-            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see Libraries
-            libraries().objectOf(screen_->window, static_cast<DWORD>(OBJID_WINDOW), IID_IDispatch, &found);
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see AccessibilityLibraries
+            accessibility().objectOf(screen_->window, static_cast<DWORD>(OBJID_WINDOW), IID_IDispatch,
+                                     &found);
         if (SUCCEEDED(result)) *parent = static_cast<IDispatch*>(found);
         return result;
     }
@@ -421,8 +375,8 @@ private:
         if (direction == NAVDIR_FIRSTCHILD || direction == NAVDIR_LASTCHILD) return S_FALSE;
         void* found = nullptr;
         const HRESULT made =
-            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see Libraries
-            libraries().standardObject(screen_->window, OBJID_CLIENT, IID_IAccessible, &found);
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): see AccessibilityLibraries
+            accessibility().standardObject(screen_->window, OBJID_CLIENT, IID_IAccessible, &found);
         if (FAILED(made)) return S_FALSE;
         auto* const standard = static_cast<IAccessible*>(found);
         VARIANT self{};
@@ -452,16 +406,17 @@ Handed& handed() {
 }  // namespace
 
 LRESULT accessibleScreen(PictureBox& box, WPARAM wParam) {
-    if (!libraries().complete()) return 0;
+    if (!accessibility().complete()) return 0;
     Handed& one = handed();
     HWND const window = box.native->window;
     if (one.screen == nullptr || one.screen->window != window) {
         endAccessibleScreen(one.screen != nullptr ? one.screen->window : nullptr);
-        one.screen = std::make_shared<Screen>(Screen{&box, window});
-        one.object = new AccessibleScreen{one.screen, 0};
-        one.object->AddRef();
+        auto screen = std::make_shared<Screen>(Screen{&box, window});
+        auto* const object = new AccessibleScreen{screen, 0};
+        object->AddRef();
+        one = {std::move(screen), object};
     }
-    return libraries().resultFrom(IID_IAccessible, wParam, static_cast<IAccessible*>(one.object));
+    return accessibility().resultFrom(IID_IAccessible, wParam, static_cast<IAccessible*>(one.object));
 }
 
 void endAccessibleScreen(HWND window) {
@@ -471,7 +426,7 @@ void endAccessibleScreen(HWND window) {
     one.screen->box = nullptr;
     AccessibleScreen* const object = one.object;
     one = {};
-    libraries().coDisconnect(static_cast<IAccessible*>(object), 0);
+    accessibility().coDisconnect(static_cast<IAccessible*>(object), 0);
     object->Release();
 }
 
