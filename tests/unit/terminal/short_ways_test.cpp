@@ -363,16 +363,21 @@ TEST_F(ShortWays, OutputOfEveryKind) {
 }
 
 // A planned failure is met by the routine that it is planned for, once, however short the way past it is
-// else.
+// else: in a few characters, and in output that is long enough for each short way.
 TEST_F(ShortWays, PlannedFailuresAreMetByName) {
+    const std::string rest(60, '.');
+    const std::string few = "a\r\nb\r\n\x1b[31mc\x1b[5;5Hd";
+    const std::string much = lines(30, 36) + "\x1b[31mc" + rest + "\x1b[5;5Hd" + rest + "\r\n" + rest + rest;
     for (const std::string routine : {"processInput", "doEsc", "doEscBracket", "flushBuf", "putBuf",
                                       "lineFeed", "scrollUp", "insBuf", "lineOut", "doAttr"}) {
-        begin();
-        host(lines(1, 24));
-        planFault(routine, errors::overflow);
-        host("a\r\nb\r\n\x1b[31mc\x1b[5;5Hd");
-        host("e\r\n");
-        EXPECT_EQ(faults(), "6 " + routine + ";");
+        for (const std::string& output : {few, much}) {
+            begin();
+            host(lines(1, 24));
+            planFault(routine, errors::overflow);
+            host(output);
+            host("e\r\n");
+            EXPECT_EQ(faults(), "6 " + routine + ";") << output.size();
+        }
     }
 }
 
