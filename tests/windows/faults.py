@@ -112,6 +112,10 @@ def draws(session):
     session.rest()
 
 
+def asksToLeave(session):
+    session.desk.close()
+
+
 def takesAFlood(session):
     session.say(b"a line of many lines\r\n" * 30000)
 
@@ -205,6 +209,8 @@ def ordinaryUse():
         ("ReadFile", showsAbout, "An unexpected error 75 has occurred"),
         ("GetFileAttributesA", showsAbout, "An unexpected error 53 has occurred"),
         ("CreateCompatibleDC", showsAbout, None), ("BitBlt", showsAbout, None),
+        # Nobody can be asked whether the session is to end, so it goes on.
+        ("MessageBoxA", asksToLeave, None),
         ("GetFileAttributesA", asksForHelp, "The help file cannot be found"),
         ("CreateFileA", asksForHelp, "The help file cannot be read"),
         ("LoadLibraryExA", asksForHelp, "HTML Help is not installed"),
@@ -214,8 +220,9 @@ def ordinaryUse():
         writeProfiles({"net": netProfile(host.port)}, Logging="1")
         with Desk("net") as desk:
             session = Session(desk, host)
-            # What is made once, and kept, is made before it is counted. Help is loaded by its own case.
-            for action in dict.fromkeys(action for _, action, _ in cases if action not in (asksForHelp, asksForSmallLetters)):
+            # What is made once, and kept, is made before it is counted. Help is loaded by its own case, and nothing is answered.
+            without = (asksForHelp, asksForSmallLetters, asksToLeave)
+            for action in dict.fromkeys(action for _, action, _ in cases if action not in without):
                 action(session)
                 closeForms(desk)
             session.isWell("without failures")
@@ -391,7 +398,8 @@ def sshHelpers():
 def start():
     """What the program needs fails while it starts: it says so and ends. Without the rest it starts all the same."""
     writeProfiles({"loop": {"connect": "loop", "Font": "large"}})
-    for fault in ("CreateWindowExA 0 1000", "CreateWindowExA 2 1000", "CreateDialogParamA 0 1000", "CreateMenu 0 1000"):
+    for fault in ("CreateWindowExA 0 1000", "CreateWindowExA 2 1000", "CreateDialogParamA 0 1000", "CreateMenu 0 1000",
+                  "CreatePopupMenu 0 1000", "AppendMenuA 0 1000", "RegisterClassExA 0 1000"):
         with Desk("loop", waiting=False, environment={"QXTERM_FAULT": fault}) as desk:
             desk.messageBox(MEMORY, seconds=60)
             waitFor(lambda: not desk.alive() or desk.key("Escape"), "the program ends", pause=0.3)
@@ -401,7 +409,8 @@ def start():
     with Desk("loop", environment={"QXTERM_FAULT": "GetPrivateProfileStringA 0 1000000"}) as desk:
         checkEqual(desk.ask("lists")["profiles"], [], "profiles of a file that cannot be read")
         print("  GetPrivateProfileStringA 0 1000000: nothing to tell, and no profiles", flush=True)
-    for fault in ("AddFontResourceExA 0 1", "SetTimer 0 3", "GetUpdateRgn 0 1000", "CreateRectRgn 0 1"):
+    for fault in ("AddFontResourceExA 0 1", "SetTimer 0 3", "GetUpdateRgn 0 1000", "CreateRectRgn 0 1", "LoadImageA 0 1000",
+                  "BeginPaint 0 3", "WSAStartup 0 1", "SetWindowTextA 0 1000"):
         with Desk("loop", environment={"QXTERM_FAULT": fault}) as desk:
             desk.waitState("g_bConnectActive", True)
             desk.gone("frmConn")
