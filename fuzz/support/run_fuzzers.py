@@ -15,12 +15,16 @@ import shutil
 import signal
 import subprocess
 import sys
+import threading
 import time
 
 BUILD = "build/fuzz"
 FOUND = f"{BUILD}/found"
 GIVEN_BY_HAND = re.compile(r"[0-9a-f]{40}$")  # libFuzzer names an input by its hash: all others are given
 SLICE = 5 * 60  # seconds of processor time of one run; a fuzzer's table of inputs is read anew with each
+
+
+stopping = threading.Event()  # asked to end: what has been done counts, and is kept
 
 
 class Fuzzer:
@@ -63,9 +67,10 @@ class Fuzzer:
                 stderr=output,
                 cwd=self.found,
                 preexec_fn=lambda: os.nice(19),
+                start_new_session=True,  # a key that stops this program does not reach it
             )
-            while processor_seconds(process.pid) < seconds:
-                time.sleep(1)
+            while processor_seconds(process.pid) < seconds and not stopping.wait(1):
+                pass
             os.kill(process.pid, signal.SIGINT)  # not by Popen, which would wait for one that has ended
             usage = wait(process)
         self.seconds += usage
@@ -130,10 +135,11 @@ def wait(process):
 
 
 def fuzz(fuzzer, minutes):
-    while fuzzer.seconds < minutes * 60:
+    while fuzzer.seconds < minutes * 60 and not stopping.is_set():
         if not fuzzer.run(min(SLICE, minutes * 60 - fuzzer.seconds)):
             break
-    fuzzer.minimise()
+    if minutes == 0 or fuzzer.seconds > 0:
+        fuzzer.minimise()
     print(fuzzer.line(), flush=True)
 
 
@@ -144,6 +150,8 @@ def main():
     options.add_argument("fuzzers", nargs="+")
     chosen = options.parse_args()
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    for number in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(number, lambda *_: stopping.set())
     print(f"{'fuzzer':17} {'minutes':>7} {'in all':>7} {'runs':>10} {'edges':>6} {'features':>8} {'inputs':>7} {'findings':>9}", flush=True)
     fuzzers = [Fuzzer(name) for name in chosen.fuzzers]
     with concurrent.futures.ThreadPoolExecutor(chosen.jobs) as pool:
