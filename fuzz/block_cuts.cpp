@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +13,8 @@
 // The result never depends on how the input was cut into blocks: the parameters of one control sequence, and
 // the whole terminal. Left out are what depends on it on purpose: the repeat command (it counts the places of
 // a block), telnet commands without an option (the byte behind is skipped in the same block only), and text
-// at columns that the status-row command has put outside the line (the end of a block is one more try to
-// store it).
+// at columns that the status-row command has put outside the line, or a back tab whose product leaves 16 bits
+// (the end of a block is one more try to store it).
 namespace qxterm::fuzz {
 namespace {
 
@@ -50,8 +51,14 @@ Parsed parse(std::string_view text, std::uint8_t seed) {
 /// Without the bytes of what depends on the cut.
 std::string tamed(std::string_view text) {
     std::string out{text};
+    int digits = 0;  // in a row, at most, of the parameters so far
+    int row = 0;
     for (char& c : out) {
-        if (c == 'b' || c == 'x') c = 'a';
+        const bool digit = c >= '0' && c <= '9';
+        row = digit ? row + 1 : 0;
+        digits = digit || c == ';' || c == '?' ? std::max(digits, row) : digits;
+        if (c == 'b' || c == 'x' || (c == 'Z' && digits > 3)) c = 'a';
+        if (!digit && c != ';' && c != '?') digits = 0;
         if (c == '\xff') c = '~';
     }
     return out;
