@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <utility>
 
 #include "bytes.h"
@@ -27,28 +26,15 @@ int keyOf(std::string_view bytes) {
     return bytes == "\x7f" ? 46 : 0;
 }
 
-bool isNumber(std::string_view text) {
-    std::int32_t number = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc{} && stop == text.data() + text.size();
-}
-
-std::string withoutReturn(std::string_view text) {
-    if (text.ends_with('\r')) text.remove_suffix(1);
-    return std::string{text};
-}
-
 }  // namespace
 
-Replay::Replay(std::istream& log, std::string_view name) : reader_{log} { tellBeginning(name); }
+Replay::Replay(std::istream& log, std::string_view name) : reader_{log} { script_.beginning(name); }
 
 bool Replay::next(ReplayLine& line) {
-    while (out_.empty()) {
+    while (!script_.take(line)) {
         if (ended_) return false;
         readOn();
     }
-    line = std::move(out_.front());
-    out_.pop_front();
     return true;
 }
 
@@ -57,7 +43,9 @@ void Replay::readOn() {
     if (!reader_.next(entry)) {
         ended_ = true;
         settle();
-        tellEnd();
+        flushFirstBlock();
+        tellUnreadEvent();
+        script_.end();
         return;
     }
     const bool begins = entry.kind == Kind::network || entry.kind == Kind::ssh || entry.kind == Kind::serial;
@@ -101,65 +89,31 @@ void Replay::settle() {
 }
 
 void Replay::carryOut(const Attempt& attempt, bool hostGiven) {
-    if (hostGiven) ++sessions_;
     const bool socket = attempt.type == Type::network || attempt.type == Type::ssh;
     const bool newProgram =
         std::exchange(newProgram_, false) || !running_ || (socket && attempt.firstArrival && hadArrival_);
     endFormerSession();
     if (hostGiven) {
-        describe(attempt);
+        script_.session(attempt);
     } else {
-        comment("the profile had no host: the user was told so, and got the options", attempt.line);
+        script_.comment("the profile had no host: the user was told so, and got the options", attempt.line);
     }
     if (newProgram) otherProfile_ = false;
     const char* const profile = profiles[otherProfile_ ? 1 : 0];
     if (!running_) {
-        command(std::string{"ini Settings Profiles "} + profiles[0] + ' ' + profiles[1]);
+        script_.command(std::string{"ini Settings Profiles "} + profiles[0] + ' ' + profiles[1]);
     }
     session_ = attempt;
-    const std::string knownHost = attempt.host.empty() ? "unknown" : attempt.host;
-    switch (attempt.type) {
-        case Type::network:
-            setting("connect", "net");
-            setting("host", hostGiven ? knownHost : "");
-            if (isNumber(attempt.port)) setting("netport", attempt.port);
-            break;
-        case Type::ssh:
-            setting("connect", "ssh");
-            setting("host", hostGiven ? knownHost : "");
-            if (isNumber(attempt.port)) setting("SSHnetport", attempt.port);
-            break;
-        case Type::serial:
-        case Type::modem: {
-            setting("connect", attempt.type == Type::modem ? "modem" : "serial");
-            setting("commport", isNumber(attempt.commPort) ? attempt.commPort : "1");
-            std::string_view rest = attempt.lineSettings;
-            for (const char* key : {"baud", "parity", "databits", "stopBits"}) {
-                const std::string_view value = rest.substr(0, rest.find(','));
-                rest.remove_prefix(std::min(value.size() + 1, rest.size()));
-                const bool digits = key[0] == 'b' || key[0] == 'd';
-                if (!value.empty() && (!digits || isNumber(value))) setting(key, value);
-            }
-            if (attempt.flowControl) setting("flowControl", std::to_string(*attempt.flowControl));
-            if (attempt.type != Type::modem) break;
-            // Prefix, number and suffix are one text in the log.
-            setting("reset", withoutReturn(attempt.reset.value_or("")));
-            setting("prefix", attempt.dial.value_or(""));
-            setting("phone", "");
-            setting("suffix", "");
-            setting("timeout", "999");  // no wait of the replay is longer
-            break;
-        }
-        default: setting("connect", "loop"); break;
-    }
+    script_.profile(profile, attempt, hostGiven);
     if (newProgram) {
-        if (running_) command("click cmdCancel");  // the status dialog, should a failure have kept it open
-        command(std::string{"start "} + profile, attempt.line);
+        if (running_)
+            script_.command("click cmdCancel");  // the status dialog, should a failure have kept it open
+        script_.command(std::string{"start "} + profile, attempt.line);
         hadArrival_ = false;
     } else {
-        command("menu profile 1", attempt.line);
-        command(std::string{"choose lstprof "} + (otherProfile_ ? "1" : "0"));
-        command("click cmd3Dconn");
+        script_.command("menu profile 1", attempt.line);
+        script_.command(std::string{"choose lstprof "} + (otherProfile_ ? "1" : "0"));
+        script_.command("click cmd3Dconn");
     }
     running_ = true;
     otherProfile_ = !otherProfile_;
@@ -175,52 +129,28 @@ void Replay::carryOut(const Attempt& attempt, bool hostGiven) {
     if (hostGiven) return;
     dialogOpen_ = false;
     upAwaited_ = false;
-    command("click cmdCancel");
-}
-
-void Replay::describe(const Attempt& attempt) {
-    std::string text = "session " + std::to_string(sessions_) + ": ";
-    switch (attempt.type) {
-        case Type::network: text += "telnet to " + attempt.host + " port " + attempt.port; break;
-        case Type::ssh: text += "SSH to " + attempt.host + " port " + attempt.port; break;
-        case Type::serial: text += "serial line COM" + attempt.commPort + ' ' + attempt.lineSettings; break;
-        case Type::modem: text += "modem at COM" + attempt.commPort + ' ' + attempt.lineSettings; break;
-        default: text += "loop"; break;
-    }
-    comment(text, attempt.line);
-    out_.back().kind = ReplayLine::Kind::session;
-    if (attempt.type == Type::loop) {
-        remark("what was typed into a loop is not in the log: its screens are missing", attempt.line);
-    } else if (attempt.type == Type::serial || attempt.type == Type::modem) {
-        remark(
-            "what the program found at the port by itself, four times a second, is not in the log: text may "
-            "be "
-            "missing",
-            attempt.line);
-    } else if (attempt.type == Type::ssh && attempt.promptSeen && !attempt.login) {
-        remark("the login name is not in the log", attempt.line);
-    }
+    script_.command("click cmdCancel");
 }
 
 void Replay::closeDialog() {
     if (!dialogOpen_) return;
     dialogOpen_ = false;
-    command(atHost_ ? dialogTime : "click cmdCancel");
+    script_.command(atHost_ ? dialogTime : "click cmdCancel");
 }
 
 void Replay::endFormerSession() {
     if (!running_ || session_.type == Type::none) return;
     flushFirstBlock();
     closeDialog();
-    comment("the log does not tell how the session ended");
-    command("menu connection 1");
+    script_.comment("the log does not tell how the session ended");
+    script_.command("menu connection 1");
     session_ = {};
     atHost_ = false;
 }
 
 /// For what comes without the lines of a connection: they were cut away.
 void Replay::assumeSession(Type type, std::size_t line) {
-    remark("the beginning of this session is not in the log", line);
+    script_.remark("the beginning of this session is not in the log", line);
     const std::string unknown{"unknown"};
     const std::string telnet{"23"};
     carryOut({.type = type, .line = line, .host = unknown, .port = telnet, .commPort = std::string{"1"}});
@@ -239,7 +169,8 @@ void Replay::happen(const TraceEntry& entry) {
             }
             if (hadArrival_) {
                 // Only the first arrival of a program asks for one byte less.
-                remark("the program was started anew here; how it connected is not in the log", entry.line);
+                script_.remark("the program was started anew here; how it connected is not in the log",
+                               entry.line);
                 hadArrival_ = false;
                 endFormerSession();
                 newProgram_ = true;
@@ -257,16 +188,18 @@ void Replay::happen(const TraceEntry& entry) {
         case Kind::carrierOff: carrier(false, entry.line); break;
         case Kind::carrierTimeout:
             if (session_.type != Type::modem) assumeSession(Type::modem, entry.line);
-            command("serial event 1007", entry.line);
+            script_.command("serial event 1007", entry.line);
             atHost_ = false;
             break;
         case Kind::sessionUp: comeUp(entry.line); break;
         case Kind::dialled:
-            if (std::exchange(dialAwaited_, false)) command(dialTime, entry.line);
+            if (std::exchange(dialAwaited_, false)) script_.command(dialTime, entry.line);
             break;
-        case Kind::remark: remark(entry.text, entry.line); break;
+        case Kind::remark: script_.remark(entry.text, entry.line); break;
         case Kind::noAddress: break;  // the attempt has told it
-        default: remark("a line about a connection whose beginning is not in the log", entry.line); break;
+        default:
+            script_.remark("a line about a connection whose beginning is not in the log", entry.line);
+            break;
     }
 }
 
@@ -297,15 +230,15 @@ void Replay::reachHost() {
     if (atHost_) return;
     atHost_ = true;
     switch (session_.type) {
-        case Type::network: command("socket connect"); break;
+        case Type::network: script_.command("socket connect"); break;
         case Type::ssh:
-            command("type " + bytesText(withoutReturn(session_.login.value_or("")) + '\r' +
-                                        withoutReturn(session_.password.value_or("")) + '\r'));
-            command("socket connect");
-            command(dialogTime);
+            script_.command("type " + bytesText(withoutReturn(session_.login.value_or("")) + '\r' +
+                                                withoutReturn(session_.password.value_or("")) + '\r'));
+            script_.command("socket connect");
+            script_.command(dialogTime);
             break;
         case Type::modem:
-            command("serial carrier on");
+            script_.command("serial carrier on");
             carrierOn_ = true;
             break;
         default: break;
@@ -336,14 +269,8 @@ void Replay::flushFirstBlock() {
 void Replay::receiveBlock(std::string_view bytes, std::size_t line) {
     if (bytes.empty()) return;
     reachHost();
-    command("socket data " + bytesText(bytes), line);
-    countBlock(bytes.size());
-}
-
-void Replay::countBlock(std::size_t bytes) {
-    out_.back().received = bytes;
-    ++blocks_;
-    bytes_ += bytes;
+    script_.command("socket data " + bytesText(bytes), line);
+    script_.receives(bytes.size());
 }
 
 /// What the program sends in the replay without being told to, as a comment; empty for what was typed.
@@ -363,7 +290,7 @@ std::string Replay::sentByItself(std::string_view bytes) {
 void Replay::send(const TraceEntry& entry) {
     const std::string byItself = sentByItself(entry.text);
     if (!byItself.empty()) {
-        comment(byItself + bytesText(entry.text), entry.line);
+        script_.comment(byItself + bytesText(entry.text), entry.line);
         return;
     }
     if (entry.text.empty()) return;
@@ -372,22 +299,22 @@ void Replay::send(const TraceEntry& entry) {
     reachHost();
     const std::string text = bytesText(entry.text);
     if (const int key = keyOf(entry.text); key != 0) {
-        command("key " + std::to_string(key), entry.line);
+        script_.command("key " + std::to_string(key), entry.line);
     } else if (entry.text.size() == 1) {
-        command("type " + text, entry.line);
+        script_.command("type " + text, entry.line);
     } else {
-        comment("a function key was pressed, or text was pasted", entry.line);
-        command("clipboard " + text, entry.line);
-        command("menu edit 1", entry.line);
+        script_.comment("a function key was pressed, or text was pasted", entry.line);
+        script_.command("clipboard " + text, entry.line);
+        script_.command("menu edit 1", entry.line);
     }
-    out_.back().sent = entry.text.size();
+    script_.types(entry.text.size());
 }
 
 void Replay::tellUnreadEvent() {
     if (openEvent_ == 0) return;
-    remark("bytes that arrived here were read later, and are not in the log", openEvent_);
+    script_.remark("bytes that arrived here were read later, and are not in the log", openEvent_);
     openEvent_ = 0;
-    ++unread_;
+    script_.countUnread();
 }
 
 void Replay::receiveSerial(const TraceEntry& entry) {
@@ -395,20 +322,20 @@ void Replay::receiveSerial(const TraceEntry& entry) {
     if (session_.type != Type::serial && session_.type != Type::modem)
         assumeSession(Type::serial, entry.line);
     if (entry.text.empty()) {
-        remark("bytes that arrived here had been read before, and are not in the log", entry.line);
-        ++unread_;
+        script_.remark("bytes that arrived here had been read before, and are not in the log", entry.line);
+        script_.countUnread();
         return;
     }
-    command("serial data " + bytesText(entry.text), entry.line);
-    countBlock(entry.text.size());
+    script_.command("serial data " + bytesText(entry.text), entry.line);
+    script_.receives(entry.text.size());
 }
 
 void Replay::carrier(bool on, std::size_t line) {
     if (session_.type != Type::serial && session_.type != Type::modem) assumeSession(Type::modem, line);
     if (carrierOn_ == on) {
-        command("serial event 5", line);
+        script_.command("serial event 5", line);
     } else {
-        command(on ? "serial carrier on" : "serial carrier off", line);
+        script_.command(on ? "serial carrier on" : "serial carrier off", line);
     }
     carrierOn_ = on;
     if (on) {
@@ -416,61 +343,6 @@ void Replay::carrier(bool on, std::size_t line) {
     } else if (session_.type == Type::modem) {
         atHost_ = false;
     }
-}
-
-// --- lines -------------------------------------------------------------------------------------------------
-
-void Replay::tellBeginning(std::string_view name) {
-    comment("Made from the trace log " + forComment(name, 200) + " by qxterm-scenario --replay.");
-    comment("It holds all that was typed, passwords too.");
-    comment("");
-    comment(
-        "A trace log does not hold: when things happened, and so the phase of what blinks; size and place of "
-        "the");
-    comment(
-        "window, and the font; keys that sent nothing, menus, dialogs, message boxes, scrolling back, "
-        "selecting;");
-    comment("how sessions ended; text that a serial line's poll has found; what was typed into a loop.");
-    comment("Numbers in comments are those of the log's lines.");
-    comment("");
-}
-
-void Replay::tellEnd() {
-    flushFirstBlock();
-    tellUnreadEvent();
-    comment("");
-    comment("The log ends here: sessions " + std::to_string(sessions_) + ", received blocks " +
-            std::to_string(blocks_) + " with " + std::to_string(bytes_) + " bytes, remarks " +
-            std::to_string(remarks_) + '.');
-    if (unread_ > 0)
-        comment("Serial arrivals whose text is not in the log: " + std::to_string(unread_) + '.');
-}
-
-void Replay::command(std::string text, std::size_t line) {
-    out_.push_back({std::move(text), ReplayLine::Kind::command, line, 0, 0});
-}
-
-void Replay::setting(const char* key, std::string_view value) {
-    std::string text{"ini "};
-    text += profiles[otherProfile_ ? 1 : 0];
-    text += ' ';
-    text += key;
-    text += ' ';
-    text += asSetting(value);
-    command(std::move(text));
-}
-
-void Replay::comment(const std::string& text, std::size_t line) {
-    std::string whole{"#"};
-    if (line != 0) whole += ' ' + std::to_string(line) + ':';
-    if (!text.empty()) whole += ' ' + text;
-    out_.push_back({std::move(whole), ReplayLine::Kind::comment, line, 0, 0});
-}
-
-void Replay::remark(const std::string& text, std::size_t line) {
-    ++remarks_;
-    out_.push_back(
-        {"# line " + std::to_string(line) + ": REMARK: " + text, ReplayLine::Kind::remark, line, 0, 0});
 }
 
 }  // namespace qxterm::scenario

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <istream>
 #include <optional>
@@ -9,24 +8,10 @@
 #include <string_view>
 
 #include "replay_attempt.h"
+#include "replay_script.h"
 #include "trace_reader.h"
 
 namespace qxterm::scenario {
-
-/// A line of the scenario that a log is turned into.
-struct ReplayLine {
-    enum class Kind : std::uint8_t {
-        command,
-        comment,  ///< begins with "#"
-        session,  ///< a comment: a session begins
-        remark,   ///< a comment: something is wrong with the log, or missing
-    };
-    std::string text;
-    Kind kind = Kind::command;
-    std::size_t logLine = 0;   ///< where it stands in the log; 0 for what belongs to no line
-    std::size_t received = 0;  ///< bytes of a block that it receives
-    std::size_t sent = 0;      ///< bytes that it types
-};
 
 /// Turns a trace log into a scenario: what was connected, received and typed. Every line is a comment, or a
 /// command that can be carried out.
@@ -50,7 +35,6 @@ private:
     void beginAttempt(Type type, std::size_t line);
     void settle();
     void carryOut(const Attempt& attempt, bool hostGiven = true);
-    void describe(const Attempt& attempt);
     void endFormerSession();
     void assumeSession(Type type, std::size_t line);
     // a session
@@ -59,7 +43,6 @@ private:
     void receiveBlock(std::string_view bytes, std::size_t line);
     void flushFirstBlock();
     void send(const TraceEntry& entry);
-    void countBlock(std::size_t bytes);
     [[nodiscard]] std::string sentByItself(std::string_view bytes);
     void tellUnreadEvent();
     void receiveSerial(const TraceEntry& entry);
@@ -68,15 +51,8 @@ private:
     void reachHost();
     void closeDialog();
 
-    void tellBeginning(std::string_view name);
-    void tellEnd();
-    void command(std::string text, std::size_t line = 0);
-    void setting(const char* key, std::string_view value);
-    void comment(const std::string& text, std::size_t line = 0);
-    void remark(const std::string& text, std::size_t line);
-
     TraceReader reader_;
-    std::deque<ReplayLine> out_;
+    ReplayScript script_;
     bool ended_ = false;
 
     std::optional<Attempt> attempt_;
@@ -100,12 +76,6 @@ private:
     int firstPieces_ = 0;
     std::size_t firstBlockLine_ = 0;
     std::size_t openEvent_ = 0;  ///< line of a serial event whose text has not come; 0: none
-
-    std::size_t sessions_ = 0;
-    std::size_t blocks_ = 0;
-    std::uint64_t bytes_ = 0;
-    std::size_t remarks_ = 0;
-    std::size_t unread_ = 0;  ///< serial events without a text
 };
 
 }  // namespace qxterm::scenario

@@ -75,4 +75,9 @@ bool ReplayAttempt::decidedBy(const TraceEntry& entry) const {
     }
 }
 
+std::string withoutReturn(std::string_view text) {
+    if (text.ends_with('\r')) text.remove_suffix(1);
+    return std::string{text};
+}
+
 }  // namespace qxterm::scenario

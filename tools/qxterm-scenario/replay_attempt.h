@@ -42,5 +42,7 @@ private:
 [[nodiscard]] bool isTelnetAnswer(std::string_view bytes);
 /// What can stand behind a key of the settings.
 [[nodiscard]] std::string asSetting(std::string_view value);
+/// A line as it was sent, without the carriage return at its end.
+[[nodiscard]] std::string withoutReturn(std::string_view text);
 
 }  // namespace qxterm::scenario
