@@ -17,6 +17,29 @@ UNREADABLE_PICTURE = "An unexpected error 75 has occurred"
 BOX = b"\x1b[2;3H\x1b)0\x0elqqk\x0f and text"
 
 
+def startTells(desk, told):
+    """The program says so ahead of its window, and connects all the same."""
+    desk.messageBox(told, 60)
+    desk.answer(told, "OK")
+    desk.waitStart()
+    desk.waitState("g_bConnectActive", True)
+    desk.gone("frmConn")
+
+
+def aboutTells(desk, told):
+    desk.menu("h", "a")
+    desk.answer(told, "OK")
+    desk.dialog("frmSplash")
+    desk.key("Return")
+    desk.gone("frmSplash")
+
+
+def leave(desk):
+    desk.close()
+    desk.waitEnd()
+    checkEqual(desk.process.returncode, 0, "the exit status")
+
+
 def alone():
     with tempfile.TemporaryDirectory(prefix="qxterm-bare-") as folder, \
             Peer(lambda connection: connection.sendall(BOX)) as peer:
@@ -24,22 +47,14 @@ def alone():
         writeProfiles({"net": netProfile(peer.port), "far": {"connect": "ssh", "host": "127.0.0.1"}}, Order="far ",
                       timeout=1)
         with Desk("net", waiting=False, folder=folder) as desk:
-            desk.messageBox(NO_PICTURE, 60)
-            desk.answer(NO_PICTURE, "OK")
-            desk.waitStart()
-            desk.waitState("g_bConnectActive", True)
-            desk.gone("frmConn")
+            startTells(desk, NO_PICTURE)
             # Line drawing is stored as it came, whatever the font makes of it.
             desk.waitRows({1: "  lqqk and text"}, "the host's text")
             desk.type("x")
             peer.expect(b"x", "a key")
             desk.menu("h", "c")
             desk.answer("The help file cannot be found:", "OK")
-            desk.menu("h", "a")
-            desk.answer(NO_PICTURE, "OK")
-            desk.dialog("frmSplash")
-            desk.key("Return")
-            desk.gone("frmSplash")
+            aboutTells(desk, NO_PICTURE)
             desk.connectionMenu("d")
             desk.waitState("g_bConnectActive", False)
             # No helper can be started: the attempt runs out.
@@ -53,9 +68,7 @@ def alone():
             desk.waitForm("frmConn")
             desk.gone("frmConn")
             desk.noBoxes()
-            desk.close()
-            desk.waitEnd()
-            checkEqual(desk.process.returncode, 0, "the exit status")
+            leave(desk)
 
 
 def damaged():
@@ -72,11 +85,7 @@ def damaged():
         help_file.write_bytes(b"ITSF" + b"\xff" * 5000)
         writeProfiles({"net": netProfile(peer.port)}, timeout=1)
         with Desk("net", waiting=False, folder=folder) as desk:
-            desk.messageBox(UNREADABLE_PICTURE, 60)
-            desk.answer(UNREADABLE_PICTURE, "OK")
-            desk.waitStart()
-            desk.waitState("g_bConnectActive", True)
-            desk.gone("frmConn")
+            startTells(desk, UNREADABLE_PICTURE)
             desk.waitRows({1: "  lqqk and text"}, "the host's text")
             with keptToItself("Z:" + str(help_file).replace("/", "\\")):
                 desk.menu("h", "c")
@@ -87,20 +96,14 @@ def damaged():
             desk.answer("The help file comes from another computer", "OK")
             # What HTML Help makes of it is its own affair; the program goes on, and does not repeat itself.
             desk.menu("h", "c")
-            desk.menu("h", "a")
-            desk.answer(UNREADABLE_PICTURE, "OK")
-            desk.dialog("frmSplash")
-            desk.key("Return")
-            desk.gone("frmSplash")
+            aboutTells(desk, UNREADABLE_PICTURE)
             desk.noBoxes()
             desk.focus()
             desk.type("x")
             peer.expect(b"x", "a key")
             desk.connectionMenu("d")
             desk.waitState("g_bConnectActive", False)
-            desk.close()
-            desk.waitEnd()
-            checkEqual(desk.process.returncode, 0, "the exit status")
+            leave(desk)
 
 
 run(alone, damaged)

@@ -13,36 +13,28 @@ def _start(*wish):
 
 
 @contextlib.contextmanager
+def _holding(what, wish, *arguments):
+    with _start(wish, *arguments) as holder:
+        try:
+            checkEqual(holder.stdout.readline().strip(), "held", f"what {what}")
+            yield
+        finally:
+            holder.kill()
+
+
 def heldClipboard(seconds=30):
     """The clipboard is another program's."""
-    with _start("hold-clipboard", seconds) as holder:
-        try:
-            checkEqual(holder.stdout.readline().strip(), "held", "what holds the clipboard")
-            yield
-        finally:
-            holder.kill()
+    return _holding("holds the clipboard", "hold-clipboard", seconds)
 
 
-@contextlib.contextmanager
 def heldFile(path, seconds=120):
     """Another program has the file open, and lets nobody replace or rename it."""
-    with _start("hold-file", seconds, path) as holder:
-        try:
-            checkEqual(holder.stdout.readline().strip(), "held", "what holds the file")
-            yield
-        finally:
-            holder.kill()
+    return _holding("holds the file", "hold-file", seconds, path)
 
 
-@contextlib.contextmanager
 def keptToItself(path, seconds=120):
     """Another program has the file open, and lets nobody read it."""
-    with _start("keep-file", seconds, path) as holder:
-        try:
-            checkEqual(holder.stdout.readline().strip(), "held", "what keeps the file to itself")
-            yield
-        finally:
-            holder.kill()
+    return _holding("keeps the file to itself", "keep-file", seconds, path)
 
 
 def forgeMessages():
