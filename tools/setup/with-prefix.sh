@@ -42,7 +42,7 @@ clean_up() {
     fi
     wineserver -k 2>/dev/null
     wineserver -w 2>/dev/null
-    rm -rf "$WINEPREFIX"
+    rm -rf "$WINEPREFIX" "$WINEPREFIX".{lock,users}  # ./run's, in a test of it
 }
 trap clean_up EXIT
 trap 'exit 130' INT
