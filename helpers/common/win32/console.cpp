@@ -33,14 +33,15 @@ std::vector<std::string_view> argumentsOf(int count, char** values) {
 std::string ownFolder() {
     std::string path(longestPath, '\0');
     path.resize(GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    path.resize(path.find_last_of('\\') + 1);  // 0 without any backslash
+    path.resize(path.find_last_of('\\') + 1);  // 0 without any backslash, and without a path
     return path;
 }
 
 std::string systemFolder() {
     std::string path(longestPath, '\0');
     path.resize(GetSystemDirectoryA(path.data(), static_cast<UINT>(path.size())));
-    return path + '\\';
+    if (!path.empty()) path += '\\';
+    return path;
 }
 
 }  // namespace zpt

@@ -38,23 +38,23 @@ Socket tcpSocket(Loopback loopback) {
     return Socket{socket(loopback == Loopback::four ? AF_INET : AF_INET6, SOCK_STREAM, IPPROTO_TCP)};
 }
 
-void switchOn(SOCKET handle, int level, int option) {
+bool switchOn(const Socket& handle, int level, int option) {
     const int on = 1;
-    setsockopt(handle, level, option, reinterpret_cast<const char*>(&on), sizeof on);
+    return setsockopt(handle.get(), level, option, reinterpret_cast<const char*>(&on), sizeof on) == 0;
 }
 
 /// Bound so that nobody can share the port; no socket when that cannot be.
 Socket boundSocket(Loopback loopback, std::uint16_t port) {
     Socket made = tcpSocket(loopback);
-    if (!made) return made;
-    switchOn(made.get(), SOL_SOCKET, SO_EXCLUSIVEADDRUSE);
-    if (loopback == Loopback::six) switchOn(made.get(), IPPROTO_IPV6, IPV6_V6ONLY);
     const Address address{loopback, port};
-    if (::bind(made.get(), address.get(), address.length()) != 0) return {};
+    const bool own = made && switchOn(made, SOL_SOCKET, SO_EXCLUSIVEADDRUSE) &&
+                     (loopback == Loopback::four || switchOn(made, IPPROTO_IPV6, IPV6_V6ONLY)) &&
+                     ::bind(made.get(), address.get(), address.length()) == 0;
+    if (!own) return {};
     return made;
 }
 
-/// What bind or socket said when it failed, just before.
+/// What the call said that failed in boundSocket, just before.
 bool addressMissing() {
     const int error = WSAGetLastError();
     return error == WSAEADDRNOTAVAIL || error == WSAEAFNOSUPPORT || error == WSAEPROTONOSUPPORT;

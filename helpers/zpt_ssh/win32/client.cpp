@@ -1,6 +1,7 @@
 #include "zpt_ssh/win32/client.h"
 
 #include <array>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -14,9 +15,13 @@
 namespace zpt {
 namespace {
 
-bool isFile(const std::string& path) {
+/// The file's full path; empty when it is not there. Without the folder it would be looked for in the current
+/// one, where anybody may have put a program.
+std::string fileIn(const std::string& folder, const char* name) {
+    std::string path = folder.empty() ? folder : folder + name;
     const DWORD attributes = GetFileAttributesA(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) path.clear();
+    return path;
 }
 
 Handle openNothing() {
@@ -36,10 +41,10 @@ void readToEnd(HANDLE pipe, LastWords& words) {
 }  // namespace
 
 std::optional<ClientCommand> findClient(const SshRequest& request) {
-    const std::string plink = ownFolder() + "plink.exe";
-    if (isFile(plink)) return ClientCommand{plink, commandLine(plink, plinkArguments(request))};
-    const std::string openSsh = systemFolder() + "OpenSSH\\ssh.exe";
-    if (isFile(openSsh)) return ClientCommand{openSsh, commandLine(openSsh, openSshArguments(request))};
+    const std::string plink = fileIn(ownFolder(), "plink.exe");
+    if (!plink.empty()) return ClientCommand{plink, commandLine(plink, plinkArguments(request))};
+    const std::string openSsh = fileIn(systemFolder(), "OpenSSH\\ssh.exe");
+    if (!openSsh.empty()) return ClientCommand{openSsh, commandLine(openSsh, openSshArguments(request))};
     return std::nullopt;
 }
 
@@ -80,7 +85,11 @@ bool Client::start(const ClientCommand& command) {
     const Handle thread{created.hThread};
     if (!runInJob(self.job.get(), self.handle.get(), thread.get())) return false;
     self.output.write.reset();
-    self.reader = std::thread{readToEnd, self.output.read.get(), std::ref(self.words)};
+    try {
+        self.reader = std::thread{readToEnd, self.output.read.get(), std::ref(self.words)};
+    } catch (const std::system_error&) {
+        return false;  // the job ends the client
+    }
     return true;
 }
 

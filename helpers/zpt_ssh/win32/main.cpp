@@ -2,6 +2,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "common/names.h"
@@ -44,12 +45,21 @@ int refuse(int code, const std::string& why) {
     return code;
 }
 
+/// False when the system has no thread left.
+bool serveAside(zpt::Forward& forward, zpt::Client& client) {
+    try {
+        std::thread{[&] { forward.serve(client); }}.detach();
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
+}
+
 /// Runs the client, and the terminal's way to it, until the client ends; returns the client's exit code.
 int runSession(const zpt::ClientCommand& command, zpt::Forward& forward) {
     zpt::Client client;
-    if (!client.start(command))
+    if (!client.start(command) || !serveAside(forward, client))
         return refuse(clientNotStarted, "the SSH client cannot be started: " + command.file);
-    std::thread{[&] { forward.serve(client); }}.detach();
     const zpt::ClientEnd end = client.wait();
     forward.waitIdle(longestFarewell);
     if (end.exitCode != 0 || !end.lastLine.empty()) {

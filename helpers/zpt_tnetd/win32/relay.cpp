@@ -6,9 +6,10 @@
 namespace zpt {
 namespace {
 
+constexpr DWORD pause = 250;  // milliseconds
+
 /// The forward answers once the SSH client has logged in; until then connecting to it may fail.
 Socket awaitForward(std::uint16_t port, SOCKET terminal) {
-    constexpr DWORD pause = 250;  // milliseconds
     constexpr int tries = 120;
     for (int count = 0; count < tries && !closedByPeer(terminal); ++count) {
         if (Socket forward = connectLoopback(Loopback::four, port)) return forward;
@@ -24,7 +25,10 @@ void relayConnections(const RelayRequest& request) {
     if (!startSockets() || !listener.bind(request.localPort) || !listener.listen()) return;
     for (;;) {
         const Socket terminal = listener.accept();
-        if (!terminal) continue;
+        if (!terminal) {
+            Sleep(pause);  // what is refused now may be refused for long
+            continue;
+        }
         const Socket forward = awaitForward(request.forwardPort, terminal.get());
         if (forward) pump(terminal.get(), forward.get());
     }

@@ -101,7 +101,10 @@ bool HelperProcess::start(std::string_view commandLine, StandardHandles handles,
         started->readiness.reset(inheritableEvent());
         variables.push_back({readyVariable_, zpt::numberOf(started->readiness)});
     }
-    const std::string folder = program::fileIn(program::folder(), {});
+    const std::string own = program::folder();
+    // Without it the name would be looked for where anybody may have put a program.
+    if (own.find('\\') == std::string::npos) return false;
+    const std::string folder = program::fileIn(own, {});
     const std::string file = folder + name_ + ".exe";
     std::string line{commandLine};  // the system may write into it
     PROCESS_INFORMATION created{};
