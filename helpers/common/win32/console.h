@@ -16,8 +16,8 @@ void complain(const char* helper, std::string_view text);
 /// The arguments behind the program's name.
 [[nodiscard]] std::vector<std::string_view> argumentsOf(int count, char** values);
 
-/// The folder of the helper's own program file and the system's folder, each with a backslash behind it; empty when the
-/// system does not tell.
+/// The folder of the helper's own program file and the system's folder, each with a backslash behind it;
+/// empty when the system does not tell.
 [[nodiscard]] std::string ownFolder();
 [[nodiscard]] std::string systemFolder();
 
