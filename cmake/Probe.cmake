@@ -2,11 +2,24 @@
 #
 # qxterm-probe.exe: the program with ears (tests/windows/probe). neighbour.exe: what others do to it. glyphs.exe: how
 # the system draws the terminal font. reader.exe: the least that a client has to do. screen-reader.exe: what readers of
-# the screen learn. asker.exe: how long a window takes to answer.
+# the screen learn. asker.exe: how long a window takes to answer. zpt_*-faults.exe, stand-in.exe: helpers whose calls
+# fail, with a client behind them.
 
-file(GLOB sources CONFIGURE_DEPENDS tests/windows/probe/*.cpp)
+file(GLOB sources CONFIGURE_DEPENDS tests/windows/probe/*.cpp tests/windows/faults/*.cpp)
 qxterm_program(qxterm-probe FILES ${sources} ROOMS qxterm_dumps)
+target_include_directories(qxterm-probe PRIVATE tests/windows)
 add_dependencies(qxterm-probe program)
+
+# The helpers, with calls that fail, and who stands in for the SSH client behind one of them.
+foreach(helper zpt_ssh zpt_tnetd)
+    file(GLOB sources CONFIGURE_DEPENDS helpers/${helper}/win32/*.cpp tests/windows/faults/*.cpp)
+    add_executable(${helper}-faults ${sources})
+    target_link_libraries(${helper}-faults PRIVATE qxterm_options ${helper}_parts zpt_common_win32)
+endforeach()
+target_link_libraries(zpt_ssh-faults PRIVATE iphlpapi)
+file(GLOB stand_in_sources CONFIGURE_DEPENDS tests/windows/stand-in/*.cpp)
+add_executable(stand-in ${stand_in_sources})
+target_link_libraries(stand-in PRIVATE qxterm_options ws2_32)
 
 # What other programs and the system do to it.
 file(GLOB neighbour_sources CONFIGURE_DEPENDS tests/windows/neighbour/*.cpp)

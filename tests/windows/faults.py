@@ -7,16 +7,17 @@ window is left over. docs/testing/faults.md has the table.
 
 import contextlib
 import sys
+import tempfile
 import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from desk import Desk, setClipboard  # noqa: E402
 from peers import Peer  # noqa: E402
-from program import (PATIENCE, Failure, capture, check, checkEqual, netProfile, run, waitFor,  # noqa: E402
+from program import (BUILD, PATIENCE, Failure, capture, check, checkEqual, netProfile, run, waitFor,  # noqa: E402
                      writeProfiles, xdotool)
 from serial_line import SerialLine, nameSerialPorts, serialProfile  # noqa: E402
-from ssh_server import freePort, noHelpers  # noqa: E402
+from ssh_server import freePort, helpers, noHelpers, programFolder  # noqa: E402
 
 MANY = 1 << 30
 MEMORY = "Out of memory."
@@ -395,6 +396,39 @@ def sshHelpers():
                 f"{desk.ask('resources')['handles']} afterwards")
 
 
+def helpersThatStay():
+    """What cannot be ended is noted, and goes with the program; the next session is as any other."""
+    writeProfiles({"ssh": {"connect": "ssh", "host": "127.0.0.1", "SSHnetport": str(freePort()), "Font": "large"}}, Logging="1")
+    with tempfile.TemporaryDirectory(prefix="qxterm-faults-") as scratch:
+        with Desk("ssh", folder=programFolder(scratch, BUILD / "stand-in.exe")) as desk:
+            logIn(desk)
+            before = set(helpers())
+            with failing(desk, "TerminateProcess"):
+                desk.menu("c", "d")
+                waitFor(lambda: not desk.ask("state")["g_bConnectActive"], "the session ends", 60)
+            desk.noBoxes()
+            checkEqual(set(helpers()), before, "the helpers have stayed")
+            log = Path(desk.scratch, "output.txt").read_text(encoding="latin-1")
+            check("TerminateProcess(proc.hProcess,lErr) failed lErr=5" in log, "the trace log tells")
+            desk.menu("c", "c")
+            logIn(desk)
+            check(len(helpers()) == 2 * len(before), f"helpers of two sessions: {helpers()}")
+            desk.close()
+        noHelpers("the program has ended")
+    print("  TerminateProcess fails: nothing to tell", flush=True)
+
+
+def logIn(desk):
+    """Through the stand-in of the client, which greets."""
+    desk.focus()
+    for text in ("bob", "secret"):
+        desk.type(text)
+        desk.key("Return")
+    desk.waitState("g_bConnectActive", True)
+    desk.waitText("ready", row=0)
+    desk.gone("frmConn")
+
+
 def start():
     """What the program needs fails while it starts: it says so and ends. Without the rest it starts all the same."""
     writeProfiles({"loop": {"connect": "loop", "Font": "large"}})
@@ -419,4 +453,4 @@ def start():
             print(f"  {fault}: nothing to tell", flush=True)
 
 
-run(ordinaryUse, serialPort, sshHelpers, start)
+run(ordinaryUse, serialPort, sshHelpers, helpersThatStay, start)

@@ -18,16 +18,21 @@ TELNET = 23  # the port behind every tunnel, on the server's own loopback
 HOST = "127.0.0.1"
 
 
-def programFolder(parent):
-    """A copy of the program's folder with an SSH client in it; returns its path."""
+def sshClient():
+    """The Windows SSH client; its path."""
     made = subprocess.run([ROOT / "tools" / "setup" / "plink.sh"], capture_output=True, text=True)
     if made.returncode != 0:
         raise Failure(f"there is no SSH client for Windows: {made.stderr.strip()}")
+    return made.stdout.strip()
+
+
+def programFolder(parent, client=None):
+    """A copy of the program's folder with an SSH client in it, or what stands in for one; returns its path."""
     folder = Path(parent) / "program"
     folder.mkdir()
     for name in ("qxterm-probe.exe", "zpt_ssh.exe", "zpt_tnetd.exe", "QXTERM.ttf", "tmspl16.dat", "enu_te.chm"):
         shutil.copy(BUILD / name, folder)
-    shutil.copy(made.stdout.strip(), folder / "plink.exe")
+    shutil.copy(client or sshClient(), folder / "plink.exe")
     return folder
 
 

@@ -2,8 +2,7 @@
 
 #include "output.h"
 
-/// Makes calls of the Windows API fail. The program is not asked: the entries of the API's functions in the
-/// table of what it imports lead to routines here, which fail as they are told or carry the call out.
+/// What is to fail, as a test says it, and what has failed (faults/fault_table.h).
 namespace qxterm::probe {
 
 using scenario::Json;
@@ -13,14 +12,5 @@ void planFaults(const Json& plans);
 
 /// {FUNCTION: [CALLS, FAILED] ...} since the plans were made, of those that were called.
 [[nodiscard]] Json faults();
-
-/// The probe's own calls succeed, and are not counted, for as long as this lives.
-class OwnCalls {
-public:
-    OwnCalls();
-    ~OwnCalls();
-    OwnCalls(const OwnCalls&) = delete;
-    OwnCalls& operator=(const OwnCalls&) = delete;
-};
 
 }  // namespace qxterm::probe

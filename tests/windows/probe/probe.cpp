@@ -15,6 +15,7 @@
 
 #include "dumps.h"
 #include "faults.h"
+#include "faults/fault_table.h"
 #include "folder.h"
 #include "observe.h"
 #include "platform/run_time_error.h"
@@ -114,7 +115,7 @@ Json about(const std::string& subject) {
 void CALLBACK look(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) {
     static const Folder folder;
     static bool answering = false;
-    const OwnCalls own;
+    const faults::OwnCalls own;
     if (!folder.known() || answering) return;
     const Json asked = folder.question();
     if (asked.is_null()) return;
@@ -157,7 +158,7 @@ const std::terminate_handler formerHandler = std::set_terminate(noteEnd);
 
 /// A timer of the thread, which belongs to no window and is served by every message loop.
 const UINT_PTR lookTimer = [] {
-    const OwnCalls own;
+    const faults::OwnCalls own;
     return SetTimer(nullptr, 0, lookEvery, look);
 }();
 
