@@ -19,7 +19,7 @@ endforeach()
 target_link_libraries(zpt_ssh-faults PRIVATE iphlpapi)
 file(GLOB stand_in_sources CONFIGURE_DEPENDS tests/windows/stand-in/*.cpp)
 add_executable(stand-in ${stand_in_sources})
-target_link_libraries(stand-in PRIVATE qxterm_options ws2_32)
+target_link_libraries(stand-in PRIVATE qxterm_options zpt_common ws2_32)
 
 # What other programs and the system do to it.
 file(GLOB neighbour_sources CONFIGURE_DEPENDS tests/windows/neighbour/*.cpp)

@@ -41,7 +41,8 @@ class Helper:
         if self.client:
             shutil.copy(BUILD / "stand-in.exe", own / "plink.exe")
         self._told = root / "told"
-        environment = dict(os.environ, ZPT_SSH_LOGIN="bob", QXTERM_FAULT=" ".join(map(str, self.fault)),
+        # Both are the helper's own; the stand-in does not run with either of them. No event has this number.
+        environment = dict(os.environ, ZPT_SSH_LOGIN="bob", ZPT_SSH_READY="none", QXTERM_FAULT=" ".join(map(str, self.fault)),
                            QXTERM_FAULTS_TOLD="Z:" + str(self._told).replace("/", "\\"))
         with open(self._current / "said", "wb") as said:
             self.process = subprocess.Popen([os.environ["WINE"], program, *map(str, self.words)], cwd=self._current,

@@ -91,8 +91,8 @@ class Tunnel:
 
 
 def memoryHolds(process, word):
-    """Whether the bytes stand anywhere in what the process can write to."""
-    with open(f"/proc/{process.pid}/maps", encoding="utf-8") as maps, open(f"/proc/{process.pid}/mem", "rb") as memory:
+    """Whether the bytes stand anywhere in what the process of this number can write to."""
+    with open(f"/proc/{process}/maps", encoding="utf-8") as maps, open(f"/proc/{process}/mem", "rb") as memory:
         for line in maps:
             place, rights = line.split()[:2]
             first, last = (int(number, 16) for number in place.split("-"))
@@ -107,6 +107,22 @@ def memoryHolds(process, word):
     return False
 
 
+def knowsVariable(process, name):
+    """Whether a Windows program was started with this variable in its environment, which stands in its memory."""
+    return memoryHolds(process, f"{name}=".encode("utf-16-le"))
+
+
+def environments():
+    """zpt_ssh alone is told the login name in its environment, and of the event: neither the helper that is started after it,
+    nor the client that it starts."""
+    others = {process: line for process, line in helpers().items() if not line.startswith("zpt_ssh ")}
+    checkEqual(len(others), 2, "the helper and the client besides zpt_ssh")
+    for process, line in others.items():
+        check(knowsVariable(process, "SystemRoot"), f"no environment is found in the memory of {line!r}")
+        for name in ("ZPT_SSH_LOGIN", "ZPT_SSH_READY"):
+            check(not knowsVariable(process, name), f"{name} is in the environment of {line!r}")
+
+
 def session():
     """From the prompt to Disconnect; a second session that ends with the shell, a third with the program."""
     with Tunnel() as tunnel, atThePrompt() as program:
@@ -115,15 +131,16 @@ def session():
         logIn(program, "", tunnel.word)
         atTheShell(program)
         check(tunnel.word not in program.page(), f"the password is shown:\n{program.page()}")
-        check(memoryHolds(program.process, tunnel.name.encode()), "the login name is not found in the program's memory")
+        check(memoryHolds(program.process.pid, tunnel.name.encode()), "the login name is not found in the program's memory")
         # Its end: what is sent later may stand where its beginning stood.
-        check(not memoryHolds(program.process, tunnel.word[-10:].encode()), "the password is left in the program's memory")
+        check(not memoryHolds(program.process.pid, tunnel.word[-10:].encode()), "the password is left in the program's memory")
         lines = sorted(helpers().values())
         check(any("zpt_ssh -no-antispoof" in text and f"-P {tunnel.server.port} -4 -ssh -L" in text for text in lines)
               and any("zpt_tnetd 2 " in text and f" 4 {tunnel.name}" in text for text in lines)
               and any("plink" in text and "-batch" in text for text in lines) and len(lines) == 3,
               f"the helpers' command lines are {lines}")
         check(not any(tunnel.word in text for text in lines), "the password stands in a command line")
+        environments()
         program.type("clear; echo $TERM $(whoami)")
         program.key("Return")
         program.waitRows({0: f"qxterm {tunnel.name}", 1: "ready>"}, "the shell answers")

@@ -1,5 +1,6 @@
 // Stands in for the SSH client behind zpt_ssh: it listens where it is told to, greets who comes and sends
-// back what it gets. "quit" ends it, with a last line and an exit code of its own.
+// back what it gets. "quit" ends it, with a last line and an exit code of its own. With one of zpt_ssh's own
+// variables in its environment, which are not for the client, it ends at once: exit code 92.
 //
 //   plink ... -L 127.0.0.1:PORT:localhost:PORT ...
 
@@ -12,10 +13,13 @@
 #include <cstring>
 #include <string_view>
 
+#include "common/names.h"
+
 namespace {
 
 constexpr int wrongCommandLine = 90;
 constexpr int cannotListen = 91;
+constexpr int knowsTooMuch = 92;
 constexpr int askedToEnd = 7;
 
 void say(SOCKET to, std::string_view text) { send(to, text.data(), static_cast<int>(text.size()), 0); }
@@ -51,9 +55,12 @@ int listenOn(std::uint16_t port) {
     }
 }
 
+bool inEnvironment(const char* name) { return GetEnvironmentVariableA(name, nullptr, 0) != 0; }
+
 }  // namespace
 
 int main(int count, char** arguments) {
+    if (inEnvironment(zpt::loginVariable) || inEnvironment(zpt::readyVariable)) return knowsTooMuch;
     constexpr std::string_view address = "127.0.0.1:";
     for (int place = 1; place + 1 < count; ++place) {
         const std::string_view forward{arguments[place + 1]};
