@@ -14,7 +14,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from peers import Peer  # noqa: E402
 from program import BUILD, Failure, check, checkEqual, run, waitFor  # noqa: E402
-from ssh_server import freePort, noHelpers  # noqa: E402
+from ssh_server import freePort, listeners, loopbacks, noHelpers  # noqa: E402
 
 MANY = 1 << 30
 HOST = "127.0.0.1"
@@ -154,6 +154,7 @@ def relayCannotListen(fault):
 def relayCarriesOn(fault):
     with relay(fault) as helper:
         carries(helper)
+        checkEqual(listeners(helper.port), loopbacks(), "where it listens")
         helper.hasFailed()
         carries(helper)
 

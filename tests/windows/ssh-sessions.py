@@ -2,6 +2,7 @@
 
 import contextlib
 import os
+import re
 import shutil
 import signal
 import socket
@@ -14,7 +15,7 @@ from account import testUser  # noqa: E402
 from listener import PortTaken  # noqa: E402
 from peers import Peer, TelnetDaemon  # noqa: E402
 from program import Failure, Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
-from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, noHelpers,  # noqa: E402
+from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, listeners, loopbacks, noHelpers,  # noqa: E402
                         programFolder, startingClient)
 
 OPENING = f"Opening SSH connection to host: {HOST}"
@@ -123,6 +124,15 @@ def environments():
             check(not knowsVariable(process, name), f"{name} is in the environment of {line!r}")
 
 
+def listening(own):
+    """The tunnel is to be had on this machine alone. The client is told one address; plink may take the other one too."""
+    lines = " ".join(helpers().values())
+    outer, inner = (int(re.search(pattern, lines).group(1)) for pattern in (r" -L (\d+):", r" -L \S+:(\d+):localhost:"))
+    checkEqual(listeners(outer), loopbacks(), f"where port {outer} of zpt_ssh is listened on")
+    found = listeners(inner)
+    check(own in found and found <= loopbacks(), f"port {inner} of its client is listened on at {found}, not {own}")
+
+
 def session():
     """From the prompt to Disconnect; a second session that ends with the shell, a third with the program."""
     with Tunnel() as tunnel, atThePrompt() as program:
@@ -141,6 +151,7 @@ def session():
               f"the helpers' command lines are {lines}")
         check(not any(tunnel.word in text for text in lines), "the password stands in a command line")
         environments()
+        listening(HOST)
         program.type("clear; echo $TERM $(whoami)")
         program.key("Return")
         program.waitRows({0: f"qxterm {tunnel.name}", 1: "ready>"}, "the shell answers")
@@ -304,6 +315,7 @@ def addressOfVersion6():
         atTheShell(program)
         check(any(" -6 -ssh -L" in text and text.endswith(":localhost:23 ::1") for text in helpers().values()),
               f"the client's command line: {helpers()}")
+        listening("::1")
         program.connectionMenu("d")
         idle(program)
 

@@ -7,6 +7,7 @@ import select
 import shutil
 import socket
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
@@ -47,6 +48,32 @@ def freePort(address=HOST):
     family = socket.AF_INET6 if ":" in address else socket.AF_INET
     with socket.create_server((address, 0), family=family) as listener:
         return listener.getsockname()[1]
+
+
+def loopbacks():
+    """The loopback addresses that this machine has."""
+    found = set()
+    for address in (HOST, "::1"):
+        with contextlib.suppress(OSError):
+            freePort(address)
+            found.add(address)
+    return found
+
+
+def listeners(port):
+    """The addresses at which somebody listens on the TCP port."""
+    found = set()
+    for table, family in (("tcp", socket.AF_INET), ("tcp6", socket.AF_INET6)):
+        with contextlib.suppress(FileNotFoundError):  # a system without version 6
+            for line in Path("/proc/net", table).read_text().splitlines()[1:]:
+                place, _, state = line.split()[1:4]
+                address, number = place.split(":")
+                if state != "0A" or int(number, 16) != port:
+                    continue
+                # Words of 32 bits, each a number as this machine has it in memory.
+                words = [int(address[at:at + 8], 16).to_bytes(4, sys.byteorder) for at in range(0, len(address), 8)]
+                found.add(socket.inet_ntop(family, b"".join(words)))
+    return found
 
 
 class SshServer:
