@@ -10,6 +10,7 @@
 #include "common/win32/console.h"
 #include "zpt_ssh/client_arguments.h"
 #include "zpt_ssh/last_words.h"
+#include "zpt_ssh/port_owners.h"
 #include "zpt_ssh/win32/listeners.h"
 
 namespace zpt {
@@ -95,15 +96,12 @@ bool Client::start(const ClientCommand& command) {
 
 bool Client::running() const { return WaitForSingleObject(process_->handle.get(), 0) == WAIT_TIMEOUT; }
 
-bool Client::listensOn(std::uint16_t port) const {
-    for (const std::uint32_t owner : listenersOf(port)) {
-        if (owner == unknownProcess) return true;
+bool Client::listensOn(Loopback address, std::uint16_t port) const {
+    return clientAnswers(listenersOf(address, port), [this](std::uint32_t owner) {
         const Handle process{OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, owner)};
         BOOL inside = FALSE;
-        if (process && IsProcessInJob(process.get(), process_->job.get(), &inside) != 0 && inside != FALSE)
-            return true;
-    }
-    return false;
+        return process && IsProcessInJob(process.get(), process_->job.get(), &inside) != 0 && inside != FALSE;
+    });
 }
 
 void Client::end() { TerminateJobObject(process_->job.get(), exitCodeOfTerminated); }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "common/win32/sockets.h"
 #include "zpt_ssh/request.h"
 
 namespace zpt {
@@ -37,9 +38,9 @@ public:
     /// False when it cannot be started.
     [[nodiscard]] bool start(const ClientCommand& command);
     [[nodiscard]] bool running() const;
-    /// True when the client, or something that it started, listens on the TCP port; also when the system does
-    /// not tell who does.
-    [[nodiscard]] bool listensOn(std::uint16_t port) const;
+    /// True when the client, or something that it started, listens on the TCP port of the loopback address,
+    /// and nobody else; also when the system does not tell who does.
+    [[nodiscard]] bool listensOn(Loopback address, std::uint16_t port) const;
     /// Ends the client.
     void end();
     /// Waits until the client has ended.

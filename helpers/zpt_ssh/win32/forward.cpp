@@ -35,7 +35,7 @@ void Forward::serve(Client& client) {
 }
 
 void Forward::letIn(Client& client) {
-    while (!client.listensOn(inner_) && steady_clock::now() - start_ < longestClosed)
+    while (!client.listensOn(address_, inner_) && steady_clock::now() - start_ < longestClosed)
         std::this_thread::sleep_for(period);
     if (!listener_.listen()) client.end();
     if (readiness_ != nullptr) SetEvent(readiness_);
@@ -53,9 +53,9 @@ Socket Forward::awaitClient(Client& client, SOCKET terminal) {
     while (client.running() && !closedByPeer(terminal)) {
         // Looked for before, because a refused connection takes its time; and after, because only then it is
         // certain who has answered.
-        if (client.listensOn(inner_)) {
+        if (client.listensOn(address_, inner_)) {
             Socket made = connectLoopback(address_, inner_);
-            if (made && client.listensOn(inner_)) return made;
+            if (made && client.listensOn(address_, inner_)) return made;
         }
         if (steady_clock::now() - start_ >= longestLogin) client.end();
         std::this_thread::sleep_for(period);

@@ -9,9 +9,9 @@
 namespace zpt {
 namespace {
 
-/// Appends the owners of the table's rows with this port. Table is the system's for the address family.
+/// The owners of the table's rows with this port. Table is the system's for the address family.
 template <class Table>
-void addOwners(ULONG family, std::uint16_t port, std::vector<std::uint32_t>& owners) {
+std::vector<std::uint32_t> ownersIn(ULONG family, std::uint16_t port) {
     const auto read = [&](void* buffer, ULONG& size) {
         return GetExtendedTcpTable(buffer, &size, FALSE, family, TCP_TABLE_OWNER_PID_LISTENER, 0);
     };
@@ -23,21 +23,21 @@ void addOwners(ULONG family, std::uint16_t port, std::vector<std::uint32_t>& own
         bytes.resize(size);
         error = read(bytes.data(), size);
     }
-    if (error != NO_ERROR || bytes.size() < sizeof(Table)) return;
+    std::vector<std::uint32_t> owners;
+    if (error != NO_ERROR || bytes.size() < sizeof(Table)) return owners;
     const auto* table = reinterpret_cast<const Table*>(bytes.data());
     for (DWORD row = 0; row < table->dwNumEntries; ++row) {
         const auto& one = table->table[row];
         if (ntohs(static_cast<u_short>(one.dwLocalPort)) == port) owners.push_back(one.dwOwningPid);
     }
+    return owners;
 }
 
 }  // namespace
 
-std::vector<std::uint32_t> listenersOf(std::uint16_t port) {
-    std::vector<std::uint32_t> owners;
-    addOwners<MIB_TCPTABLE_OWNER_PID>(AF_INET, port, owners);
-    addOwners<MIB_TCP6TABLE_OWNER_PID>(AF_INET6, port, owners);
-    return owners;
+std::vector<std::uint32_t> listenersOf(Loopback address, std::uint16_t port) {
+    return address == Loopback::four ? ownersIn<MIB_TCPTABLE_OWNER_PID>(AF_INET, port)
+                                     : ownersIn<MIB_TCP6TABLE_OWNER_PID>(AF_INET6, port);
 }
 
 }  // namespace zpt

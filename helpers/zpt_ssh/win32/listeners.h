@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "common/win32/sockets.h"
+
 namespace zpt {
 
-/// What stands for a process that the system does not tell.
-constexpr std::uint32_t unknownProcess = 0;
-
-/// The processes that listen on a TCP port, of either IP version, by their identifiers.
-[[nodiscard]] std::vector<std::uint32_t> listenersOf(std::uint16_t port);
+/// The processes that listen on a TCP port, at addresses of the loopback address' kind, by their identifiers;
+/// unknownProcess for those that the system does not tell.
+[[nodiscard]] std::vector<std::uint32_t> listenersOf(Loopback address, std::uint16_t port);
 
 }  // namespace zpt
