@@ -1,4 +1,5 @@
-"""The three font sizes: cells, every colour and attribute, line drawing, the picture after another window lay on it."""
+"""The three font sizes: cells, every colour and attribute, line drawing, the picture after another window lay on it; text
+that blinks."""
 
 import sys
 from pathlib import Path
@@ -89,6 +90,23 @@ def scrollback():
             cells.compare(program, sheet, "live-again")
 
 
+def blinkingText():
+    """Beside text that stays: all of a cell goes with the text, its colour, its line and its reverse video too."""
+    rows = [f"\x1b[{row};1H\x1b[{kind}msteady \x1b[5mblinking\x1b[m and \x1b[{kind};5mon\x1b[m".encode()
+            for row, kind in enumerate(("0", "1", "4", "7", "33;44", "1;4;7;31;42"), 1)]
+    line = b"\x1b[8;1H\x1b(B\x1b)0\x0elqqk\x1b[5mlqqk\x1b[m\x0f\x1b[9;1Hblinks"
+    with cells.sheetPeer() as sheets:
+        writeProfiles({"sheet": netProfile(sheets.port)})
+        with Program("sheet") as program:
+            sheet = cells.takeSheet(program)
+            sheets.send(b"\x1b[m\x1b[2J" + b"".join(rows) + line)
+            program.waitText("blinks", row=8)
+            cells.compareBothPhases(program, sheet, "blinking")
+            sheets.send(b"\x1b[?5h\x1b[10;1Hreverse screen")
+            program.waitText("reverse screen", row=9)
+            cells.compareBothPhases(program, sheet, "blinking-reversed")
+
+
 def waitForView(program, sheet, lines, name):
     """The picture shows these 24 lines, white on black."""
 
@@ -102,4 +120,4 @@ def waitForView(program, sheet, lines, name):
     check(complaint is None, f"{complaint}; see {path}")
 
 
-run(allSizes, scrollback)
+run(allSizes, scrollback, blinkingText)

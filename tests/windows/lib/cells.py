@@ -191,16 +191,15 @@ def side(expected, found, width):
 
 
 def allowed(sheet, screen, view, row, column):
-    """The looks that a cell may have: more than one where it blinks."""
+    """The looks that a cell may have: more than one under a cursor, and where what was erased may stand."""
     character, word = screen["rows"][row][column], screen["attrs"][row][column]
     reverseScreen = bool(screen["mode"] & REVERSE_SCREEN)
     background = sheet.plain(view["background"])
     if column > screen["used"][row]:
         looks = [background]
     else:
-        looks = [sheet.cell(character, word, reverseScreen)]
-        if word & BLINK:
-            looks.append(background)
+        away = word & BLINK and view["textBlinkOff"]
+        looks = [background if away else sheet.cell(character, word, reverseScreen)]
         # An erase leaves the character of its last column in the record, and takes it from the window.
         if column == COLUMNS - 1 and word == DEFAULT_WORD:
             looks.append(background)
@@ -216,8 +215,22 @@ def inverted(pixels, sheet, mode):
     return pixels[:from_] + bytes(255 - value for value in pixels[from_:])
 
 
-def compare(program, sheet, name, seconds=10.0):
-    """Waits until the picture of the screen is what the records say; a picture of the window is kept as name."""
+def textBlinks(screen):
+    """Whether blinking text stands on the screen."""
+    return any(word & BLINK and character != " "
+               for text, words, used in zip(screen["rows"], screen["attrs"], screen["used"])
+               for character, word in list(zip(text, words))[:used + 1])
+
+
+def compareBothPhases(program, sheet, name):
+    """The picture with the blinking text away, and with it back."""
+    compare(program, sheet, name + "-away", away=True)
+    compare(program, sheet, name, away=False)
+
+
+def compare(program, sheet, name, seconds=10.0, away=None):
+    """Waits until the picture of the screen is what the records say; a picture of the window is kept as name. away: blinking
+    text must be there, and be away, or shown."""
     program_ = program
 
     def good(cells, width, height):
@@ -226,6 +239,8 @@ def compare(program, sheet, name, seconds=10.0):
             return "the cells have another size than those of the sheet"
         if any(flags & 1 for flags in screen["flags"]) or view["busy"]:
             return "lines are still to be drawn"
+        if away is not None and (view["textBlinkOff"] != away or not textBlinks(screen)):
+            return f"no blinking text is {'away' if away else 'shown'}"
         wrong = [(row, column) for row in range(ROWS) for column in range(COLUMNS)
                  if cells[row][column] not in allowed(sheet, screen, view, row, column)]
         if not wrong:
