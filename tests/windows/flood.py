@@ -14,6 +14,7 @@ BLOCK = b"yes, a line of ordinary output\r\n" * 32768  # 1 MiB
 MODES = b"\x1b[?5h\x1b[?5l\a\x1b[2p\x1b[0p\x1b[1;5H\x1b[31mx\x1b[m\x1b[2K" * 2048
 LATENCY = 0.1  # seconds in which the window answers
 PROBE = 0.06  # seconds that a question to the probe may take besides
+BEEPS = 10  # that the program makes within a second; the others are dropped
 
 
 class Flood:
@@ -96,12 +97,27 @@ def modesWhileFlooded():
         with Program("flood") as program:
             connected(program)
             answersInTime(program)
+            beepsAreThinnedOut(program)
             sent = flood.sent
             waitFor(lambda: flood.sent > sent, "the flood moves on")
             program.connectionMenu("d")
             program.waitState("g_bConnectActive", False)
             program.connectionMenu("c")
             program.waitRows({0: "after the flood"}, "the next connection")
+
+
+def beepsAreThinnedOut(program):
+    """As the system's routine is called, of which the probe keeps count."""
+
+    def beeps():
+        return program.ask("faults")["MessageBeep"][0]
+
+    began = time.monotonic()
+    before = beeps()
+    waitFor(lambda: beeps() > before + 2 * BEEPS, "it goes on beeping")
+    made = beeps() - before
+    seconds = time.monotonic() - began + 0.05  # the program's clock is a coarser one
+    check(made <= BEEPS * (int(seconds) + 1), f"{made} beeps in {seconds:.1f} s")
 
 
 def toTheEnd(block, blocks, name):

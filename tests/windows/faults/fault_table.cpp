@@ -148,6 +148,7 @@ constexpr std::intptr_t invalid = -1;
     X(IsProcessInJob, none, ERROR_ACCESS_DENIED)                     \
     X(LoadImageA, none, ERROR_NOT_ENOUGH_MEMORY)                     \
     X(LoadLibraryExA, none, ERROR_MOD_NOT_FOUND)                     \
+    X(MessageBeep, none, ERROR_ACCESS_DENIED)                        \
     X(MessageBoxA, none, ERROR_NOT_ENOUGH_MEMORY)                    \
     X(OpenClipboard, none, ERROR_ACCESS_DENIED)                      \
     X(OpenProcess, none, ERROR_ACCESS_DENIED)                        \
