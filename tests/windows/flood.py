@@ -1,6 +1,8 @@
-"""A host that sends without end: the window goes on answering, and what comes afterwards is shown rightly."""
+"""A host that sends without end: the window goes on answering, and what comes afterwards is shown rightly. What waits behind
+a box is not kept in the program's memory."""
 
 import sys
+import threading
 import time
 from pathlib import Path
 
@@ -14,14 +16,23 @@ BLOCK = b"yes, a line of ordinary output\r\n" * 32768  # 1 MiB
 MODES = b"\x1b[?5h\x1b[?5l\a\x1b[2p\x1b[0p\x1b[1;5H\x1b[31mx\x1b[m\x1b[2K" * 2048
 LATENCY = 0.1  # seconds in which the window answers
 PROBE = 0.06  # seconds that a question to the probe may take besides
+OVERFLOW = "An unexpected error 6 has occurred\r\nroutine: doEscBracket\r\nmessage: Overflow"
+KEPT = 8  # MiB by which the program may grow behind a box: it reads 256 KiB ahead
 BEEPS = 10  # that the program makes within a second; the others are dropped
+
+
+def resident(program):
+    """MiB that the program has in memory, now and at the most."""
+    status = Path(f"/proc/{program.process.pid}/status").read_text()
+    values = dict(line.split(":", 1) for line in status.splitlines())
+    return tuple(int(values[name].split()[0]) / 1024 for name in ("VmRSS", "VmHWM"))
 
 
 class Flood:
     """The first connection gets the flood, later ones a word."""
 
-    def __init__(self, block, blocks):
-        self.block, self.blocks = block, blocks
+    def __init__(self, block, blocks, end=b"\x1b[?5l\x1b[2J\x1b[Hthe end of it"):
+        self.block, self.blocks, self.end = block, blocks, end
         self.sent = 0
         self.done = False
         self.first = True
@@ -35,7 +46,7 @@ class Flood:
             for _ in range(self.blocks):
                 connection.sendall(self.block)
                 self.sent += len(self.block)
-            connection.sendall(b"\x1b[?5l\x1b[2J\x1b[Hthe end of it")
+            connection.sendall(self.end)
         finally:
             self.done = True
 
@@ -120,6 +131,48 @@ def beepsAreThinnedOut(program):
     check(made <= BEEPS * (int(seconds) + 1), f"{made} beeps in {seconds:.1f} s")
 
 
+def stalled(flood):
+    """Whether the host gets no byte sent for a second."""
+    sent = flood.sent
+    time.sleep(1)
+    return flood.sent == sent
+
+
+def behindABox():
+    """While an error box stands the host is held up, and the program keeps but little of what it sends; after the box every
+    byte is interpreted. The text goes round in 79 characters, the lines in 80: what was lost would show in the last lines."""
+    megabytes = 50
+    block = b"".join(bytes([33 + n % 79]) for n in range(79 * 13000))
+    begin, flood = threading.Event(), Flood(block, megabytes, end=b"")
+
+    def host(connection):
+        begin.wait(60)
+        connection.sendall(b"\x1b[?7h\x1b[32768m\r")
+        flood(connection)
+
+    with Peer(host) as peer:
+        writeProfiles({"flood": netProfile(peer.port)})
+        with Program("flood") as program:
+            connected(program)
+            before = resident(program)[0]
+            begin.set()
+            box = program.messageBox(OVERFLOW)
+            waitFor(lambda: stalled(flood), "the host is held up")
+            grown = resident(program)[1] - before
+            # What has gone waits with the system, whose buffers take some MB.
+            check(flood.sent < 20e6, f"{flood.sent / 1e6:.1f} MB are sent while the box stands")
+            check(grown < KEPT, f"the program has grown by {grown:.1f} MiB behind the box")
+            program.clickButton(box, "OK")
+            waitFor(lambda: flood.done, "all is sent", 60)
+            whole = (block * megabytes).decode()
+            lines = [whole[at:at + 80] for at in range(0, len(whole), 80)]
+            program.waitRows(dict(enumerate(lines[-24:])), "the end of the flood", 60)
+            checkEqual([line["text"] for line in program.ask("scrollback")["lines"]], lines[-524:-24], "the scrollback")
+            grown = resident(program)[1] - before
+            check(grown < KEPT, f"the program has grown by {grown:.1f} MiB afterwards")
+            checkEqual(program.boxes(), [], "message boxes")
+
+
 def toTheEnd(block, blocks, name):
     """All of it arrives, and the picture of what stands at the end is right."""
     flood = Flood(block, blocks)
@@ -149,4 +202,4 @@ def modes():
     toTheEnd(MODES, 4, "modes")
 
 
-run(menusWhileFlooded, modesWhileFlooded, lines, modes)
+run(menusWhileFlooded, modesWhileFlooded, behindABox, lines, modes)
