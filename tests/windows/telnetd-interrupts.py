@@ -1,7 +1,8 @@
 """Interrupt, quit and suspend at a shell behind the system's telnet daemon, which answers each with a Synch."""
 
+import contextlib
+import pwd
 import sys
-import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
@@ -24,11 +25,21 @@ def interruptions():
             for command, key, told in (("sleep 100", "ctrl+c", ""), ("cat", "ctrl+c", ""),
                                        ("sleep 100", "ctrl+backslash", "Quit"), ("cat", "ctrl+backslash", "Quit"),
                                        ("sleep 100", "ctrl+z", "Stopped"), ("cat", "ctrl+z", "Stopped")):
-                interrupted(program, command, key, told)
+                interrupted(program, name, command, key, told)
             program.picture("interruptions")
 
 
-def interrupted(program, command, key, told):
+def runs(name, command):
+    """Whether the user's shell has started this command."""
+    for process in Path("/proc").glob("[0-9]*"):
+        with contextlib.suppress(OSError):
+            if process.stat().st_uid == pwd.getpwnam(name).pw_uid and \
+                    (process / "cmdline").read_bytes() == command.replace(" ", "\0").encode() + b"\0":
+                return True
+    return False
+
+
+def interrupted(program, name, command, key, told):
     def send(text):
         program.type(text)
         program.key("Return")
@@ -41,7 +52,7 @@ def interrupted(program, command, key, told):
         send("works")
         program.waitRows({1: "works", 2: "works"}, "cat answers")
     else:
-        time.sleep(0.3)
+        waitFor(lambda: runs(name, command), f"{command} runs")
     program.key(key)
     waitFor(lambda: "ready>" in program.rows()[1:], lambda: f"{command}, {key}: a new prompt:\n{program.page()}")
     send("echo done")

@@ -5,7 +5,7 @@ import os
 import socket
 import subprocess
 import tempfile
-import time
+from pathlib import Path
 
 from program import TITLE, Failure, Program, checkEqual, focusTitle, waitFor, xdotool
 
@@ -182,6 +182,14 @@ def setColours(scheme):
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
+def waitingAt(port):
+    """Connections that a listener of the loopback address has not accepted yet: the system shows their number where
+    unread bytes stand otherwise."""
+    rows = [line.split() for line in Path("/proc/net/tcp").read_text().splitlines()[1:]]
+    return max((int(row[4].split(":")[1], 16) for row in rows if row[1] == f"0100007F:{port:04X}" and row[3] == "0A"),
+               default=0)
+
+
 @contextlib.contextmanager
 def silentHost():
     """A port at which connecting neither succeeds nor fails: its queue of waiting connections is full."""
@@ -194,5 +202,6 @@ def silentHost():
             waiting.setblocking(False)
             with contextlib.suppress(BlockingIOError):
                 waiting.connect(listener.getsockname())
-        time.sleep(0.1)
-        yield listener.getsockname()[1]
+        port = listener.getsockname()[1]
+        waitFor(lambda: waitingAt(port) > 0, "the queue is full")
+        yield port
