@@ -13,8 +13,9 @@ from program import check, checkEqual, netProfile, run, waitFor, writeProfiles  
 LINES = [f"{n:06}" + "." * 56 for n in range(16384)]
 MEBIBYTE = "".join(line + "\r\n" for line in LINES)
 DENIED = "An unexpected error 70 has occurred\r\nroutine: mnueditItem_Click\r\nmessage: Permission denied"
-# A window that is asked answers at once while it works; the machine may be busy otherwise.
-LATENCY = 0.5  # seconds
+# Seconds. A window that is asked answers at once while it works: so long does it go on working, and so long does it take when
+# the machine is busy otherwise.
+LATENCY, LATENCY_OF_ALL = 0.1, 0.5
 
 
 def connected(desk):
@@ -30,14 +31,15 @@ def megabyteIntoTheLoop():
     with Desk("loop") as desk:
         connected(desk)
         desk.menu("e", "p")
-        slowest = 0.0
+        # The first question comes while the text is being taken, on a quick machine the only one.
+        times = [desk.answerTime()]
         end = time.monotonic() + 20
         while desk.rows()[22] != LINES[-1] and time.monotonic() < end:
-            began = time.monotonic()
-            desk.ask("view")
-            slowest = max(slowest, time.monotonic() - began)
+            times.append(desk.answerTime())
         desk.waitRows({**{row: LINES[row - 23] for row in range(23)}, 23: "", 24: ""}, "the end of the text")
-        check(slowest < LATENCY, f"the window answers after {slowest:.2f} s")
+        slowest, longest = (max(column) for column in zip(*times))
+        check(longest < LATENCY, f"the window works for {longest:.3f} s before it answers")
+        check(slowest < LATENCY_OF_ALL, f"the window answers after {slowest:.2f} s")
         checkEqual([line["text"].rstrip() for line in desk.ask("scrollback")["lines"]], LINES[-523:-23],
                    "the scrollback")
         desk.noBoxes()

@@ -192,6 +192,21 @@ class Program:
                 raise Failure(f"the probe on {subject}: {reply[subject]['fault']}")
         return reply[subjects[0]] if len(subjects) == 1 else [reply[subject] for subject in subjects]
 
+    def processor(self):
+        """Seconds in which the window's thread has run, and in which it has waited for a processor."""
+        ran, waited, _ = Path(f"/proc/{self.process.pid}/schedstat").read_text().split()
+        return int(ran) / 1e9, int(waited) / 1e9
+
+    def answerTime(self):
+        """Seconds until the window's message loop answers a question, without those in which its thread waited for a
+        processor that others had; and those in which it ran, which are the program's own doing on any machine."""
+        ran, waited = self.processor()
+        began = time.monotonic()
+        self.ask("view")
+        seconds = time.monotonic() - began
+        ranNow, waitedNow = self.processor()
+        return seconds - (waitedNow - waited), ranNow - ran
+
     def rows(self):
         """The 25 rows without trailing blanks."""
         return [row.rstrip() for row in self.ask("screen")["rows"]]
