@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 
 #include "platform/event_loop.h"
 #include "platform/headless/failures.h"
@@ -10,8 +11,13 @@
 namespace qxterm::headless {
 namespace {
 
-std::deque<Answer>& answers() {
-    static std::deque<Answer> queue;
+struct Queued {
+    Answer answer;
+    std::function<void()> meanwhile;
+};
+
+std::deque<Queued>& answers() {
+    static std::deque<Queued> queue;
     return queue;
 }
 
@@ -64,16 +70,19 @@ const char* nameOf(Answer answer) {
     return "";
 }
 
-Answer nextAnswer(Buttons buttons) {
-    if (answers().empty()) return usualAnswer(buttons);
-    const Answer queued = answers().front();
+Queued nextAnswer(Buttons buttons) {
+    if (answers().empty()) return {usualAnswer(buttons), {}};
+    Queued queued = std::move(answers().front());
     answers().pop_front();
-    return hasButton(buttons, queued) ? queued : usualAnswer(buttons);
+    if (!hasButton(buttons, queued.answer)) queued.answer = usualAnswer(buttons);
+    return queued;
 }
 
 }  // namespace
 
-void queueAnswer(Answer answer) { answers().push_back(answer); }
+void queueAnswer(Answer answer, std::function<void()> meanwhile) {
+    answers().push_back({answer, std::move(meanwhile)});
+}
 
 void resetAnswers() { answers().clear(); }
 
@@ -84,7 +93,7 @@ namespace qxterm {
 Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
     if (eventLoop::ending() || headless::fails(headless::Point::boxShow))
         return headless::usualAnswer(buttons);
-    const Answer answer = headless::nextAnswer(buttons);
+    const auto [answer, meanwhile] = headless::nextAnswer(buttons);
     headless::record("box", [&] {
         return headless::Fields{{"title", std::string{title}},
                                 {"text", std::string{text}},
@@ -92,6 +101,7 @@ Answer messageBox(std::string_view text, std::string_view title, Buttons buttons
                                 {"icon", headless::nameOf(icon)},
                                 {"answer", headless::nameOf(answer)}};
     });
+    if (meanwhile) meanwhile();
     return answer;
 }
 

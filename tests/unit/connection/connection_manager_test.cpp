@@ -191,6 +191,29 @@ TEST_F(ConnectionManager, ARetryOnABusyPortAsksNoMoreThanOnceATick) {
     EXPECT_FALSE(g_bConnectActive);
 }
 
+TEST_F(ConnectionManager, ATickWhoseBoxIsOpenIsNotRunOnceMore) {
+    use(connectType::modem);
+    CurrentProfile.timeout = 1;
+    CurrentProfile.auto_retry = true;
+    then([] {
+        headless::setPortsBusy(true);
+        headless::queueAnswer(Answer::ok, [] {
+            headless::advance(3500);  // three ticks
+            EXPECT_EQ(boxes().size(), 1U);
+        });
+    });
+    thenWait(1000);
+    then([] {
+        EXPECT_EQ(boxes().size(), 1U);
+        EXPECT_EQ(headless::now() - 3000, 4500);  // behind the start picture's 3 s
+    });
+    thenWait(500);  // a tick without a box is run again
+    then([] { EXPECT_EQ(boxes().size(), 2U); });
+    then([] { click(frmConn, "cmdCancel"); });
+    connectPort();
+    EXPECT_FALSE(g_bConnectActive);
+}
+
 TEST_F(ConnectionManager, TheLoopIsUpWithoutATransport) {
     use(connectType::loop);
     thenWait(100);

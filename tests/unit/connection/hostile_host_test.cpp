@@ -16,6 +16,7 @@
 #include "connection/transport_controls.h"
 #include "platform/headless/socket.h"
 #include "platform/hex_text.h"
+#include "platform/main_form.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/model/output_state.h"
 #include "terminal/model/screen_store.h"
@@ -91,6 +92,47 @@ protected:
         SetUp();
     }
 };
+
+TEST_F(NetworkHost, WritesOnWhileABoxIsOpen) {
+    headless::queueAnswer(Answer::no, [] {
+        arrive("one\r\n");
+        EXPECT_EQ(page(), pageOf({{0, "one"}}));
+        headless::advance(1000);
+        arrive("two");
+        EXPECT_EQ(page(), pageOf({{0, "one"}, {1, "two"}}));
+    });
+    EXPECT_FALSE(frmterm.unload());
+    EXPECT_EQ(boxes(), (Lines{"A connection is active, exit anyway?"}));
+    EXPECT_TRUE(g_bConnectActive);
+}
+
+TEST_F(NetworkHost, WhatArrivesInABoxOfABlockComesBehindTheBlock) {
+    headless::queueAnswer(Answer::ok, [] {
+        arrive("two ");
+        headless::advance(1000);
+        arrive("three");
+        EXPECT_EQ(page(), pageOf({}));
+    });
+    arrive("\x1b[32768one ");  // behind the digit that is too much stands text
+    EXPECT_EQ(countOf("box"), 1U);
+    EXPECT_EQ(page(), pageOf({{0, "one two three"}}));
+}
+
+TEST_F(NetworkHost, GoesWhileABoxOfABlockIsOpen) {
+    headless::queueAnswer(Answer::ok, [] {
+        arrive("three");
+        headless::socketCloses(comnet2);
+    });
+    arrive("one\x1b[32768 two");
+    EXPECT_EQ(countOf("box"), 2U);
+    EXPECT_EQ(boxes().back(), "The connection has been dropped");
+    EXPECT_FALSE(g_bConnectActive);
+    EXPECT_FALSE(comnet2.connected());
+    EXPECT_FALSE(receiving);
+    EXPECT_EQ(pendingBytes, 0);
+    EXPECT_TRUE(mnuconnitem.entry(connectionItem::connect).enabled);
+    for (const std::string& text : page()) EXPECT_EQ(text.find("three"), std::string::npos) << text;
+}
 
 class TelnetFlood : public NetworkHost, public ::testing::WithParamInterface<std::size_t> {
 protected:

@@ -54,6 +54,21 @@ TEST_F(SerialLine, ReceivedTextIsShownAndTraced) {
               (Lines{"Comser_OnComm() - MSCOMM_EV_RECEIVE", "Comser_OnComm() - MSCOMM_EV_RECEIVE ready"}));
 }
 
+TEST_F(SerialLine, ABoxInTheMiddleOfABlockKeepsWhatArrivesForThePoll) {
+    startSerialPoll();
+    headless::queueAnswer(Answer::ok, [] {
+        headless::serialReceives(comser, "two ", false);
+        headless::advance(1000);
+        headless::serialReceives(comser, "three", false);
+        EXPECT_EQ(comser.inBufferCount(), 9);
+    });
+    headless::serialReceives(comser, "one\x1b[32768 ", false);
+    EXPECT_EQ(boxes(), (Lines{"An unexpected error 6 has occurred\r\nroutine: doEscBracket\r\nmessage: "
+                              "Overflow"}));
+    headless::advance(250);
+    EXPECT_EQ(firstRow(), "one two three");
+}
+
 TEST_F(SerialLine, TextBeforeTheSessionIsReadButNotShown) {
     g_bConnectActive = false;
     headless::serialReceives(comser, "OK\r\n", false);

@@ -44,5 +44,15 @@ TEST_F(MessageBoxTest, AnAnswerWithoutItsButtonGivesTheUsualOne) {
     EXPECT_EQ(ask(Buttons::yesNoCancel), Answer::cancel);
 }
 
+TEST_F(MessageBoxTest, WhatHappensInABoxComesBeforeItsAnswerAndMayOpenAnother) {
+    headless::queueAnswer(Answer::yes, [] {
+        EXPECT_EQ(taken(), (Lines{"box title=title text=text buttons=YesNo icon=question answer=Yes"}));
+        EXPECT_EQ(ask(Buttons::retryCancel), Answer::retry);
+    });
+    headless::queueAnswer(Answer::retry);
+    EXPECT_EQ(ask(Buttons::yesNo), Answer::yes);
+    EXPECT_EQ(taken(), (Lines{"box title=title text=text buttons=RetryCancel icon=question answer=Retry"}));
+}
+
 }  // namespace
 }  // namespace qxterm::test::message_box_test
