@@ -20,6 +20,7 @@ struct Socket::Native {
     std::size_t taken = 0;      ///< bytes read since the last reset of the count
     std::uint32_t attempt = 0;  ///< counts the attempts to connect
     bool announcing = false;    ///< an arrival handler runs
+    std::uint32_t rearmed = 0;  ///< counts the calls of rearmEvents
 };
 
 }  // namespace qxterm
@@ -116,6 +117,10 @@ bool socketInUse(const Socket& socket) {
     return socket.native != nullptr && socket.native->phase != Phase::closed;
 }
 
+std::uint32_t timesRearmed(const Socket& socket) {
+    return socket.native == nullptr ? 0 : socket.native->rearmed;
+}
+
 void resetSockets() {
     for (auto& [socket, state] : sockets()) socket->native = nullptr;
     sockets().clear();
@@ -171,6 +176,6 @@ bool Socket::connected() const { return native != nullptr && native->phase == Ph
 
 std::int16_t Socket::addressFamily(std::string_view /*host*/) const { return headless::family; }
 
-void Socket::rearmEvents() {}
+void Socket::rearmEvents() { ++stateOf(*this).rearmed; }
 
 }  // namespace qxterm

@@ -21,6 +21,9 @@ void setAddressFamily(std::int16_t number);
 /// True while the control has something to close: an attempt, a connection, or what is left of a lost one.
 [[nodiscard]] bool socketInUse(const Socket& socket);
 
+/// How often the program had the socket's messages armed anew.
+[[nodiscard]] std::uint32_t timesRearmed(const Socket& socket);
+
 /// Every socket closed, without a record.
 void resetSockets();
 

@@ -132,6 +132,28 @@ TEST_F(Start, TheReceiveStateBeginsWithTheWindow) {
     EXPECT_FALSE(firstDataSeen);
 }
 
+TEST_F(Start, AnActivatedWindowIsPaintedAndListensToItsSocketAnew) {
+    start();
+    processInput("\x1b[2;3Htext");
+    headless::deliverPaints();
+    const auto secondRow = [] {
+        std::string text;
+        for (int column = 0; column < 80; ++column) text += picterm.picture().at(column, 1).text();
+        return text;
+    };
+    const std::string whole = "  text" + std::string(74, ' ');
+    ASSERT_EQ(secondRow(), whole);
+    headless::deactivate(frmterm);
+    const std::uint32_t armed = headless::timesRearmed(comnet2);
+    picterm.fill(allCells, Raster::whiteness);  // another window has left its traces
+    headless::deliverPaints();
+    EXPECT_EQ(secondRow(), std::string(80, ' '));
+    headless::activate(frmterm);
+    headless::deliverPaints();
+    EXPECT_EQ(secondRow(), whole);
+    EXPECT_EQ(headless::timesRearmed(comnet2), armed + 1);
+}
+
 /// The program is up; its window closes.
 class Closing : public ProgramTest {
 protected:
