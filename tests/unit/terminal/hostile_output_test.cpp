@@ -2,6 +2,7 @@
 #include <random>
 #include <string>
 
+#include "diag/block_time.h"
 #include "platform/headless/event_loop.h"
 #include "terminal/commands/function_keys.h"
 #include "terminal/interpreter/sequences.h"
@@ -27,13 +28,11 @@ protected:
         expectOrdinaryOutputIsShown();
         TerminalTest::TearDown();
     }
-    /// A block is interpreted, up to each of its yields, in a tenth of a second of the processor's time; ten
-    /// times that is allowed, as sanitizers look on.
     static void play(std::string_view bytes) {
         for (std::size_t at = 0; at < bytes.size(); at += GetParam()) {
             const std::clock_t before = std::clock();
             host(bytes.substr(at, GetParam()));
-            ASSERT_LT(std::clock() - before, CLOCKS_PER_SEC) << "block at " << at;
+            ASSERT_LT(std::clock() - before, test::longestBlock) << "block at " << at;
         }
     }
 
