@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <ctime>
 #include <random>
+#include <set>
+#include <sstream>
 #include <string>
 
 #include "diag/block_time.h"
@@ -62,6 +65,14 @@ protected:
                 ASSERT_TRUE((value & 0xFFU) < 64 && ((value >> 8U) & 15U) < 8 && (value >> 12U) < 8) << value;
             }
         }
+    }
+
+    /// The unexpected errors so far, each kind once: number and routine.
+    static std::set<std::string> differentFaults() {
+        std::set<std::string> different;
+        std::istringstream all{faults()};
+        for (std::string fault; std::getline(all, fault, ';');) different.insert(fault);
+        return different;
     }
 
     static void expectOrdinaryOutputIsShown() {
@@ -206,46 +217,78 @@ TEST_P(HostileOutput, RegionsOfEveryKind) {
     EXPECT_EQ(faults(), "");
 }
 
+/// A command on the status row, and the column that it takes the cursor to. Columns count from 0, and 80 is
+/// behind the last one.
+struct OutsideCommand {
+    const char* bytes;
+    int (*columnBehind)(int column);
+    const char* faultLeftOfTheLine;  ///< number and routine, "" for none
+};
+
+constexpr auto stays = [](int column) { return column; };
+constexpr auto toFirst = [](int) { return 0; };
+constexpr auto back = [](int column) { return std::max(column - 1, 0); };
+constexpr auto backTo8 = [](int column) { return column < 0 ? 0 : (column - 1) / 8 * 8; };
+
+const OutsideCommand outsideCommands[] = {
+    {"ext", stays, ""},
+    {"\x1b[@", stays, "5 insChars"},
+    {"\x1b[5@", stays, "5 insChars"},
+    {"\x1b[32767@", stays, "5 insChars"},
+    {"\x1b[P", stays, "5 delChars"},
+    {"\x1b[32767P", stays, "5 delChars"},
+    {"\x1b[K", stays, ""},
+    {"\x1b[1K", stays, ""},
+    {"\x1b[2K", stays, ""},
+    {"\x1b[J", stays, ""},
+    {"\x1b[1J", stays, ""},
+    {"\t", [](int column) { return column < 0 ? 0 : 80; }, ""},
+    {"\b", back, ""},
+    {"\x1b[D", back, ""},
+    {"\x1b[Z", backTo8, ""},
+    {"\x1b[9Z", [](int column) { return std::max(backTo8(column) - 64, 0); }, ""},
+    {"\x1b[C", [](int column) { return column < 0 ? 0 : 79; }, ""},
+    // nothing was saved on the status row: the cursor goes to the corner of the page
+    {"\x1b"
+     "7\x1b"
+     "8",
+     toFirst, ""},
+    {"\x1bM", stays, ""},
+    {"\x1b"
+     "D",
+     stays, ""},
+    {"\n", stays, ""},
+    {"\x1b[9b", stays, ""},
+    {"\x1b[L", stays, ""},
+};
+
+/// What is told of text at a column. With wrapping, text behind the line goes to column 0; without it, the
+/// first character goes one column to the left. In insert mode it is the insertion that fails.
+std::string faultOfText(int column, bool wrap, bool insert) {
+    if (column < 0) return insert ? "5 insChars" : "5 putBuf";
+    if (wrap || column <= 80) return "";
+    return insert ? "9 insChars" : "9 putBuf";
+}
+
 TEST_P(HostileOutput, ColumnsFarOutsideTheLine) {
-    for (const char* wrap : {"\x1b[?7h", "\x1b[?7l"}) {
-        for (const char* insert : {"\x1b[4l", "\x1b[4h"}) {
-            for (const char* column : {"0", "81", "82", "100", "32767"}) {
-                for (const char* then : {"text",
-                                         "\x1b[@",
-                                         "\x1b[5@",
-                                         "\x1b[32767@",
-                                         "\x1b[P",
-                                         "\x1b[32767P",
-                                         "\x1b[K",
-                                         "\x1b[1K",
-                                         "\x1b[2K",
-                                         "\x1b[J",
-                                         "\x1b[1J",
-                                         "\t",
-                                         "\b",
-                                         "\x1b[Z",
-                                         "\x1b[9Z",
-                                         "\x1b[C",
-                                         "\x1b[D",
-                                         "\x1b"
-                                         "7\x1b"
-                                         "8",
-                                         "\x1bM",
-                                         "\x1b"
-                                         "D",
-                                         "\n",
-                                         "\x1b[9b",
-                                         "\x1b[L"}) {
-                    play("\x1b[1;1Hq" + std::string{wrap} + insert + "\x1b[1;" + column + "x" + then + "t");
-                    play("\x1b[4l");
+    for (const bool wrap : {true, false}) {
+        for (const bool insert : {false, true}) {
+            for (const int column : {-1, 80, 81, 99, 32766}) {
+                for (const OutsideCommand& command : outsideCommands) {
+                    forgetHarmless();
+                    play("\x1b[1;1Hq" + std::string{wrap ? "\x1b[?7h" : "\x1b[?7l"} +
+                         (insert ? "\x1b[4h" : "\x1b[4l") + "\x1b[1;" + std::to_string(column + 1) + "x" +
+                         command.bytes + "t");
+                    play("\x1b[H\x1b[4l");  // text that could not be stored is tried once more
+                    std::set<std::string> expected{column < 0 ? command.faultLeftOfTheLine : "",
+                                                   faultOfText(command.columnBehind(column), wrap, insert)};
+                    expected.erase("");
+                    EXPECT_EQ(differentFaults(), expected)
+                        << "column " << column << ", " << command.bytes << (wrap ? ", wrap" : "")
+                        << (insert ? ", insert" : "");
                 }
             }
         }
-    }
-    for (const std::string& fault : boxes()) {
-        EXPECT_TRUE(fault.find("error 9 ") != std::string::npos ||
-                    fault.find("error 5 ") != std::string::npos)
-            << fault;
     }
 }
 
