@@ -1,9 +1,12 @@
 """The checks find what they are there to find, and nothing else."""
 
+import contextlib
 import importlib.util
+import io
 import json
 import os
 import shutil
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -22,6 +25,7 @@ def load(path):
     return module
 
 
+house = load(os.path.join(HERE, "house.py"))
 includes = load(os.path.join(HERE, "check-includes.py"))
 system_calls = load(os.path.join(HERE, "check-system-calls.py"))
 words = load(os.path.join(HERE, "check-words.py"))
@@ -63,6 +67,28 @@ class SmallTree(unittest.TestCase):
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
+
+
+class House(SmallTree):
+    def reported(self, problems, checked):
+        said = io.StringIO()
+        with contextlib.redirect_stdout(said):
+            status = house.report(problems, checked)
+        return status, said.getvalue()
+
+    def test_report(self):
+        self.assertEqual(self.reported([], 3), (0, "3 files in order\n"))
+        self.assertEqual(self.reported(["a.h:1: bad"], 3), (1, "a.h:1: bad\n1 found in 3 files\n"))
+
+    def test_a_check_that_looked_at_nothing_fails(self):
+        self.assertEqual(self.reported([], 0), (1, "there is no file to look at\n1 found in 0 files\n"))
+
+    def test_layout_cannot_be_checked_without_clang_format(self):
+        self.write("src/a.cpp", "int a;\n")
+        result = subprocess.run([sys.executable, os.path.join(HERE, "check-format.py"), self.root],
+                                env={"PATH": self.root}, capture_output=True, text=True)
+        self.assertEqual((result.returncode, result.stdout),
+                         (1, "clang-format is not installed: tools/setup/install.sh checks\n"))
 
 
 class StaticAnalysis(SmallTree):
@@ -757,6 +783,11 @@ class ScenarioRunner(SmallTree):
 
     def test_output_that_is_no_json(self):
         self.assertNotEqual(self.run_with('{"event":"x"}\ncrash\n', "#> x\n"), [])
+        # Only the file has comments.
+        path = os.path.join(self.root, "a.scn")
+        for line in ("# note", "#> y"):
+            self.assertEqual(self.run_with('{"event":"x"}\n' + line + "\n", "#> x\n"),
+                             [f"{path}: this was printed, and is no JSON: {line}"])
 
     def test_malformed_expectation_is_reported_with_file_and_line(self):
         path = os.path.join(self.root, "a.scn")
