@@ -164,6 +164,19 @@ def withoutCarrier():
         idle(program)
 
 
+def timersRefused():
+    """A wait for the carrier that nothing could end is not begun, and that is told."""
+    with calling("waiting") as program:
+        program.click("frmConn", "cmdCancel")
+        idle(program)
+        program.ask("faults", more={"faults": {"SetTimer": [0, 1 << 30]}})
+        program.connectionMenu("c")
+        program.clickButton(program.messageBox("Out of memory."), "Cancel")
+        program.ask("faults", more={"faults": {}})
+        idle(program)
+        connectAgain(program)
+
+
 def cancelled():
     """In each state; the next call works."""
     with calling() as program:
@@ -183,4 +196,4 @@ def cancelled():
         connectAgain(program)
 
 
-run(callAndHangUp, refusedCalls, retried, withoutCarrier, cancelled)
+run(callAndHangUp, refusedCalls, retried, withoutCarrier, timersRefused, cancelled)

@@ -163,8 +163,10 @@ void finish(Connection& connection) {
     connection.owner.onClose.raise();
 }
 
-void post(const Connection& connection, WORD event) {
-    PostMessageA(messageWindow(), connection.message, connection.handle, event);
+/// As the system tells that something can be read.
+void postRead(Connection& connection) {
+    if (PostMessageA(messageWindow(), connection.message, connection.handle, FD_READ) == 0)
+        (void)goOnLater(connection);
 }
 
 [[nodiscard]] bool mayRead(const Connection& connection) {
@@ -275,7 +277,7 @@ bool readMore(Connection& connection) {
 void readOn(Connection& connection) {
     if (!connection.held || connection.unread() >= unreadLimit) return;
     connection.held = false;
-    post(connection, FD_READ);
+    postRead(connection);
 }
 
 void sendBytes(Connection& connection, const char* bytes, std::size_t count) {
@@ -297,7 +299,7 @@ void sendRest(Connection& connection) {
         }
         if (WSAGetLastError() == WSAEWOULDBLOCK) return;
         connection.state = State::ending;
-        post(connection, FD_READ);
+        postRead(connection);
     }
     forgetUnsent(connection);
 }

@@ -11,11 +11,12 @@ using HtmlHelp = HWND(WINAPI*)(HWND owner, const char* file, UINT command, DWORD
 
 /// From the system's folder alone; loaded when it is first needed, for it starts threads of its own.
 HtmlHelp htmlHelp() {
-    static const HtmlHelp found = [] {
+    static HtmlHelp found = nullptr;
+    if (found == nullptr) {
         HMODULE const library = LoadLibraryExA("hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
         FARPROC const routine = library != nullptr ? GetProcAddress(library, "HtmlHelpA") : nullptr;
-        return reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(routine));
-    }();
+        found = reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(routine));
+    }
     return found;
 }
 

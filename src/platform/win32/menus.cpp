@@ -61,15 +61,16 @@ std::vector<Shown> visibleEntries(const Menu& menu) {
 }
 
 void rebuild(NativeMenu& native, std::vector<Shown> entries) {
-    while (GetMenuItemCount(native.popup) > 0) DeleteMenu(native.popup, 0, MF_BYPOSITION);
     bool whole = true;
+    for (int left = GetMenuItemCount(native.popup); left > 0; --left)
+        whole &= DeleteMenu(native.popup, static_cast<UINT>(left - 1), MF_BYPOSITION) != 0;
     for (const Shown& entry : entries) {
         const bool separator = entry.caption == "-";
         whole &= AppendMenuA(native.popup, separator ? MF_SEPARATOR : MF_STRING,
                              static_cast<UINT_PTR>(entry.command),
                              separator ? nullptr : entry.caption.c_str()) != 0;
     }
-    // What is missing is put in when the menu is opened.
+    // What is missing is put in, and what is too much goes, when the menu is opened.
     native.shown = whole ? std::move(entries) : std::vector<Shown>{};
 }
 

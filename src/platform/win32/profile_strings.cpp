@@ -24,7 +24,8 @@ std::string usualFile() {
 /// and the profiles behind that place would be gone.
 bool roomToWrite() {
     constexpr ULONGLONG enough = 65536;
-    static const std::string file = usualFile();
+    static std::string file;
+    if (file.empty()) file = usualFile();
     if (file.empty() || !win32::fileExists(file)) return true;
     const std::string folder = file.substr(0, file.find_last_of('\\') + 1);
     ULARGE_INTEGER room{};

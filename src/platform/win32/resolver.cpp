@@ -58,12 +58,17 @@ void ask(const Question& question, LookUp& answer) {
     if (answer.addresses.empty()) answer.error = WSANO_DATA;
 }
 
+/// False when the system would not take the message.
+bool announce(const Question& question) { return PostMessageA(question.receiver, wmResolved, 0, 0) != 0; }
+
+void keep(Question& question) {
+    const Locked locked;
+    answers().splice(answers().end(), question.answer);
+}
+
 void send(Question& question) {
-    {
-        const Locked locked;
-        answers().splice(answers().end(), question.answer);
-    }
-    PostMessageA(question.receiver, wmResolved, 0, 0);
+    keep(question);
+    (void)announce(question);
 }
 
 DWORD WINAPI worker(void* data) {
@@ -74,7 +79,11 @@ DWORD WINAPI worker(void* data) {
         question->answer.front().addresses.clear();
         question->answer.front().error = WSAENOBUFS;
     }
-    send(*question);
+    keep(*question);
+    // Nobody waits for this thread.
+    constexpr int tries = 100;
+    constexpr DWORD pause = 50;  // milliseconds
+    for (int count = 0; count < tries && !announce(*question); ++count) Sleep(pause);
     return 0;
 }
 

@@ -179,8 +179,12 @@ void open(Port& port) {
     port.line = std::make_unique<SerialLine>(std::move(device), lastToken);
     port.carrier = port.line->carrier();
     constexpr UINT second = 1000;
-    if (port.carrierTimeout > 0 && !port.carrier) {
-        SetTimer(messageWindow(), timerCarrier, static_cast<UINT>(port.carrierTimeout) * second, nullptr);
+    if (port.carrierTimeout <= 0 || port.carrier) return;
+    if (SetTimer(messageWindow(), timerCarrier, static_cast<UINT>(port.carrierTimeout) * second, nullptr) ==
+        0) {
+        // Nothing would end the wait for a modem that says nothing.
+        port.line.reset();
+        throw RunTimeError{errors::outOfMemory};
     }
 }
 

@@ -56,7 +56,12 @@ DWORD WINAPI SerialLine::threadMain(void* self) {
     return 0;
 }
 
-void SerialLine::tell(LPARAM news) const { PostMessageA(messageWindow(), wmSerial, token_, news); }
+/// False when the system would not take the news: they are told with the next.
+bool SerialLine::tell(LPARAM news) {
+    untold_ |= news;
+    if (untold_ != 0 && PostMessageA(messageWindow(), wmSerial, token_, untold_) != 0) untold_ = 0;
+    return untold_ == 0;
+}
 
 void SerialLine::serve() {
     serveUntilStopped();
@@ -86,14 +91,16 @@ void SerialLine::serveUntilStopped() {
     for (;;) {
         beginWait();
         if (!look() || !beginWrite()) break;
-        const DWORD patience = watch_ == Watch::allEvents ? INFINITE : lookPeriod;
+        const DWORD patience = tell(0) && watch_ == Watch::allEvents ? INFINITE : lookPeriod;
         const DWORD result =
             WaitForMultipleObjects(static_cast<DWORD>(objects.size()), objects.data(), FALSE, patience);
         if (result == WAIT_OBJECT_0 || result == WAIT_FAILED) return;
         if (result == WAIT_OBJECT_0 + 2) waitEnded();
         if (result == WAIT_OBJECT_0 + 3 && !writeEnded()) break;
     }
-    if (WaitForSingleObject(stop_.get(), 0) != WAIT_OBJECT_0) tell(lineNews::gone);
+    for (DWORD pause = 0; WaitForSingleObject(stop_.get(), pause) != WAIT_OBJECT_0; pause = lookPeriod) {
+        if (tell(lineNews::gone)) return;
+    }
 }
 
 void SerialLine::beginWait() {
@@ -183,7 +190,7 @@ void SerialLine::lineEvents(DWORD events) {
         news |= lineNews::received;
     }
     if ((events & EV_RLSD) != 0) news |= lineNews::carrier;
-    if (news != 0) tell(news);
+    (void)tell(news);
 }
 
 void SerialLine::write(std::string_view bytes) {

@@ -67,7 +67,7 @@ private:
     [[nodiscard]] bool look();
     [[nodiscard]] bool writeEnded();
     void lineEvents(DWORD events);
-    void tell(LPARAM news) const;
+    bool tell(LPARAM news);
 
     KernelHandle port_;
     std::uint32_t token_;
@@ -81,6 +81,7 @@ private:
     bool writePending_ = false;
     Watch watch_ = Watch::allEvents;
     bool lastCarrier_ = false;
+    LPARAM untold_ = 0;  ///< news that the system would not take
 
     std::mutex mutex_;
     std::string unsent_;  ///< guarded by mutex_

@@ -122,6 +122,7 @@ constexpr std::intptr_t invalid = -1;
     X(CreateSolidBrush, none, ERROR_NOT_ENOUGH_MEMORY)               \
     X(CreateThread, none, ERROR_NOT_ENOUGH_MEMORY)                   \
     X(CreateWindowExA, none, ERROR_NOT_ENOUGH_MEMORY)                \
+    X(DeleteMenu, none, ERROR_NOT_ENOUGH_MEMORY)                     \
     X(DrawTextA, none, ERROR_INVALID_HANDLE)                         \
     X(EmptyClipboard, none, ERROR_ACCESS_DENIED)                     \
     X(EnableMenuItem, invalid, ERROR_INVALID_HANDLE)                 \
