@@ -43,16 +43,16 @@ TEST(ChangePacer, TellsOfTheSelection) {
 TEST(ChangePacer, WaitsLongBehindManyRowsAndShortlyBehindFew) {
     ChangePacer pacer;
     (void)pacer.look({}, 1000);
-    EXPECT_EQ(pacer.waitFrom(1000), ChangePacer::shortPause);
+    EXPECT_EQ(pacer.waitFrom(1000), 50);
     EXPECT_EQ(pacer.waitFrom(1049), 1);
     EXPECT_EQ(pacer.waitFrom(1050), 0);
     ScreenReading many;
     many.rows[0] = many.rows[1] = many.rows[2] = "x";
     (void)pacer.look(many, 2000);
-    EXPECT_EQ(pacer.waitFrom(2000), ChangePacer::longPause);
+    EXPECT_EQ(pacer.waitFrom(2000), 250);
     many.rows[0] = many.rows[1] = "y";
     (void)pacer.look(many, 2250);
-    EXPECT_EQ(pacer.waitFrom(2250), ChangePacer::shortPause);
+    EXPECT_EQ(pacer.waitFrom(2250), 50);
 }
 
 TEST(ChangePacer, ForgetsWhatItHasSeen) {
