@@ -50,9 +50,13 @@ class Helper:
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
-            self.process.kill()
-        self.process.wait()
+        # By the system, as the terminal does. Wine's server does not always survive that a program is killed which waits in
+        # select().
+        while self.process.poll() is None:
+            subprocess.run([os.environ["WINE"], "taskkill", "/f", "/im", f"{self.name}-faults.exe"], stdin=subprocess.DEVNULL,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            with contextlib.suppress(subprocess.TimeoutExpired):
+                self.process.wait(5)
         self._scratch.cleanup()
 
     def said(self):
