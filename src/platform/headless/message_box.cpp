@@ -93,16 +93,16 @@ namespace qxterm {
 Answer messageBox(std::string_view text, std::string_view title, Buttons buttons, Icon icon) {
     if (eventLoop::ending() || headless::fails(headless::Point::boxShow))
         return headless::usualAnswer(buttons);
-    const auto [answer, meanwhile] = headless::nextAnswer(buttons);
+    const headless::Queued next = headless::nextAnswer(buttons);
     headless::record("box", [&] {
         return headless::Fields{{"title", std::string{title}},
                                 {"text", std::string{text}},
                                 {"buttons", headless::nameOf(buttons)},
                                 {"icon", headless::nameOf(icon)},
-                                {"answer", headless::nameOf(answer)}};
+                                {"answer", headless::nameOf(next.answer)}};
     });
-    if (meanwhile) meanwhile();
-    return answer;
+    if (next.meanwhile) next.meanwhile();
+    return next.answer;
 }
 
 }  // namespace qxterm
