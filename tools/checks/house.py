@@ -74,16 +74,16 @@ def without_comments(lines):
         yield kept
 
 
-def report(problems, checked):
+def report(problems, checked, what="files"):
     """Prints the problems and returns the exit status. A check that has looked at nothing has found nothing out."""
     if checked == 0 and not problems:
-        problems = ["there is no file to look at"]
+        problems = [f"there are no {what} to look at"]
     for problem in problems:
         print(problem)
     if problems:
-        print(f"{len(problems)} found in {checked} files")
+        print(f"{len(problems)} found in {checked} {what}")
     else:
-        print(f"{checked} files in order")
+        print(f"{checked} {what} in order")
     return 1 if problems else 0
 
 

@@ -81,7 +81,7 @@ class House(SmallTree):
         self.assertEqual(self.reported(["a.h:1: bad"], 3), (1, "a.h:1: bad\n1 found in 3 files\n"))
 
     def test_a_check_that_looked_at_nothing_fails(self):
-        self.assertEqual(self.reported([], 0), (1, "there is no file to look at\n1 found in 0 files\n"))
+        self.assertEqual(self.reported([], 0), (1, "there are no files to look at\n1 found in 0 files\n"))
 
     def test_layout_cannot_be_checked_without_clang_format(self):
         self.write("src/a.cpp", "int a;\n")
