@@ -28,7 +28,6 @@ import scenario_file
 SECONDS = 60
 CONTEXT = 3
 REFUSED = 2  # exit status after a line that could not be carried out
-STARTS = 3
 
 
 def canonical(item):
@@ -36,21 +35,10 @@ def canonical(item):
     return json.dumps(item, sort_keys=True)
 
 
-def started(command):
-    """The program's result. Wine ends one program in some thousand before it has begun: with status 1, which the tool itself
-    never gives, and without the number of the first line, which the tool prints before all else. That is no result, and the
-    program is started again."""
-    for _ in range(STARTS):
-        result = subprocess.run(command, capture_output=True, timeout=SECONDS)
-        if result.returncode != 1 or result.stdout or result.stderr:
-            break
-    return result
-
-
 def play(program, path):
     """What the lines of a scenario print, as {line: [object]}, and what went wrong besides."""
     try:
-        result = started(program + ["--lines", path])
+        result = subprocess.run(program + ["--lines", path], capture_output=True, timeout=SECONDS)
     except subprocess.TimeoutExpired:
         return {}, [f"it was still running after {SECONDS} seconds"]
     printed, problems, line = {}, [], 0
