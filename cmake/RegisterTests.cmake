@@ -210,7 +210,14 @@ function(qxterm_wine_test name seconds)
 endfunction()
 
 qxterm_test(
-    wine/fault-table wine 60 "${Python3_EXECUTABLE}" "${checks}/check-faults.py" "${windows_build}/qxterm-probe.exe"
+    wine/fault-table
+    wine
+    60
+    "${Python3_EXECUTABLE}"
+    "${checks}/check-faults.py"
+    "${windows_build}/qxterm-probe.exe"
+    "${windows_build}/zpt_ssh-faults.exe"
+    "${windows_build}/zpt_tnetd-faults.exe"
 )
 
 qxterm_test(wine/program-files wine 60 "${Python3_EXECUTABLE}" "${checks}/check-program.py" "${windows_build}")

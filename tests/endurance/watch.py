@@ -86,8 +86,8 @@ class Watch(threading.Thread):
 
     def processor(self):
         """Seconds in which the window's thread has run, and in which it has waited for a processor."""
-        ran, waited, _ = Path(f"/proc/{self._desk.process.pid}/schedstat").read_text().split()
-        return {"ran": int(ran) / 1e9, "waited": int(waited) / 1e9}
+        ran, waited = self._desk.processor()
+        return {"ran": ran, "waited": waited}
 
     def take(self, rest=False):
         with self._taking:

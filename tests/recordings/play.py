@@ -17,7 +17,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from described import COLUMNS, RAW, ROWS, Description, Screen, Unexplained
+from described import COLUMNS, ROWS, Description, Screen, Unexplained
 from screen_text import lookText, screensText
 
 HERE = Path(__file__).resolve().parent

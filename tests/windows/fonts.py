@@ -6,7 +6,6 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 import cells  # noqa: E402
-from peers import Peer  # noqa: E402
 from program import Program, check, checkEqual, netProfile, run, waitFor, writeProfiles  # noqa: E402
 
 SIZES = {"small": 9, "medium": 10, "large": 11}  # points

@@ -13,11 +13,13 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 import installer  # noqa: E402
+import processes  # noqa: E402
 from desk import Desk  # noqa: E402
 from installer import FAILED, FOLDER, checkInstalled, msiexec, msiOf, windowsPath, wine  # noqa: E402
 from neighbour import heldFile  # noqa: E402
 from peers import DemonstrationHost, Peer  # noqa: E402
 from program import TITLE, Failure, check, checkEqual, iniPath, readIni, run, saveScreen, waitFor, writeIni  # noqa: E402
+from tcp_table import connectedTo  # noqa: E402
 
 # What stood in the machine's file before the program was installed.
 OLD_PROFILES = {"Settings": {"Profiles": "shop ", "timeout": "33"},
@@ -28,19 +30,13 @@ class InPrefix:
     """The program of this name that runs in the prefix, whoever has started it."""
 
     def __init__(self, name, seconds=60):
-        self._name = name.lower().encode()
+        self._name = name.lower()
         self.pid = waitFor(self._find, f"{name} is running", seconds)
         self.returncode = None
 
     def _find(self):
-        for entry in Path("/proc").iterdir():
-            with contextlib.suppress(OSError):
-                if entry.name.isdigit():
-                    program = (entry / "cmdline").read_bytes().split(b"\0")[0].lower()
-                    if re.split(rb"[\\/]", program)[-1] == self._name and (
-                            os.environb[b"WINEPREFIX"] in (entry / "environ").read_bytes()):
-                        return int(entry.name)
-        return None
+        return next((process for process, words in processes.inPrefix().items()
+                     if re.split(r"[\\/]", words[0].lower())[-1] == self._name), None)
 
     @staticmethod
     def end(name):
@@ -159,12 +155,6 @@ def upgradeWhileItRuns(program, new):
     program.waitText("Agents and queues", row=0)
     program.key("F6")
     program.waitText("Main menu", row=0)
-
-
-def connectedTo(port):
-    """Whether somebody on this machine has a connection to the port; 01 is an established one."""
-    rows = [line.split() for line in Path("/proc/net/tcp").read_text().splitlines()[1:]]
-    return any(row[2] == f"0100007F:{port:04X}" and row[3] == "01" for row in rows)
 
 
 def newVersionStarts(port):

@@ -9,7 +9,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from desk import Desk, setColours, silentHost  # noqa: E402
 from peers import DemonstrationHost  # noqa: E402
-from program import ROOT, netProfile, waitFor, writeIni, writeProfiles, xdotool  # noqa: E402
+from program import ROOT, netProfile, waitFor, writeIni, writeProfiles  # noqa: E402
 
 DPI = int(sys.argv[1])
 SCHEME = os.environ.get("QXTERM_COLOURS", "")

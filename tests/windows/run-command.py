@@ -13,6 +13,7 @@ import tempfile
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
+import processes  # noqa: E402
 from peers import DemonstrationHost, Peer  # noqa: E402
 from program import (ROOT, TEST, TITLE, SHOTS, Program, check, checkEqual, focusTitle, netProfile, readIni, run,  # noqa: E402
                      waitFor, writeProfiles, xdotool)
@@ -73,14 +74,7 @@ class Command:
 
 def left():
     """Processes of the test's prefix, but for those of the test."""
-    found = []
-    for folder in Path("/proc").glob("[0-9]*"):
-        with contextlib.suppress(OSError):
-            if f"QXTERM_PREFIX={os.environ['WINEPREFIX']}".encode() in (folder / "environ").read_bytes().split(b"\0"):
-                command = (folder / "cmdline").read_bytes().replace(b"\0", b" ").decode(errors="replace")
-                if command:
-                    found.append(command)
-    return found
+    return [" ".join(words) for words in processes.inPrefix("QXTERM_PREFIX").values()]
 
 
 def nothingLeft(port=None):

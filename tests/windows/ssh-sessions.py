@@ -15,8 +15,9 @@ from account import testUser  # noqa: E402
 from listener import PortTaken  # noqa: E402
 from peers import Peer, TelnetDaemon  # noqa: E402
 from program import Failure, Program, check, checkEqual, run, waitFor, writeProfiles  # noqa: E402
-from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, listeners, loopbacks, noHelpers,  # noqa: E402
+from ssh_server import (HOST, TELNET, SlowWay, SshServer, freePort, helpers, loopbacks, noHelpers,  # noqa: E402
                         programFolder, startingClient)
+from tcp_table import listeners  # noqa: E402
 
 OPENING = f"Opening SSH connection to host: {HOST}"
 TIMED_OUT = "The connection as timed out"

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Every call of the system that the program makes can be made to fail (tests/windows/faults/fault_table.cpp), or is named with
+"""Every call of the system that a program makes can be made to fail (tests/windows/faults/fault_table.cpp), or is named with
 its reason among those that are not tried (docs/testing/faults.md), or asks, gives back or shows, so that nothing follows from
-its failure but what it would have told or shown.
+its failure but what it would have told or shown. And every call that can be made to fail fails in a test of the window.
 
-Usage: check-faults.py PROGRAM     (qxterm-probe.exe: it names all that it calls in its table of imports)
+Usage: check-faults.py PROGRAM ...     (they name all that they call in their tables of imports)
 """
 
 import re
@@ -16,6 +16,7 @@ import house
 TABLE = "tests/windows/faults/fault_table.cpp"
 PAGE = "docs/testing/faults.md"
 SOURCES = ("src/platform/win32", "helpers")
+TESTS = "tests/windows"
 # Without the A or W at the end.
 NOTHING_FOLLOWS = set("""
     CountClipboardFormats GetActiveWindow GetAncestor GetClientRect GetCommandLine GetCurrentThreadId GetDeviceCaps GetDlgItem
@@ -33,7 +34,7 @@ NOTHING_FOLLOWS = set("""
     AcquireSRWLockExclusive AdjustWindowRectEx DefSubclassProc DefWindowProc DispatchMessage EnumThreadWindows GdiFlush
     HeapSetInformation InflateRect InitCommonControlsEx IsDialogMessage LoadCursor LoadIcon MapWindowPoints MulDiv MultiByteToWideChar
     NotifyWinEvent OffsetRect OutputDebugString PtInRect SetDllDirectory SetErrorMode Sleep TranslateMessage WideCharToMultiByte
-    inet_pton ntohs
+    ExitProcess GetStdHandle SetDefaultDllDirectories htonl htons inet_pton ntohs
 
     CreateCaret CreateCompatibleBitmap EnableWindow InvalidateRect RedrawWindow RoundRect SetActiveWindow SetBkColor SetBkMode
     SetCapture SetCaretPos SetDCBrushColor SetForegroundWindow SetTextAlign SetTextColor SetWindowLongPtr ShowCaret UpdateWindow
@@ -53,19 +54,29 @@ def imported(listing):
     return names
 
 
-def main(program):
-    listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", program], capture_output=True, text=True, check=True).stdout
-    table = set(re.findall(r"\bX\((\w+),", Path(TABLE).read_text(encoding="utf-8")))
+def words(folder, pattern):
+    """All identifiers in the files of a folder."""
+    return {word for path in Path(folder).rglob(pattern) for word in re.findall(r"\w+", path.read_text(encoding="utf-8"))}
+
+
+def check(names):
+    """What is wrong. names: all that is imported."""
+    table = set(re.findall(r"^ *X\((\w+),", Path(TABLE).read_text(encoding="utf-8"), re.MULTILINE))
     page = set(re.findall(r"\w+", Path(PAGE).read_text(encoding="utf-8")))
-    # What the compiler's own libraries call is theirs.
-    called = set()
-    for folder in SOURCES:
-        for path in Path(folder).rglob("*.*"):
-            called |= set(re.findall(r"\w+", path.read_text(encoding="utf-8")))
-    names = {name for name in imported(listing) & called if name not in table}
-    problems = [f"{name}: it cannot be made to fail, and no page says why" for name in sorted(names)
+    problems = [f"{name}: it cannot be made to fail, and no page says why" for name in sorted(names - table)
                 if not {name, re.sub(r"[AW]$", "", name)} & (page | NOTHING_FOLLOWS)]
-    return house.report(problems, len(imported(listing) & called), "calls")
+    return problems + [f"{name}: it can be made to fail, and no test does" for name in sorted(table - words(TESTS, "*.py"))]
 
 
-sys.exit(main(sys.argv[1]))
+def main(programs):
+    names = set()
+    for program in programs:
+        command = ["x86_64-w64-mingw32-objdump", "-p", program]
+        names |= imported(subprocess.run(command, capture_output=True, text=True, check=True).stdout)
+    # What the compiler's own libraries call is theirs.
+    names &= set().union(*(words(folder, "*.*") for folder in SOURCES))
+    return house.report(check(names), len(names), "calls")
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

@@ -34,6 +34,7 @@ version = load(os.path.join(HERE, "check-version.py"))
 code_map = load(os.path.join(HERE, "check-code-map.py"))
 changes = load(os.path.join(HERE, "check-changes.py"))
 links = load(os.path.join(HERE, "check-links.py"))
+faults = load(os.path.join(HERE, "check-faults.py"))
 pages = load(os.path.join(HERE, "check-help.py"))
 examples = load(os.path.join(HERE, "check-examples.py"))
 clang_tidy = load(os.path.join(HERE, "check-clang-tidy.py"))
@@ -422,6 +423,32 @@ class Changes(SmallTree):
         self.assertEqual(self.found("# Changes\n\n## 2.0\n\n- a\n\n## 1.0\n\n- b\n"),
                          ['CHANGELOG.md:3: 2.0 lacks "### Security"', 'CHANGELOG.md:7: 1.0 lacks "### Security"'])
         self.assertEqual(self.found("# Changes\n"), ["CHANGELOG.md:1: no version was found"])
+
+
+class Faults(SmallTree):
+    def setUp(self):
+        super().setUp()
+        before = os.getcwd()
+        self.addCleanup(os.chdir, before)
+        os.chdir(self.root)
+        self.write(faults.TABLE, "#define FAULTY(X)       \\\n    X(BitBlt, none, 1)  \\\n    X(send, invalid, 2)\n")
+        self.write(faults.PAGE, "Not tried: `SetFocus`, as nothing depends on it.\n")
+        self.write(f"{faults.TESTS}/one.py", 'failing("BitBlt")\nstarts("send 1 2")\n')
+
+    def test_calls_that_fail_are_named_or_carry_nothing(self):
+        self.assertEqual(faults.check({"BitBlt", "send", "SetFocus", "GetParent", "LoadCursorA"}), [])
+
+    def test_call_that_nothing_makes_fail(self):
+        self.assertEqual(faults.check({"send", "LoadMenuA"}), ["LoadMenuA: it cannot be made to fail, and no page says why"])
+
+    def test_entry_that_no_test_uses(self):
+        self.write(f"{faults.TESTS}/one.py", 'failing("BitBlt")\nsender("x")\n')
+        self.assertEqual(faults.check(set()), ["send: it can be made to fail, and no test does"])
+
+    def test_table_of_imports(self):
+        listing = ("\tDLL Name: KERNEL32.dll\n\tvma:  Hint/Ord Member-Name Bound-To\n\t1a2b\t  65  CloseHandle\n"
+                   "\n\tDLL Name: msvcrt.dll\n\t1a2c\t  66  fopen\n\n\tDLL Name: WS2_32.dll\n\t1a2d\t<none>  send\n")
+        self.assertEqual(faults.imported(listing), {"CloseHandle", "send"})
 
 
 class Links(SmallTree):

@@ -7,7 +7,6 @@ import resource
 import subprocess
 import sys
 import threading
-import time
 from dataclasses import dataclass, field
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))

@@ -146,13 +146,11 @@ constexpr std::intptr_t invalid = -1;
     X(GetUpdateRgn, none, ERROR_INVALID_HANDLE)                      \
     X(GlobalAlloc, none, ERROR_NOT_ENOUGH_MEMORY)                    \
     X(GlobalLock, none, ERROR_NOT_ENOUGH_MEMORY)                     \
-    X(IsProcessInJob, none, ERROR_ACCESS_DENIED)                     \
     X(LoadImageA, none, ERROR_NOT_ENOUGH_MEMORY)                     \
     X(LoadLibraryExA, none, ERROR_MOD_NOT_FOUND)                     \
     X(MessageBeep, none, ERROR_ACCESS_DENIED)                        \
     X(MessageBoxA, none, ERROR_NOT_ENOUGH_MEMORY)                    \
     X(OpenClipboard, none, ERROR_ACCESS_DENIED)                      \
-    X(OpenProcess, none, ERROR_ACCESS_DENIED)                        \
     X(PatBlt, none, ERROR_INVALID_HANDLE)                            \
     X(PostMessageA, none, ERROR_NOT_ENOUGH_QUOTA)                    \
     X(QueueUserWorkItem, none, ERROR_NOT_ENOUGH_MEMORY)              \

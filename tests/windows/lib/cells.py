@@ -5,10 +5,9 @@ any cell must look: its colours, reverse video, underline, the cursor. Every pix
 """
 
 import time
-from pathlib import Path
 
 from peers import Peer
-from program import SHOTS, TEST, Failure, capture, check, netProfile, saveScreen
+from program import TEST, Failure, capture, check, saveScreen
 
 COLUMNS, ROWS = 80, 25
 SHIFT_OUT, BOLD, UNDERLINE, BLINK, REVERSE = 1, 2, 4, 8, 16

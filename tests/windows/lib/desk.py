@@ -5,9 +5,9 @@ import os
 import socket
 import subprocess
 import tempfile
-from pathlib import Path
 
-from program import TITLE, Failure, Program, checkEqual, focusTitle, waitFor, xdotool
+from program import TITLE, Program, checkEqual, focusTitle, waitFor, xdotool
+from tcp_table import waitingAt
 
 MENUS = ("Profile", "Edit", "Connection", "Help")
 
@@ -180,14 +180,6 @@ def setColours(scheme):
         file.flush()
         subprocess.run([os.environ["WINE"], "regedit", "/S", file.name], check=True, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
-
-def waitingAt(port):
-    """Connections that a listener of the loopback address has not accepted yet: the system shows their number where
-    unread bytes stand otherwise."""
-    rows = [line.split() for line in Path("/proc/net/tcp").read_text().splitlines()[1:]]
-    return max((int(row[4].split(":")[1], 16) for row in rows if row[1] == f"0100007F:{port:04X}" and row[3] == "0A"),
-               default=0)
 
 
 @contextlib.contextmanager

@@ -11,6 +11,8 @@ import tempfile
 import time
 from pathlib import Path
 
+import processes
+
 ROOT = Path(__file__).resolve().parents[3]
 BUILD = Path(os.environ.get("QXTERM_BUILD", ROOT / "build" / "windows"))
 SHOTS = ROOT / "build" / "shots" / "windows"
@@ -194,8 +196,7 @@ class Program:
 
     def processor(self):
         """Seconds in which the window's thread has run, and in which it has waited for a processor."""
-        ran, waited, _ = Path(f"/proc/{self.process.pid}/schedstat").read_text().split()
-        return int(ran) / 1e9, int(waited) / 1e9
+        return processes.threadTimes(self.process.pid)
 
     def answerTime(self):
         """Seconds until the window's message loop answers a question, without those in which its thread waited for a

@@ -7,11 +7,11 @@ import select
 import shutil
 import socket
 import subprocess
-import sys
 import tempfile
 import time
 from pathlib import Path
 
+import processes
 from listener import Listener, inBackground
 from program import BUILD, PATIENCE, ROOT, Failure, waitFor
 
@@ -57,22 +57,6 @@ def loopbacks():
         with contextlib.suppress(OSError):
             freePort(address)
             found.add(address)
-    return found
-
-
-def listeners(port):
-    """The addresses at which somebody listens on the TCP port."""
-    found = set()
-    for table, family in (("tcp", socket.AF_INET), ("tcp6", socket.AF_INET6)):
-        with contextlib.suppress(FileNotFoundError):  # a system without version 6
-            for line in Path("/proc/net", table).read_text().splitlines()[1:]:
-                place, _, state = line.split()[1:4]
-                address, number = place.split(":")
-                if state != "0A" or int(number, 16) != port:
-                    continue
-                # Words of 32 bits, each a number as this machine has it in memory.
-                words = [int(address[at:at + 8], 16).to_bytes(4, sys.byteorder) for at in range(0, len(address), 8)]
-                found.add(socket.inet_ntop(family, b"".join(words)))
     return found
 
 
@@ -166,17 +150,9 @@ class SlowWay:
 
 def helpers():
     """Command lines of the helper programs and SSH clients that run in this Wine prefix, by process number."""
-    wanted = ("WINEPREFIX=" + os.environ["WINEPREFIX"]).encode()
-    found = {}
-    for process in Path("/proc").iterdir():
-        if not process.name.isdigit():
-            continue
-        with contextlib.suppress(OSError):
-            command = (process / "cmdline").read_bytes().replace(b"\0", b" ").decode("latin-1").strip()
-            if any(name in command for name in ("zpt_ssh", "zpt_tnetd", "plink")) and \
-                    wanted in (process / "environ").read_bytes().split(b"\0"):
-                found[int(process.name)] = command
-    return found
+    commands = {process: " ".join(words) for process, words in processes.inPrefix().items()}
+    return {process: command for process, command in commands.items()
+            if any(name in command for name in ("zpt_ssh", "zpt_tnetd", "plink"))}
 
 
 def startingClient():

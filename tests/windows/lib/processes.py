@@ -1,13 +1,25 @@
-"""What the system knows of a process: processor time and memory."""
+"""What the system knows of processes: which there are, their processor time and memory."""
 
+import contextlib
 import os
 import socket
 import struct
 from pathlib import Path
 
-from program import Failure
-
 TICKS = os.sysconf("SC_CLK_TCK")  # a second
+
+
+def inPrefix(variable="WINEPREFIX"):
+    """The words of the command lines of the processes in this run's prefix, by process number. variable: of their environment,
+    which names the prefix."""
+    wanted = f"{variable}={os.environ['WINEPREFIX']}".encode()
+    found = {}
+    for folder in Path("/proc").glob("[0-9]*"):
+        with contextlib.suppress(OSError):  # it has ended meanwhile
+            words = (folder / "cmdline").read_bytes().rstrip(b"\0").decode("latin-1").split("\0")
+            if words[0] and wanted in (folder / "environ").read_bytes().split(b"\0"):
+                found[int(folder.name)] = words
+    return found
 
 
 def processorTime(process):
@@ -16,8 +28,14 @@ def processorTime(process):
     return (int(fields[11]) + int(fields[12])) / TICKS
 
 
+def threadTimes(process):
+    """Seconds in which the process's first thread has run, and in which it has waited for a processor."""
+    ran, waited, _ = Path(f"/proc/{process}/schedstat").read_text().split()
+    return int(ran) / 1e9, int(waited) / 1e9
+
+
 def exactTime(process):
-    """The same to the nanosecond, of a process whose threads stay."""
+    """As processorTime, to the nanosecond, of a process whose threads stay."""
     threads = Path(f"/proc/{process}/task").iterdir()
     return sum(int((thread / "schedstat").read_text().split()[0]) for thread in threads) / 1e9
 
@@ -38,15 +56,10 @@ def image(process):
 
 def wineServer():
     """The process that stands in for the system's kernel in this run's prefix."""
-    prefix = f"WINEPREFIX={os.environ['WINEPREFIX']}".encode()
-    for folder in Path("/proc").glob("[0-9]*"):
-        try:
-            if b"wineserver" in (folder / "cmdline").read_bytes() and \
-                    prefix in (folder / "environ").read_bytes().split(b"\0"):
-                return int(folder.name)
-        except OSError:
-            continue
-    raise Failure("Wine's server is not running")
+    for process, words in inPrefix().items():
+        if "wineserver" in words[0]:
+            return process
+    raise ProcessLookupError("Wine's server is not running")
 
 
 def displayServer():
