@@ -14,6 +14,7 @@
 #include "diag/error_trap.h"
 #include "diag/trace_log.h"
 #include "platform/headless/event_loop.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/socket.h"
 #include "platform/headless/user.h"
 #include "terminal/interpreter/interpreter.h"
@@ -131,6 +132,43 @@ TEST_F(Network, AFailureEndsTheSessionAndTheNextOneWorks) {
     connectPort();
     arrive("found");
     EXPECT_EQ(row(0), "found");
+}
+
+// The log fails where the loop has already begun.
+TEST_F(Network, ALogThatCannotBeWrittenEndsTheSessionAndTheNextOneWorks) {
+    arrive("-");
+    g_sLogging = "1";
+    headless::planFailure(headless::Point::traceWrite, {});
+    arrive("lost");
+    EXPECT_EQ(boxes(), (Lines{"An unexpected error 75 has occurred\r\nroutine: DataArrival\r\nmessage: "
+                              "Path/File access error"}));
+    EXPECT_FALSE(g_bConnectActive);
+    EXPECT_FALSE(receiving);
+    EXPECT_EQ(pendingBytes, 0);
+    then([] { headless::socketConnects(comnet2); });
+    thenWait(400);
+    connectPort();
+    arrive("found");
+    EXPECT_EQ(row(0), "found");
+}
+
+// The socket need not announce it again.
+TEST_F(Network, ASingleByteThatArrivesDuringTheLoopIsReadByTheLoop) {
+    arrive("-");
+    g_sLogging = "1";
+    headless::yieldHook = [] {
+        headless::yieldHook = nullptr;
+        headless::socketReceives(comnet2, "2");
+    };
+    arrive("first\r\n");
+    const Lines lines = traced();
+    ASSERT_EQ(lines.size(), 8U);
+    EXPECT_EQ(lines[0], "comnet2_DataArrival(): 7 bytes incoming, 7 bytes to process");
+    EXPECT_EQ(lines[4], "comnet2_DataArrival() Rentry: 1 bytes incoming");
+    EXPECT_EQ(lines[5], "comnet2_DataArrival(): processing 1 bytes in loop");
+    EXPECT_EQ(lines[7], "BYTES>> 32 ");
+    EXPECT_EQ(row(1), "2");
+    EXPECT_EQ(pendingBytes, 0);
 }
 
 TEST_F(Network, UnreadBytesGoWithTheirConnection) {

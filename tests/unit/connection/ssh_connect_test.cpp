@@ -16,6 +16,7 @@
 #include "diag/error_trap.h"
 #include "diag/trace_log.h"
 #include "platform/headless/event_loop.h"
+#include "platform/headless/failures.h"
 #include "platform/headless/port_table.h"
 #include "platform/headless/process.h"
 #include "platform/headless/socket.h"
@@ -73,6 +74,15 @@ TEST_F(SshConnect, AForwardThatAnswersIsNotWaitedFor) {
     thenCancel();
     enterBob();
     EXPECT_EQ(headless::now(), before);
+}
+
+// Once for the session's port and once for the forwarded one: on a machine with many connections it takes
+// long.
+TEST_F(SshConnect, ThePortTablesAreReadTwice) {
+    const std::uint32_t before = headless::callsOf(headless::Point::portsTcp);
+    thenCancel();
+    enterBob();
+    EXPECT_EQ(headless::callsOf(headless::Point::portsTcp) - before, 2U);
 }
 
 TEST_F(SshConnect, ASlowClientIsWaitedFor) {

@@ -186,7 +186,7 @@ void selectCopyPaste() {
 }
 
 /// Each step; the program may end in any of them.
-std::vector<void (*)(std::string_view)> steps() {
+std::vector<void (*)(std::string_view)> ordinarySteps() {
     return {
         logIn,
         readAndType,
@@ -235,7 +235,7 @@ void Use::work() const {
         happens([] { typeText("bob\rsecret\r"); });
     const auto all = [] {
         const headless::OwnMemory own;
-        return steps();
+        return ordinarySteps();
     }();
     for (const auto& step : all) {
         if (eventLoop::ending()) return;
