@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "diag/error_trap.h"
 #include "platform/headless/clock.h"
 #include "platform/headless/user.h"
 #include "platform/main_form.h"
@@ -82,6 +83,18 @@ TEST_F(CursorOnThePicture, BlinksEachQuarterOfASecond) {
     EXPECT_EQ(cursors(), "4,1 ");
     headless::advance(1000);
     EXPECT_EQ(cursors(), "4,1 ");
+}
+
+TEST_F(CursorOnThePicture, BlinksWhileAnErrorOfTheInterpreterIsTold) {
+    host("\x1b[?12h");
+    planFault("processInput", 9);
+    headless::queueAnswer(Answer::ok, [] {
+        EXPECT_EQ(cursors(), "0,0 ");
+        headless::advance(250);
+        EXPECT_EQ(cursors(), "");
+    });
+    host("x");
+    EXPECT_EQ(boxes().size(), 1U);
 }
 
 TEST_F(CursorOnThePicture, AnotherProgramsWindowStopsTheBlinking) {

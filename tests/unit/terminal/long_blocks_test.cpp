@@ -1,5 +1,8 @@
 // What keeps the window answering while a host sends much at once.
 
+#include <string_view>
+#include <vector>
+
 #include "platform/headless/event_loop.h"
 #include "terminal/terminal_fixture.h"
 
@@ -36,6 +39,18 @@ TEST_F(LongBlocks, OutputWithoutLineFeedsYieldsEvery4096Bytes) {
     EXPECT_EQ(text(1), "  xyend");
 }
 
+// Each block ends where its memory does, which the address sanitizer watches.
+TEST_F(LongBlocks, NothingBehindABlockIsRead) {
+    for (const std::string_view bytes :
+         {"a",    "ab",   "abc",  "a\r",      "ab\r",      "ab\r\n",    "\t",      "\x1b",
+          "[",    "1",    ";2",   "H",        "\x1b(",     "B",         "\x1b#",   "8",
+          "\xff", "\xfb", "\x01", "12345678", "123456789", "\x1b[1;3H", "\x1b[2b", "\x1b[3;9f"}) {
+        const std::vector<char> whole(bytes.begin(), bytes.end());
+        host({whole.data(), whole.size()});
+    }
+    EXPECT_EQ(faults(), "");
+}
+
 TEST_F(LongBlocks, ASequenceThatAsksForManyRepaintsGetsOne) {
     host("\x1b[Hone\r\ntwo");
     headless::clearDrawCounts();
@@ -46,6 +61,11 @@ TEST_F(LongBlocks, ASequenceThatAsksForManyRepaintsGetsOne) {
     EXPECT_EQ(cell(0, 0).fg(), 0);
     EXPECT_EQ(cell(0, 0).bg(), 7);
     EXPECT_EQ(cell(40, 24).bg(), 7);
+    headless::clearDrawCounts();
+    host("\x1b[?5" + repeated(";11;5", 1000) + "h");  // the cursor's shape changes in between
+    EXPECT_EQ(headless::drawCounts().text, 2U);
+    EXPECT_EQ(headless::drawCounts().clear, 25U);
+    host("\x1b[?11l");
     host("\x1b[?5;10;5;10l");
     EXPECT_EQ(cell(0, 1).text(), 't');
     EXPECT_EQ(cell(0, 1).bg(), 0);

@@ -1,9 +1,12 @@
 #include <array>
 #include <string>
+#include <tuple>
 
 #include "terminal/commands/reset.h"
+#include "terminal/drawing/cursor.h"
 #include "terminal/drawing/text_look.h"
 #include "terminal/model/attributes.h"
+#include "terminal/model/input_busy.h"
 #include "terminal/terminal_fixture.h"
 
 namespace qxterm::scrollback_map_test {
@@ -117,6 +120,36 @@ TEST(StartOfTheTerminal, TheScrollbackIsBlankBeforeAnythingElseHasRun) {
         EXPECT_EQ(line.attrs[screenColumns], defaultAttr);
     }
     initAttributes();
+}
+
+// The program calls each of these once, on variables that nobody has changed yet.
+TEST(StartOfTheTerminal, EachOfItsRoutinesPutsItsOwnValuesBack) {
+    test::startTerminalAlone();
+    processInput("\x1b[5;7Hx\x1b[1;31m");
+    inputBusy = 1;
+    recordsToDraw = 2;
+    keepCursorAway(true);
+    ASSERT_NE(cursorShown, 0);
+    ASSERT_EQ(shownCursorColumn(), 7);
+    startTerminal();
+    EXPECT_EQ(inputBusy, 0);
+    EXPECT_EQ(recordsToDraw, 0U);
+    EXPECT_EQ(cursorShown, 0);
+    EXPECT_EQ(cursorHiddenWord, 0);
+    EXPECT_EQ(shownCursorColumn(), 0);
+    EXPECT_EQ(shownCursorRow(), 0);
+
+    blankLine = ScreenLine{};
+    textLook.bold = true;
+    initAttributes();
+    EXPECT_EQ((std::tuple{curAttr, curFg, curBg}), (std::tuple{0, 7, 0}));
+    EXPECT_EQ(textLook, TextLook{});
+    EXPECT_EQ(blankLine.text[0], ' ');
+
+    setCurrentAttr({1, 1, 1});
+    resetScreen();
+    EXPECT_EQ((std::tuple{curAttr, curFg, curBg}), (std::tuple{0, 7, 0}));
+    test::resetTerminalAlone();
 }
 
 }  // namespace

@@ -133,6 +133,18 @@ TEST_F(Window, ShowsWhatTheRecordsHoldAfterEveryBlock) {
     }
 }
 
+// "abcdef" with a red "e" stands on the first row; parts of it are drawn on the row below.
+TEST_F(Window, EachCellOfAPartOfALineHasItsOwnLook) {
+    for (std::int32_t first = 0; first <= 4; ++first) {
+        host("\x1b[2J\x1b[1;1Habcd\x1b[31me\x1b[0mf\x1b[10;1H");
+        drawCells(lineOnRow(0), first, 5, 1);
+        EXPECT_EQ(shown(1), std::string(static_cast<std::size_t>(first), ' ') +
+                                std::string{"abcdef"}.substr(static_cast<std::size_t>(first)));
+        EXPECT_EQ(cell(4, 1).fg(), 1) << first;
+        EXPECT_EQ(cell(5, 1).fg(), 7) << first;
+    }
+}
+
 TEST_F(Window, ShowsTheLiveScreenAgainWhereverTheUserScrolled) {
     static unsigned turn;
     turn = 0;

@@ -8,9 +8,11 @@
 #include "platform/headless/event_loop.h"
 #include "platform/main_form.h"
 #include "terminal/drawing/cell_size.h"
+#include "terminal/drawing/drawing.h"
 #include "terminal/terminal_fixture.h"
 #include "terminal/view/selection.h"
 #include "terminal/view/selection_drag.h"
+#include "terminal/view/view_keys.h"
 
 namespace qxterm::test::selection_window_test {
 namespace {
@@ -247,6 +249,73 @@ TEST_F(SelectionWindow, MarksLeaveTheScrollbackWithTheirLine) {
     EXPECT_EQ(getSel(), "");
     vscterm.userMoved(1, false);
     EXPECT_EQ(differences(), "");
+}
+
+// The place above the view is on line 0, which holds nothing: the columns that it names are none of line 1.
+TEST_F(SelectionWindow, ADragAboveTheOldestLineTakesThatLineWhole) {
+    std::string lines;
+    for (int n = 0; n < 600; ++n) lines += "0123456789\r\n";
+    host(lines);
+    ASSERT_EQ(scrollbackTop, 1);
+    vscterm.userMoved(1, false);
+    down(4, 3);
+    move(7, -2);
+    EXPECT_EQ((std::pair{selEndCol, selEndRow}), (std::pair{7, 0}));
+    up(7, -2);
+    EXPECT_EQ(getSel(), "0123456789\r\n0123456789\r\n0123456789\r\n0123");
+    EXPECT_EQ(differences(), "");
+}
+
+// Line 501 is the first one in view when the button is let go, and the selection ends in front of it.
+TEST_F(SelectionWindow, ASelectionThatEndsAboveTheViewIsShownWhenTheViewComesToIt) {
+    std::string lines;
+    for (int n = 0; n < 60; ++n) lines += "0123456789\r\n";
+    host(lines);
+    vscterm.userMoved(495, false);
+    down(5, 2);
+    vscterm.userMoved(liveView, false);
+    move(0, 0);
+    up(0, 0);
+    ASSERT_EQ((std::pair{selStartCol, selStartRow}), (std::pair{5, 497}));
+    ASSERT_EQ((std::pair{selEndCol, selEndRow}), (std::pair{0, 501}));
+    vscterm.userMoved(495, false);
+    EXPECT_EQ(differences(), "");
+    EXPECT_TRUE(cell(5, 2).selected());
+}
+
+TEST_F(SelectionWindow, NobodyIsToldOfDrawingWhileNothingIsSelected) {
+    host("text");
+    EXPECT_FALSE(drawingWatched);
+    drag(0, 0, 3, 0);
+    EXPECT_TRUE(drawingWatched);
+    removeSelection();
+    EXPECT_FALSE(drawingWatched);
+}
+
+// Down by three lines, three rows are drawn; by a whole page, nothing that stands there can be kept.
+TEST_F(SelectionWindow, TheViewDrawsTheRowsThatComeIntoIt) {
+    std::string lines;
+    for (int n = 0; n < 60; ++n) lines += "0123456789\r\n";
+    host(lines);
+    headless::clearDrawCounts();
+    vscterm.userMoved(498, false);
+    EXPECT_EQ(headless::drawCounts().scroll, 1U);
+    EXPECT_EQ(headless::drawCounts().text, 3U);
+    headless::clearDrawCounts();
+    vscterm.userMoved(498 - pageRows, false);
+    EXPECT_EQ(headless::drawCounts().scroll, 0U);
+    EXPECT_EQ(headless::drawCounts().text, 24U);
+}
+
+// The status row is below all that can be selected.
+TEST_F(SelectionWindow, MarkingByKeysBeginsOnThePageAlsoFromTheStatusRow) {
+    host("\x1b[24;1Hlast\x1b[1;3xx");
+    ASSERT_EQ(at(), (std::pair{3, statusRow}));
+    viewKey(36, shiftState::control);
+    EXPECT_EQ((std::pair{selStartCol, selStartRow}), (std::pair{3, 524}));
+    EXPECT_EQ(getSel(), "t");
+    EXPECT_EQ(differences(), "");
+    EXPECT_TRUE(boxes().empty());
 }
 
 TEST_F(SelectionWindow, AutoScrollStopsAtBothEnds) {
