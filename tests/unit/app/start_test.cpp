@@ -1,5 +1,7 @@
 #include "app/main.h"
 
+#include <tuple>
+
 #include "app/menus.h"
 #include "app/program_fixture.h"
 #include "config/ini_file.h"
@@ -12,11 +14,15 @@
 #include "diag/error_trap.h"
 #include "platform/event_loop.h"
 #include "platform/headless/display.h"
+#include "platform/headless/failures.h"
+#include "platform/headless/native.h"
 #include "platform/headless/picture_box.h"
 #include "platform/headless/socket.h"
 #include "platform/main_form.h"
 #include "terminal/commands/function_keys.h"
+#include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/screen_controls.h"
+#include "terminal/drawing/text_look.h"
 #include "terminal/interpreter/interpreter.h"
 #include "terminal/model/input_busy.h"
 #include "terminal/model/output_state.h"
@@ -37,6 +43,7 @@ TEST_F(Start, CellsThatCouldNotBeMeasuredCanBeClickedOn) {
     planFault("calcSize", errors::outOfMemory);
     start();
     EXPECT_EQ(boxTexts().size(), 1U);
+    EXPECT_FALSE(CScmdfkey[0].visible());  // nobody has laid the bar out, nor placed its buttons
     processInput(std::string(30, '\n'));
     picterm.onMouseDown.raise(1, 0, 300, 300);
     picterm.onMouseMove.raise(1, 0, 600, -15);
@@ -80,6 +87,37 @@ TEST_F(Start, TheProgramsValuesAreSet) {
     EXPECT_EQ(vscterm.value(), 501);
     EXPECT_EQ(vscterm.largeChange(), 24);
     EXPECT_EQ(vscterm.tag(), "501");
+}
+
+TEST_F(Start, TheEightColoursAreMixedOfThreeBits) {
+    colourTable.fill({});
+    start();
+    const auto colour = [](std::size_t index) {
+        const Rgb& rgb = colourTable.at(index);
+        return std::tuple{int{rgb.red}, int{rgb.green}, int{rgb.blue}};
+    };
+    EXPECT_EQ(colour(0), (std::tuple{0, 0, 0}));
+    EXPECT_EQ(colour(1), (std::tuple{255, 0, 0}));
+    EXPECT_EQ(colour(6), (std::tuple{0, 255, 255}));
+    EXPECT_EQ(colour(7), (std::tuple{255, 255, 255}));
+}
+
+TEST_F(Start, TheScreensFontIsThatOfTheLanguage) {
+    start();
+    EXPECT_EQ(picterm.native->face, "Courier New");
+    headless::resetAll();
+    headless::setLanguage("jpn");
+    start();
+    EXPECT_EQ(picterm.native->face, "QXTERM");
+}
+
+// 11 points: a line of 264 twips are 17.6 pixels, a character of 132 twips 8.8.
+TEST_F(Start, ACellThatCouldNotBeMeasuredIsOfTheNearestPixels) {
+    headless::planFailure(headless::Point::pictureMeasure, {.times = headless::FailurePlan::always});
+    start();
+    EXPECT_EQ(CurrentProfile.fontSize, 11);
+    EXPECT_EQ(lineHeight, 18);
+    EXPECT_EQ(charWidth, 9);
 }
 
 TEST_F(Start, TheSavedPlaceIsTakenAlsoAtTheCorner) {

@@ -1,5 +1,7 @@
 #include "config/ini_file.h"
 
+#include <array>
+
 #include "app/program_fixture.h"
 #include "config/profile_lists.h"
 #include "config/user_profile.h"
@@ -12,6 +14,14 @@ namespace {
 using Lines = std::vector<std::string>;
 
 class IniFile : public ProgramTest {};
+
+/// What the program has before it has read anything: constants, and so older than this.
+const std::array<std::int16_t, 3> atFirst{g_iWindowLeft, g_iWindowTop, g_iConnectTimeout};
+
+// They stay when the reading fails half way.
+TEST(IniFileAtFirst, TheWindowIsCentredAndAnAttemptTakes45Seconds) {
+    EXPECT_EQ(atFirst, (std::array<std::int16_t, 3>{-1, -1, 45}));
+}
 
 TEST_F(IniFile, AnEmptyFileGivesTheDefaults) {
     g_bProfileChanged = true;

@@ -180,6 +180,16 @@ TEST_F(ErrorTrapTest, ClearedPlanIsForgotten) {
     EXPECT_TRUE(ran);
 }
 
+TEST_F(ErrorTrapTest, ClearedPlanDoesNotComeBackWithTheNext) {
+    planFault("one", 5);
+    clearPlannedFaults();
+    planFault("two", 5);
+    trapped("one", [] {});
+    EXPECT_EQ(test::countOf("box"), 0U);
+    trapped("two", [] {});
+    EXPECT_EQ(test::countOf("box"), 1U);
+}
+
 TEST_F(ErrorTrapTest, UnarmedTrapLetsTheErrorThrough) {
     std::int16_t number = 0;
     try {

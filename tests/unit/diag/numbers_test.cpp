@@ -87,6 +87,7 @@ TEST(Numbers, TypedTextIsReadAsFarAsItIsANumber) {
     EXPECT_EQ(leadingNumber("abc"), 0);
     EXPECT_EQ(leadingNumber("- 4"), 0);
     EXPECT_EQ(leadingNumber("4294967296"), 4294967296LL);
+    EXPECT_EQ(leadingNumber("9223372036854775799"), 9223372036854775799LL);
 }
 
 TEST(Numbers, TypedNumbersBeyond64BitsStayBeyond32Bits) {

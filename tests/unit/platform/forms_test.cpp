@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "platform/controls.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
@@ -6,6 +8,7 @@
 #include "platform/headless/user.h"
 #include "platform/headless_fixture.h"
 #include "platform/menu.h"
+#include "platform/picture_box.h"
 
 namespace qxterm::test::forms_test {
 namespace {
@@ -159,6 +162,15 @@ TEST_F(FormsTest, WhatIsHiddenOrDisabledCannotBeClicked) {
     EXPECT_EQ(taken(), (Lines{"click"}));
 }
 
+TEST_F(FormsTest, WhatStoodOnAHiddenTabIsSeenWhenTheFormLoadsAgain) {
+    dialog.show();
+    button.setContainerShown(false);
+    EXPECT_FALSE(button.seen());
+    dialog.unload();
+    dialog.load();
+    EXPECT_TRUE(button.seen());
+}
+
 TEST_F(FormsTest, ACheckBoxChangesWithEachClick) {
     dialog.show();
     EXPECT_TRUE(headless::click(check));
@@ -227,6 +239,15 @@ TEST_F(FormsTest, TheActivationMessageFollowsTheEventThatAttachesItsHook) {
     headless::activate(mainForm);
     EXPECT_EQ(taken(), (Lines{"window name=frmMain op=show", "activate", "message 1", "message 0",
                               "deactivate", "activate", "message 1"}));
+}
+
+// As the system's own are before anybody has set anything.
+TEST_F(FormsTest, ABarBeginsAtNothingAndStepsByOne) {
+    const ScrollBar bar{dialog, "vscNew", 45};
+    EXPECT_EQ((std::tuple{bar.minimum(), bar.value(), bar.maximum()}), (std::tuple{0, 0, 0}));
+    EXPECT_EQ((std::tuple{bar.smallChange(), bar.largeChange()}), (std::tuple{1, 1}));
+    const PictureBox picture{dialog, "picNew", 46};
+    EXPECT_EQ(picture.background(), 0);
 }
 
 TEST_F(FormsTest, AListChoosesAnEntryOrNone) {

@@ -119,6 +119,7 @@ TEST_F(GlassTest, TheFirstPictureCoversAllOfTheGlass) {
     Glass fresh;
     FakeSurface bare;
     fresh.show(picture, 4, bare, true);
+    EXPECT_EQ(fresh.cellsDrawn(), 2000U);
     EXPECT_EQ(bare.calls.size(), 25U);
     EXPECT_EQ(bare.calls[0], "blank 0,0 80 in 4");
     EXPECT_EQ(bare.difference(picture, 4), "");
@@ -145,8 +146,36 @@ TEST_F(GlassTest, ARunIsOneCallAndShortGapsJoinRuns) {
     picture.drawText(0, 9, "J", {});
     EXPECT_EQ(show(), (Calls{"text 0,0 \"AbcdefghiJ\""}));  // eight equal cells in between
     picture.drawText(0, 20, "x", {});
-    picture.drawText(0, 40, "y", {});
-    EXPECT_EQ(show(), (Calls{"text 0,20 \"x\"", "text 0,40 \"y\""}));
+    picture.drawText(0, 30, "y", {});  // nine
+    EXPECT_EQ(show(), (Calls{"text 0,20 \"x\"", "text 0,30 \"y\""}));
+}
+
+TEST_F(GlassTest, ALongBlankEndIsFilledRatherThanWritten) {
+    picture.drawText(5, 0, "abcdefghi", {});
+    picture.drawText(6, 0, "abcdefghij", {});
+    show();
+    picture.drawText(5, 0, "X        ", {});   // eight blanks
+    picture.drawText(6, 0, "X         ", {});  // nine
+    EXPECT_EQ(show(), (Calls{"text 5,0 \"X        \"", "text 6,0 \"X\"", "blank 6,1 9 in 0"}));
+}
+
+// All rows come along, and none of them shows afterwards what it showed: in whatever way it differs.
+TEST_F(GlassTest, AScrollThatSavesNothingIsNotCarriedOut) {
+    const auto scrolls = [&] {
+        const Calls calls = show();
+        return std::count_if(calls.begin(), calls.end(),
+                             [](const auto& c) { return c.starts_with("scroll"); });
+    };
+    for (int row = 0; row < 24; ++row) picture.drawText(row, 0, "before " + std::to_string(row), {});
+    show();
+    picture.scroll(0, 23, -1);
+    for (int row = 0; row < 24; ++row) picture.drawText(row, 0, "after " + std::to_string(row) + ' ', {});
+    EXPECT_EQ(scrolls(), 0);
+    picture.scroll(0, 23, -1);
+    picture.invert({0, 0, 1, 24}, Inversion::selection);
+    EXPECT_EQ(scrolls(), 0);
+    picture.scroll(0, 23, -1);
+    EXPECT_EQ(scrolls(), 1);
 }
 
 TEST_F(GlassTest, EachLookIsARunOfItsOwnAndBlanksTakeAny) {

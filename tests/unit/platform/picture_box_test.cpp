@@ -190,6 +190,19 @@ TEST_F(PictureBoxTest, NothingIsDrawnWhileTheFormIsNotLoaded) {
     EXPECT_FALSE(box.picture().at(0, 0).drawn());
 }
 
+TEST_F(PictureBoxTest, AFormThatGoesWhileItPaintsComesBackWhole) {
+    box.onPaint.connect("paint", [] {
+        form.unload();
+        form.load();
+    });
+    box.invalidate({3, 4, 5, 6});
+    box.update();
+    EXPECT_FALSE(box.changed());
+    EXPECT_EQ(areaText(box.clipBox()), "0,0 80x25");
+    box.drawText(0, 0, "a", {});
+    EXPECT_TRUE(box.picture().at(0, 0).drawn());
+}
+
 TEST_F(PictureBoxTest, EveryChangeIsOneForTheNextFrame) {
     const std::array<void (*)(), 9> changes{
         [] { box.setBackground(7); },

@@ -54,6 +54,21 @@ TEST_F(PictureTest, TextBeyondTheEdgesIsLeftOut) {
     EXPECT_EQ(rowText(picture, 24), std::string(80, ' '));
 }
 
+TEST_F(PictureTest, RowsOutsideTakeNoPartInAScroll) {
+    text(0, 0, "first");
+    text(0, 23, "one");
+    text(0, 24, "last");
+    picture.scroll(-4, 40, -1);
+    EXPECT_EQ(rowText(picture, 22).substr(0, 4), "one ");
+    EXPECT_EQ(rowText(picture, 23).substr(0, 5), "last ");
+    EXPECT_EQ(rowText(picture, 24), std::string(80, ' '));
+    EXPECT_FALSE(picture.at(0, 24).drawn());
+    EXPECT_EQ(picture.origins()[24], Picture::noOrigin);
+    picture.scroll(-4, 40, 1);
+    EXPECT_EQ(rowText(picture, 24).substr(0, 5), "last ");
+    EXPECT_FALSE(picture.at(0, 0).drawn());
+}
+
 TEST_F(PictureTest, GlyphsOfTheTerminalFontShowTheStoredCharacter) {
     text(0, 0, "\x10\x1e\x1f", {.font = TextFont::terminal});
     EXPECT_EQ(picture.at(0, 0).text(), 'j');
@@ -69,6 +84,12 @@ TEST_F(PictureTest, BytesAbove127StayWhatTheyAre) {
     EXPECT_EQ(picture.at(1, 0).text(), '\x80');
     EXPECT_EQ(picture.at(0, 0).fg(), 3);
     EXPECT_EQ(picture.at(0, 0).style(), 0);
+}
+
+TEST_F(PictureTest, NothingDrawnLooksAsTextDoesWithoutAnotherLook) {
+    EXPECT_EQ(PictureCell{}.look(), TextLook{});
+    EXPECT_EQ(picture.at(0, 0).look(), TextLook{});
+    EXPECT_EQ(CellSet{}.bounds(), (CellArea{0, 0, 0, 0}));
 }
 
 TEST_F(PictureTest, AFilledCellIsABlankWithForeground7) {
