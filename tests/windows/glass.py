@@ -29,7 +29,7 @@ PACE = 0.005
 SLOW = 0.06
 SIZES = {"medium": ("m", 10), "large": ("l", 11), "small": ("s", 9)}  # letter of the Options dialog, points
 STEPS = 1000  # blocks at each size after which the comparison has been made
-PATIENCE = 150  # seconds at each size
+PATIENCE = 300  # seconds at each size
 ACTIVE = "A connection is active, exit anyway?"
 
 
@@ -227,7 +227,10 @@ class User:
         self.random.shuffle(actions)
         for action in actions:
             self.done.append(f"{len(self.feeder.sent)} {action.__name__}")
-            action()
+            try:
+                action()
+            except Failure as failure:
+                raise Failure(f"{failure}\n    the user's last steps: {self.done[-6:]}") from failure
             yield
 
 

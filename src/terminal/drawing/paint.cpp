@@ -43,8 +43,10 @@ void picterm_Paint() {
 
 void mbPaint() {
     trapped("mbPaint", [] {
-        if (scrollInProgress == 0 && picterm.invalidAt(shownCursorColumn(), shownCursorRow()))
-            forgetShownCursor();
+        if (scrollInProgress != 0) return;
+        // The window lags behind the records: a part of it alone cannot be drawn in place.
+        if (pendingScrolls > 0) picterm.refresh();
+        if (picterm.invalidAt(shownCursorColumn(), shownCursorRow())) forgetShownCursor();
     });
 }
 

@@ -167,6 +167,36 @@ TEST_F(Window, ShowsTheLiveScreenAgainWhereverTheUserScrolled) {
     headless::yieldHook = nullptr;
 }
 
+// Another window moves about over this one while output flows: scrolls of the window wait at the time of the
+// paint.
+TEST_F(Window, ShowsTheRecordsWhereverPartsOfItAreUncovered) {
+    static std::mt19937 place;
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        TearDown();
+        SetUp();
+        place.seed(seed);
+        headless::yieldHook = [] {
+            const auto below = [](int limit) {
+                return static_cast<int>(place() % static_cast<unsigned>(limit));
+            };
+            const int column = below(screenColumns), row = below(screenRows);
+            if (below(3) == 0)
+                picterm.invalidate(
+                    {column, row, 1 + below(screenColumns - column), 1 + below(screenRows - row)});
+        };
+        Output output{seed};
+        for (int block = 0; block < 40; ++block) {
+            std::string bytes;
+            for (int n = 0; n < 8; ++n) bytes += output.piece();
+            host(bytes);
+            headless::deliverPaints();
+            ASSERT_EQ(difference(), "")
+                << "seed " << seed << ", block " << block << ": " << ::testing::PrintToString(bytes);
+        }
+    }
+    headless::yieldHook = nullptr;
+}
+
 // Scrolled back by n lines and forward again in steps, the view shows line for line what was stored.
 TEST_F(Window, ScrolledViewShowsTheStoredLines) {
     std::string lines;

@@ -58,6 +58,7 @@ BOOL CALLBACK addWindow(HWND window, LPARAM list) {
                                               {"place", rectangle(window)},
                                               {"enabled", IsWindowEnabled(window) != 0},
                                               {"active", GetForegroundWindow() == window},
+                                              {"minimised", IsIconic(window) != 0},
                                               {"children", children}});
     return TRUE;
 }
