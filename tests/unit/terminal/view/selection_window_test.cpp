@@ -137,6 +137,7 @@ private:
         headless::yieldHook = inBlock() == nullptr ? nullptr : +[] {
             if (inBlock()->below(4) == 0) (void)inBlock()->mouse();
             if (inBlock()->below(8) == 0) (void)inBlock()->view();
+            if (inBlock()->below(8) == 0) inBlock()->uncoverPart();
         };
         processInput(block);
         headless::yieldHook = nullptr;
@@ -158,12 +159,19 @@ private:
         }
     }
     std::string uncover() {
-        if (below(2) == 0) {
-            headless::uncover(picterm);
-            return "uncovered";
+        switch (below(3)) {
+            case 0: headless::uncover(picterm); return "uncovered";
+            case 1: uncoverPart(); return "a part uncovered";
+            default: removeSelection(); return "removed";
         }
-        removeSelection();
-        return "removed";
+    }
+    void uncoverPart() {
+        const auto within = [this](std::int32_t limit) {
+            return static_cast<std::int32_t>(below(static_cast<unsigned>(limit)));
+        };
+        const std::int32_t column = within(screenColumns);
+        const std::int32_t row = within(screenRows);
+        picterm.invalidate({column, row, 1 + within(screenColumns - column), 1 + within(screenRows - row)});
     }
     static Players*& inBlock() {
         static Players* players = nullptr;
