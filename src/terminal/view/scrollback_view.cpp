@@ -22,16 +22,9 @@ void drawViewRows(std::int32_t first, std::int32_t last) {
         paintWholeLine(virtualLine(vscterm.value() + row), row);
 }
 
-void moveView() {
-    const std::int16_t top = vscterm.value();
-    const std::int16_t before = shownTop;
-    const std::int32_t down = before - top;  // rows that the picture moves down
-    if (down == 0) return;
-    if (before == liveView) {
-        toggleCursor(hideCursor);
-        keepCursorAway(true);
-    }
-    shownTop = top;
+/// Moves the picture by so many rows and draws what comes into view.
+void moveRows(std::int32_t down) {
+    if (localPromptShown()) return;  // its lines stay where they are
     if (pendingScrolls > 0) {
         // Output is half way: the window lags behind the records, so nothing on it can be moved into place.
         dropPendingScrolls();
@@ -46,9 +39,21 @@ void moveView() {
     } else {
         drawViewRows(0, pageRows - 1);
     }
+}
+
+void moveView() {
+    const std::int16_t top = vscterm.value();
+    const std::int16_t before = shownTop;
+    if (top == before) return;
+    if (before == liveView) {
+        toggleCursor(hideCursor);
+        keepCursorAway(true);
+    }
+    shownTop = top;
+    moveRows(before - top);
     if (top == liveView) {
         keepCursorAway(false);
-        if (inputBusy == 0) toggleCursor(showCursor);
+        if (inputBusy == 0 && !localPromptShown()) toggleCursor(showCursor);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/program_fixture.h"
+#include "platform/headless/picture_box.h"
 #include "terminal/drawing/cell_size.h"
 #include "terminal/drawing/cursor.h"
 #include "terminal/drawing/paint.h"
@@ -73,6 +74,28 @@ TEST_F(SshPrompt, NothingIsDrawnBehindTheTextOrTheLines) {
         EXPECT_LE(number(call, "x") + number(call, "w"), screenColumns * charWidth);
         EXPECT_LE(number(call, "y") + number(call, "h"), screenRows * lineHeight);
     }
+}
+
+TEST_F(SshPrompt, StaysWhereTheUserScrolls) {
+    processInput("\x1b[24;1H1\r\n2\r\n3\r\n4");
+    ASSERT_EQ(vscterm.minimum(), liveView - 3);
+    DisplayBanner();
+    for (const std::int16_t line : {std::int16_t{liveView - 1}, std::int16_t{liveView - 3}, liveView}) {
+        vscterm.userMoved(line, false);
+        EXPECT_EQ(shown(0), "WARNING:") << line;
+        EXPECT_EQ(shown(5), "ssh login:") << line;
+        for (int row = 6; row < screenRows; ++row) EXPECT_EQ(shown(row), "") << line << ", " << row;
+        EXPECT_FALSE(picterm.picture().cursor().has_value()) << line;
+    }
+    // What comes behind it is the view that the user has chosen.
+    vscterm.userMoved(liveView - 3, false);
+    endLocalPrompt();
+    headless::deliverPaints();
+    EXPECT_EQ(shown(0), "on the first row");
+    EXPECT_FALSE(picterm.picture().cursor().has_value());
+    vscterm.userMoved(liveView, false);
+    EXPECT_EQ(shown(23), "4");
+    EXPECT_TRUE(picterm.picture().cursor().has_value());
 }
 
 TEST_F(SshPrompt, APromptThatIsEndedTakesNoCharacters) {
