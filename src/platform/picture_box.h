@@ -101,6 +101,11 @@ public:
         return invalid_.contains(column, row);
     }
 
+    /// True when drawing reaches the cell: outside of a paint, and in one that covers it.
+    [[nodiscard]] bool drawsAt(std::int32_t column, std::int32_t row) const {
+        return !inPaint_ || painting_.contains(column, row);
+    }
+
     /// mbPaint: a paint message (15) arrives, before it is carried out. Raised while the hook is attached.
     Event<> onPaintMessage;
     /// The paint itself; the invalid cells have been cleared to the background, and drawing reaches no other.

@@ -23,6 +23,11 @@ namespace {
 /// What the scroll in progress exposed.
 CellArea exposedBand;
 
+/// False in a paint of other cells only: the cursor would count as shown without having been drawn.
+bool cursorPaintable() {
+    return cursorShown != 0 || picterm.drawsAt(curCol == screenColumns ? lastColumn : curCol, curRow);
+}
+
 }  // namespace
 
 void picterm_Paint() {
@@ -37,7 +42,7 @@ void picterm_Paint() {
         doAttr(curAttr, curFg, curBg);
         // While a block is interpreted the cursor is hidden; the end of the block shows it where it then
         // stands.
-        if (!cursorBlinkOff && inputBusy == 0) toggleCursor(showCursor);
+        if (!cursorBlinkOff && inputBusy == 0 && cursorPaintable()) toggleCursor(showCursor);
     });
 }
 

@@ -116,6 +116,18 @@ TEST_F(CursorOnThePicture, AnotherProgramsWindowStopsTheBlinking) {
     EXPECT_EQ(cursors(), "0,0 ") << "the window alone starts no blinking";
 }
 
+// Blinking has taken it away when the window is left; a paint of other cells cannot draw it.
+TEST_F(CursorOnThePicture, APaintThatDoesNotReachItLeavesNoSecondOne) {
+    host("\x1b[?12h\x1b[2;5H");
+    headless::advance(250);
+    ASSERT_EQ(cursors(), "");
+    headless::deactivate(frmterm);
+    picterm.invalidate({0, 10, 80, 5});
+    EXPECT_EQ(cursors(), "");
+    host("\x1b[20;60H");
+    EXPECT_EQ(cursors(), "59,19 ");
+}
+
 TEST_F(CursorOnThePicture, HiddenByTheHostItIsOnNoPaint) {
     host("\x1b[?25l");
     EXPECT_EQ(cursors(), "");
