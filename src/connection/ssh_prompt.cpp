@@ -192,12 +192,7 @@ void endLocalPrompt() {
 }
 
 void giveWayToHost(std::string_view text) {
-    if (!textUp) return;
-    if (std::any_of(text.begin(), text.end(), isAlphanumeric)) {
-        ClearSSHText();
-    } else {
-        picterm.refresh();  // what the output leaves on the picture is painted over
-    }
+    if (textUp && std::any_of(text.begin(), text.end(), isAlphanumeric)) ClearSSHText();
 }
 
 void resetLocalPrompt() {

@@ -10,6 +10,7 @@
 #include "terminal/commands/pending_run.h"
 #include "terminal/commands/printing.h"
 #include "terminal/drawing/cursor.h"
+#include "terminal/drawing/paint.h"
 #include "terminal/drawing/screen_controls.h"
 #include "terminal/interpreter/printable_scan.h"
 #include "terminal/interpreter/sequence_tables.h"
@@ -164,7 +165,11 @@ void processBlock(std::string_view block) {
         }
         flushBuf();
         layOutKeyBar();
-        toggleCursor(showCursor);
+        if (localPromptShown()) {
+            picterm.refresh();  // what the block left on the prompt is painted over
+        } else {
+            toggleCursor(showCursor);
+        }
     });
     inputBusy = 0;
 }

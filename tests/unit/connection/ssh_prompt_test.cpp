@@ -98,6 +98,22 @@ TEST_F(SshPrompt, StaysWhereTheUserScrolls) {
     EXPECT_TRUE(picterm.picture().cursor().has_value());
 }
 
+// The line feed lets a paint in, and what stands behind it is drawn after that.
+TEST_F(SshPrompt, WhatTheHostSendsBeforeItsFirstWordIsPaintedOver) {
+    processInput("\x1b[7;1H");
+    DisplayBanner();
+    for (const char* text : {"...", "\r\n...", "\r\n---\r\n..."}) {
+        picterm.refresh();
+        giveWayToHost(text);
+        processInput(text);
+        headless::deliverPaints();
+        EXPECT_EQ(shown(0), "WARNING:") << text;
+        EXPECT_EQ(shown(5), "ssh login:") << text;
+        for (int row = 6; row < screenRows; ++row) EXPECT_EQ(shown(row), "") << text << ", " << row;
+        EXPECT_FALSE(picterm.picture().cursor().has_value()) << text;
+    }
+}
+
 TEST_F(SshPrompt, APromptThatIsEndedTakesNoCharacters) {
     doFakeLogin();
     EXPECT_TRUE(localPromptActive());
