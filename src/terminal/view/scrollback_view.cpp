@@ -24,8 +24,9 @@ void drawViewRows(std::int32_t first, std::int32_t last) {
 
 /// Moves the picture by so many rows and draws what comes into view.
 void moveRows(std::int32_t down) {
-    if (localPromptShown()) return;  // its lines stay where they are
-    if (pendingScrolls > 0) {
+    if (localPromptShown()) {
+        picterm.refresh();  // its lines stay where they are, without the marks of those below
+    } else if (pendingScrolls > 0) {
         // Output is half way: the window lags behind the records, so nothing on it can be moved into place.
         dropPendingScrolls();
         drawViewRows(0, pageRows - 1);

@@ -82,6 +82,7 @@ TEST_F(SshPrompt, StaysWhereTheUserScrolls) {
     DisplayBanner();
     for (const std::int16_t line : {std::int16_t{liveView - 1}, std::int16_t{liveView - 3}, liveView}) {
         vscterm.userMoved(line, false);
+        headless::deliverPaints();
         EXPECT_EQ(shown(0), "WARNING:") << line;
         EXPECT_EQ(shown(5), "ssh login:") << line;
         for (int row = 6; row < screenRows; ++row) EXPECT_EQ(shown(row), "") << line << ", " << row;
